@@ -1,0 +1,189 @@
+#include "monitor/session.h"
+
+#include <cstring>
+
+#include "monitor/alarm_state.h"
+#include "monitor/dial_up_probe.h"
+#include "monitor/session_settings.h"
+#include "monitor/system_clock.h"
+#include "monitor/time_text.h"
+#include "storage/fixed_text.h"
+#include "storage/program_paths.h"
+#include "storage/session_log.h"
+#include "storage/settings.h"
+
+uint32_t SessionOpen = 0;
+uint32_t SessionClosed = 1;
+uint32_t SessionStartSeconds = 0;
+char SessionConnectionName[50] = "";
+uint32_t LogOnHour = 0, LogOnMinute = 0, LogOnSecond = 0;
+uint32_t LogOffHour = 0, LogOffMinute = 0, LogOffSecond = 0;
+uint8_t LastSessionChanged = 1;
+SessionHooks sessionHooks;
+
+namespace {
+
+// The tick counter in seconds restarts from 0 after 2^32 ms (about 49.7 days of
+// uptime); a session open across that moment still gets its true length.
+constexpr uint32_t kTickWrapSeconds = 0xFFFFFFFFu / 1000u;
+
+void CallHook(void (*hook)()) {
+  if (hook) hook();
+}
+
+// Shared tail of recording a session: the duration, log-on and name parts that a
+// finished and an interrupted session write alike.
+void StoreDurationAndLogOn(uint32_t slot, int32_t duration, uint32_t hour, uint32_t minute,
+                           uint32_t second) {
+  SetRecordDuration(slot, duration);
+  SetRecordLogOn(slot, hour, minute, second);
+  settings.previousSession.durationSeconds = static_cast<uint32_t>(duration);
+  FormatElapsed(duration);
+  CopyFixedText(LastDurationText, ElapsedText);
+  SetPreviousSessionLogOn(hour, minute, second);
+}
+
+void StoreNameAndSave(uint32_t slot, const char* name) {
+  SetRecordName(slot, name);
+  SetPreviousSessionName(name);
+  LastSessionChanged = 1;
+  settings.previousSessionValid = 1;
+  SessionConnectionName[0] = '\0';
+  SaveLog(LogFilePath().c_str());
+  SaveSettings();
+  LastSessionChanged = 1;
+}
+
+}  // namespace
+
+void RunSessionStep(DialUpProbe& probe) {
+  // The flags change before anything that can open a message box, so a tick that
+  // runs inside that box neither opens nor closes the same session twice.
+  if (probe.IsConnected() && SessionOpen == 0) {
+    SessionClosed = 0;
+    SessionOpen = 1;
+    StartSession();
+    settings.sessionOpenMarker = kSessionOpen;
+    SaveSettings();  // the file now holds the marker and the first checkpoint
+    CallHook(sessionHooks.startSessionTimers);
+  }
+  if (!probe.IsConnected() && SessionClosed == 0) {
+    SessionClosed = 1;
+    SessionOpen = 0;
+    CallHook(sessionHooks.stopSessionTimers);
+    settings.sessionOpenMarker = kNoSessionOpen;
+    OneShotFired = 0;
+    if (!EndSession()) CallHook(sessionHooks.reportOutOfSpace);
+  }
+}
+
+void StartSession() {
+  const LocalTime now = ReadLocalTime();
+  SessionStartSeconds = ReadTickCount() / 1000u;
+  NoteLogOnTime(now.hour, now.minute, now.second);
+  CopyFixedText(SessionConnectionName, CurrentConnectionName);
+  SetCheckpointStart(CurrentConnectionName, now.hour, now.minute, now.second, now.dayOfWeek, now.day,
+                     now.month, now.year);
+  // The first checkpoint is the log-on moment itself, with nothing elapsed.
+  SetCheckpointTime(CurrentConnectionName, now.hour, now.minute, now.second, 0);
+}
+
+int32_t ElapsedSeconds() {
+  const uint32_t nowSeconds = ReadTickCount() / 1000u;
+  if (nowSeconds >= SessionStartSeconds) return static_cast<int32_t>(nowSeconds - SessionStartSeconds);
+  return static_cast<int32_t>(nowSeconds + kTickWrapSeconds - SessionStartSeconds);
+}
+
+bool EndSession() {
+  const int32_t elapsed = ElapsedSeconds();
+  const LocalTime logOff = ReadLocalTime();
+  LogOffHour = logOff.hour;
+  LogOffMinute = logOff.minute;
+  LogOffSecond = logOff.second;
+  settings.sessionOpenMarker = kNoSessionOpen;
+
+  const uint32_t slot = FindFreeSlot();
+  if (slot == kNoSlot) return false;
+  sessionLog.records[slot].status = InUse;
+  StoreDurationAndLogOn(slot, elapsed, LogOnHour, LogOnMinute, LogOnSecond);
+
+  // The record carries the date on which the session ended.
+  const LocalTime now = ReadLocalTime();
+  SetRecordDate(slot, now.dayOfWeek, now.month, now.day, now.year);
+  SetPreviousSessionDate(now.dayOfWeek, now.month, now.day, now.year);
+  SetRecordLogOff(slot, LogOffHour, LogOffMinute, LogOffSecond);
+  SetPreviousSessionLogOff(now.hour, now.minute, now.second);
+
+  StoreNameAndSave(slot, SessionConnectionName);
+  CallHook(sessionHooks.checkUnconfiguredConnections);
+  return true;
+}
+
+void CheckpointSession() {
+  const int32_t elapsed = ElapsedSeconds();
+  const LocalTime now = ReadLocalTime();
+  SetCheckpointTime(CurrentConnectionName, now.hour, now.minute, now.second,
+                    static_cast<uint32_t>(elapsed));
+  // The previous-session date, end and name follow the open session; its log-on
+  // time and duration stay those of the session recorded before.
+  SetPreviousSessionDate(now.dayOfWeek, now.month, now.day, now.year);
+  SetPreviousSessionLogOff(now.hour, now.minute, now.second);
+  SetPreviousSessionName(SessionConnectionName);
+  settings.previousSessionValid = 1;
+  SaveSettings();
+  LastSessionChanged = 1;
+}
+
+void OnCheckpointTimer() {
+  if (OnLineFlag != 0) CheckpointSession();
+}
+
+void RecoverInterruptedSession() {
+  if (settings.sessionOpenMarker != kSessionOpen) return;
+  // The stored name may be unterminated in a damaged file: copy the field alone.
+  char name[kCheckpointNameSize + 1] = {};
+  std::memcpy(name, settings.checkpointName, kCheckpointNameSize);
+  const bool recorded = RecordInterruptedSession(
+      name, settings.checkpointLogOn.hour, settings.checkpointLogOn.minute,
+      settings.checkpointLogOn.second, settings.checkpointTime.hour, settings.checkpointTime.minute,
+      settings.checkpointTime.second, static_cast<int32_t>(settings.checkpointElapsed),
+      settings.checkpointDayOfWeek, settings.checkpointMonth, settings.checkpointDay,
+      settings.checkpointYear);
+  if (recorded) {
+    settings.sessionOpenMarker = kNoSessionOpen;
+    SaveSettings();
+  }
+}
+
+bool RecordInterruptedSession(const char* name, uint32_t logOnHour, uint32_t logOnMinute,
+                              uint32_t logOnSecond, uint32_t logOffHour, uint32_t logOffMinute,
+                              uint32_t logOffSecond, int32_t duration, uint32_t dayOfWeek,
+                              uint32_t month, uint32_t day, uint32_t year) {
+  const uint32_t slot = FindFreeSlot();
+  if (slot == kNoSlot) return false;
+  sessionLog.records[slot].status = InUse;
+  StoreDurationAndLogOn(slot, duration, logOnHour, logOnMinute, logOnSecond);
+  // Recorded at start-up, the session carries the date on which it began and ends
+  // at its latest checkpoint.
+  SetRecordDate(slot, dayOfWeek, month, day, year);
+  SetPreviousSessionDate(dayOfWeek, month, day, year);
+  SetRecordLogOff(slot, logOffHour, logOffMinute, logOffSecond);
+  SetPreviousSessionLogOff(logOffHour, logOffMinute, logOffSecond);
+  StoreNameAndSave(slot, name);
+  return true;
+}
+
+void ResetSessionState() {
+  SessionOpen = 0;
+  SessionClosed = 1;
+  SessionStartSeconds = 0;
+  SessionConnectionName[0] = '\0';
+  LogOnHour = LogOnMinute = LogOnSecond = 0;
+  LogOffHour = LogOffMinute = LogOffSecond = 0;
+  LastSessionChanged = 1;
+  OneShotFired = 0;
+  CurrentConnectionName[0] = '\0';
+  OnLineFlag = 0;
+  NoConnectionSeen = 1;
+  LogOnText[0] = ElapsedText[0] = LastDurationText[0] = '\0';
+}

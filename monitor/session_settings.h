@@ -1,0 +1,13 @@
+// Writes the previous-session summary and the running session's checkpoint into
+// the settings block. Names are cut to their field's width.
+#pragma once
+#include <cstdint>
+
+void SetPreviousSessionLogOff(uint32_t hour, uint32_t minute, uint32_t second);
+void SetPreviousSessionLogOn(uint32_t hour, uint32_t minute, uint32_t second);
+void SetPreviousSessionDate(uint32_t dayOfWeek, uint32_t month, uint32_t day, uint32_t year);
+void SetPreviousSessionName(const char* name);
+void SetCheckpointTime(const char* name, uint32_t hour, uint32_t minute, uint32_t second,
+                       uint32_t elapsed);
+void SetCheckpointStart(const char* name, uint32_t hour, uint32_t minute, uint32_t second,
+                        uint32_t dayOfWeek, uint32_t day, uint32_t month, uint32_t year);

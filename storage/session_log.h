@@ -1,0 +1,56 @@
+// The log of sessions: held whole in memory, rewritten whole after every change.
+#pragma once
+#include <cstdint>
+#include <vector>
+
+#include "storage/session_record.h"
+
+constexpr uint32_t kLegacyLogSlots = 2000;
+constexpr uint32_t kNoSlot = 0xFFFFFFFFu;
+
+// The header stores the record area's byte length in 32 bits, so the log can
+// never hold more records than that length can describe.
+constexpr uint32_t kMaxLogRecords = 0xFFFFFFFFu / sizeof(SessionRecord);
+
+// A file whose count promises more records than it holds gets the missing ones
+// as Blank records, up to this many; a count that overshoots further is damage,
+// and only the records actually present are loaded (nothing recorded is lost, and
+// a count like 4,000,000,000 cannot exhaust memory).
+constexpr uint32_t kMissingRecordsPadded = 4096;
+
+struct SessionLog {
+  std::vector<SessionRecord> records;
+  uint32_t count = 0;  // always records.size(); Blank and Deleted records count too
+};
+
+// The one program-wide log.
+extern SessionLog sessionLog;
+// The fixed table of older releases, read once for conversion.
+extern SessionRecord LegacyLogTable[kLegacyLogSlots];
+
+// Largest number of records the log may grow to; lowered only by tests.
+extern uint32_t LogRecordLimit;
+
+bool LoadLog(const char* path);
+bool SaveLog(const char* path);
+bool CreateEmptyLog(const char* path);
+bool LoadLegacyLog(const char* path);
+bool ConvertLegacyLog();
+
+void AppendBlankRecords();
+bool HasNoFreeSlot();
+bool IsLogEmpty();
+// Lowest record that is not InUse, growing the log by two first when every record
+// is InUse; kNoSlot only when the log cannot grow.
+uint32_t FindFreeSlot();
+
+void SetRecordDate(uint32_t index, uint32_t dayOfWeek, uint32_t month, uint32_t day, uint32_t year);
+void SetRecordLogOn(uint32_t index, uint32_t hour, uint32_t minute, uint32_t second);
+void SetRecordLogOff(uint32_t index, uint32_t hour, uint32_t minute, uint32_t second);
+void SetRecordDuration(uint32_t index, int32_t seconds);
+void SetRecordName(uint32_t index, const char* name);
+// The record's name when it is InUse, otherwise nullptr.
+const char* RecordName(uint32_t index);
+
+bool MarkConnectionDeleted(const char* name);
+void ClearLog();

@@ -1,0 +1,63 @@
+#include <cstring>
+#include <string>
+
+#include "storage/binary_file.h"
+#include "storage/fixed_text.h"
+#include "storage/program_paths.h"
+#include "storage/settings.h"
+
+Settings settings;
+InstallHooks installHooks;
+
+const char* SettingsPath() {
+  // Rebuilt on each call so a changed Windows directory (tests) is followed.
+  static std::string path;
+  path = JoinPath(WindowsDirectory(), "Orvaconfig.bic");
+  return path.c_str();
+}
+
+void ApplyDefaultSettings() {
+  CopyFixedText(settings.formatMarker, kFormatMarker);
+  settings.reservedOne = 1.0f;
+  settings.reservedUnit = 1;
+  settings.alarmRepeatHours = 1;
+  settings.alarmRepeatMinutes = 0;
+  settings.alarmOnceHours = 2;
+  settings.use24HourClock = 0;
+  settings.logSystemColours = 0;
+  settings.alarmOn = 0;
+  settings.alarmAction = kAlarmBoxAndSound;
+  settings.alarmMode = kAlarmEveryInterval;
+  settings.alarmOnceMinutes = 30;
+  settings.showMainWindowAtStart = 0;
+  settings.runAtStartup = 1;
+  settings.logInitialFilter = 1;
+  settings.sessionOpenMarker = kNoSessionOpen;
+}
+
+bool LoadSettings(const char* path) {
+  // A short file fills only the start of the block; the rest keeps its values.
+  std::size_t bytesRead = 0;
+  return ReadFileStart(path, &settings, sizeof settings, &bytesRead);
+}
+
+bool SaveSettingsTo(const char* path) {
+  const WriteBlock block = {&settings, sizeof settings};
+  return WriteFileStart(path, &block, 1);
+}
+
+bool SaveSettings() { return SaveSettingsTo(SettingsPath()); }
+
+bool CreateSettings(const char* path) {
+  std::FILE* file = OpenOrCreateForUpdate(path);
+  if (file == nullptr) return false;
+  std::fclose(file);
+  ApplyDefaultSettings();
+  if (installHooks.markFirstRun) installHooks.markFirstRun();
+  if (installHooks.installProgram) installHooks.installProgram();
+  return SaveSettingsTo(path);
+}
+
+bool HasCurrentFormatMarker() {
+  return FixedTextEqualsIgnoringCase(settings.formatMarker, sizeof settings.formatMarker, kFormatMarker);
+}

@@ -1,0 +1,120 @@
+#include "test_support.h"
+
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "monitor/session.h"
+#include "storage/program_paths.h"
+#include "storage/session_log.h"
+#include "storage/settings.h"
+
+namespace fs = std::filesystem;
+
+void FakeClock::Advance(uint32_t seconds) {
+  tickMs += seconds * 1000u;
+  uint32_t total = now.hour * 3600 + now.minute * 60 + now.second + seconds;
+  while (total >= 86400) {
+    total -= 86400;
+    ++now.day;
+    now.dayOfWeek = (now.dayOfWeek + 1) % 7;
+  }
+  now.hour = total / 3600;
+  now.minute = total / 60 % 60;
+  now.second = total % 60;
+}
+
+uint32_t ScriptedRas::EnumConnections(ras::Connection95* connections, uint32_t* bufferSize,
+                                      uint32_t* connectionCount) {
+  ++enumCalls;
+  if (disconnectAtEnumCall != 0 && enumCalls >= disconnectAtEnumCall) state = State::Disconnected;
+  lastEnumBufferSize = *bufferSize;
+  lastEntrySize = connections[0].dwSize;
+  if (state == State::Unavailable) return 711;
+  if (state == State::None || state == State::Vanished) {
+    *connectionCount = 0;  // entry 0 is left as it was, as the service does
+    return 0;
+  }
+  connections[0].hrasconn = reinterpret_cast<ras::ConnectionHandle>(handle);
+  std::memset(connections[0].szEntryName, 0, sizeof connections[0].szEntryName);
+  std::strncpy(connections[0].szEntryName, name.c_str(), ras::kEntryNameLength);
+  *connectionCount = 1;
+  return 0;
+}
+
+uint32_t ScriptedRas::GetConnectStatus(ras::ConnectionHandle queried, ras::ConnectionStatus95* status) {
+  ++statusCalls;
+  queriedHandles.push_back(reinterpret_cast<uintptr_t>(queried));
+  lastStatusSize = status->dwSize;
+  const bool known = reinterpret_cast<uintptr_t>(queried) == handle;
+  switch (state) {
+    case State::Connected:
+      if (!known) return ras::kErrorInvalidHandle;
+      status->rasconnstate = ras::kStateConnected;
+      return 0;
+    case State::Disconnected:
+      if (!known) return ras::kErrorInvalidHandle;
+      status->rasconnstate = ras::kStateDisconnected;
+      return 0;
+    case State::Dialling:
+      if (!known) return ras::kErrorInvalidHandle;
+      status->rasconnstate = 0x0A;  // authenticating
+      return 0;
+    default:
+      return ras::kErrorInvalidHandle;
+  }
+}
+
+void ProgramStateTest::SetUp() {
+  static int serial = 0;
+  const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
+  folder_ = (fs::temp_directory_path() / ("orvalen-test-" + std::to_string(serial++) + "-" + info->name())).string();
+  fs::remove_all(folder_);
+  fs::create_directories(folder_);
+  SetWindowsDirectory(folder_);
+  SetProgramFolder(folder_);
+  std::memset(&settings, 0, sizeof settings);
+  sessionLog = SessionLog{};
+  LogRecordLimit = kMaxLogRecords;
+  ResetSessionState();
+  sessionHooks = SessionHooks{};
+  installHooks = InstallHooks{};
+  UseClock(&clock_);
+  UseRasService(&ras_);
+}
+
+void ProgramStateTest::TearDown() {
+  UseClock(nullptr);
+  UseRasService(nullptr);
+  std::error_code ignored;
+  fs::remove_all(folder_, ignored);
+}
+
+std::string ProgramStateTest::Path(const char* name) const { return JoinPath(folder_, name); }
+
+std::vector<uint8_t> ProgramStateTest::ReadBytes(const std::string& path) const {
+  std::ifstream file(path, std::ios::binary);
+  return std::vector<uint8_t>(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+}
+
+void ProgramStateTest::WriteBytes(const std::string& path, const std::vector<uint8_t>& bytes) const {
+  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+  file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+}
+
+bool ProgramStateTest::Exists(const std::string& path) const { return fs::exists(path); }
+
+uint32_t U32At(const std::vector<uint8_t>& bytes, std::size_t offset) {
+  uint32_t value = 0;
+  for (int i = 3; i >= 0; --i) value = (value << 8) | bytes.at(offset + static_cast<std::size_t>(i));
+  return value;
+}
+
+float F32At(const std::vector<uint8_t>& bytes, std::size_t offset) {
+  const uint32_t bits = U32At(bytes, offset);
+  float value;
+  std::memcpy(&value, &bits, sizeof value);
+  return value;
+}

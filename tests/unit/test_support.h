@@ -1,0 +1,71 @@
+// Shared helpers of the unit tests: a clock and a dial-up service the test drives,
+// and a fixture that gives each test fresh program state in its own folder.
+#pragma once
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "monitor/ras_service.h"
+#include "monitor/system_clock.h"
+
+class FakeClock : public Clock {
+ public:
+  LocalTime now{2002, 1, 1, 7, 10, 0, 0};  // Monday 7 January 2002, 10:00:00
+  uint32_t tickMs = 5000000;
+
+  LocalTime Now() override { return now; }
+  uint32_t TickCount() override { return tickMs; }
+
+  // Moves the tick counter and the clock on together, across midnight too (the
+  // day of week follows; month ends are not needed by the tests).
+  void Advance(uint32_t seconds);
+};
+
+// Answers like the dial-up service: one listed connection or none.
+class ScriptedRas : public RasService {
+ public:
+  enum class State { None, Dialling, Connected, Disconnected, Vanished, Unavailable };
+  State state = State::None;
+  std::string name = "Home ISP";
+  uintptr_t handle = 0x51;
+  int enumCalls = 0;
+  int statusCalls = 0;
+  std::vector<uintptr_t> queriedHandles;
+  uint32_t lastEnumBufferSize = 0;
+  uint32_t lastEntrySize = 0;
+  uint32_t lastStatusSize = 0;
+  int disconnectAtEnumCall = 0;  // that enumeration and later ones see "disconnected"
+
+  void Connect(const std::string& connectionName) {
+    name = connectionName;
+    ++handle;
+    state = State::Connected;
+  }
+
+  uint32_t EnumConnections(ras::Connection95* connections, uint32_t* bufferSize,
+                           uint32_t* connectionCount) override;
+  uint32_t GetConnectStatus(ras::ConnectionHandle handle, ras::ConnectionStatus95* status) override;
+};
+
+// A scratch folder used as both Windows directory and program folder, all program
+// state back to a fresh start, the fake clock and the scripted service in use.
+class ProgramStateTest : public ::testing::Test {
+ protected:
+  void SetUp() override;
+  void TearDown() override;
+
+  std::string Path(const char* name) const;
+  std::vector<uint8_t> ReadBytes(const std::string& path) const;
+  void WriteBytes(const std::string& path, const std::vector<uint8_t>& bytes) const;
+  bool Exists(const std::string& path) const;
+
+  std::string folder_;
+  FakeClock clock_;
+  ScriptedRas ras_;
+};
+
+// Little-endian reads from a byte image of a file.
+uint32_t U32At(const std::vector<uint8_t>& bytes, std::size_t offset);
+float F32At(const std::vector<uint8_t>& bytes, std::size_t offset);
