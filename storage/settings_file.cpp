@@ -5,6 +5,7 @@
 #include "storage/fixed_text.h"
 #include "storage/program_paths.h"
 #include "storage/settings.h"
+#include "storage/startup.h"
 
 Settings settings;
 InstallHooks installHooks;
@@ -42,6 +43,8 @@ bool LoadSettings(const char* path) {
 }
 
 bool SaveSettingsTo(const char* path) {
+  // After a configuration file could not be read, writing would replace it with zeros.
+  if (SettingsSavesRefused()) return false;
   const WriteBlock block = {&settings, sizeof settings};
   return WriteFileStart(path, &block, 1);
 }

@@ -1,0 +1,146 @@
+#include "app/main_window.h"
+
+#include "app/app_state.h"
+#include "app/greeting_dialogs.h"
+#include "app/main_dialog.h"
+#include "app/status_text.h"
+#include "app/tray_icon.h"
+#include "logview/view_log_dialog.h"
+#include "monitor/dial_up_probe.h"
+#include "monitor/session.h"
+#include "resources/resource_ids.h"
+#include "storage/settings.h"
+#include "storage/startup.h"
+
+namespace {
+
+constexpr LPARAM kTrayDoubleClick = WM_LBUTTONDBLCLK;
+constexpr LPARAM kTrayRightButton = WM_RBUTTONDOWN;
+
+DialUpProbe& WindowProbe() {
+  static DialUpProbe probe;
+  return probe;
+}
+
+void CALLBACK CheckpointTimerProc(HWND, UINT, UINT_PTR, DWORD) { OnCheckpointTimer(); }
+
+void StartSessionTimers() { SetTimer(mainWindow, kCheckpointTimer, kCheckpointPeriodMs, CheckpointTimerProc); }
+
+void StopSessionTimers() {
+  KillTimer(mainWindow, kCheckpointTimer);
+  KillTimer(mainWindow, kAlarmTimer);
+}
+
+void ReportOutOfSpace() { MessageBoxA(nullptr, "Out of space to record session", "Diagnostic Message", MB_OK); }
+
+void OnCreate(HWND window) {
+  mainWindow = window;
+  sessionHooks.startSessionTimers = StartSessionTimers;
+  sessionHooks.stopSessionTimers = StopSessionTimers;
+  sessionHooks.reportOutOfSpace = ReportOutOfSpace;
+  installHooks.markFirstRun = [] { showMainDialogOnce = true; };
+  startupHooks.showWelcome = [](void* owner) {
+    DialogBoxParamA(instanceHandle, MAKEINTRESOURCEA(IDD_WELCOME), static_cast<HWND>(owner), WelcomeDialogProc, 0);
+  };
+  startupHooks.showAlert = [](void* owner, const char* text, const char* caption) {
+    MessageBoxA(static_cast<HWND>(owner), text, caption, MB_OK | MB_ICONEXCLAMATION);
+  };
+  InitialiseStorage(window);
+  RecoverInterruptedSession();
+  AddTrayIcon(window);
+  SetTimer(window, kPollTimer, 100, nullptr);
+  SetTimer(window, kStatusTimer, 500, nullptr);
+  SetTimer(window, kSlowStatusTimer, 10000, nullptr);
+  if (settings.showMainWindowAtStart != 0 || showMainDialogOnce) {
+    mainDialog = CreateDialogParamA(instanceHandle, MAKEINTRESOURCEA(IDD_MAIN_STATUS), nullptr, MainDialogProc, 0);
+  }
+}
+
+void OnTimer(UINT_PTR timer) {
+  if (timer == kPollTimer) RunSessionStep(WindowProbe());
+  RefreshStatusText();
+}
+
+// Returns true when the user confirmed the quit.
+bool ConfirmQuit() {
+  if (WindowProbe().IsConnected()) {
+    MessageBeep(MB_ICONEXCLAMATION);
+    MessageBoxA(mainDialogVisible ? mainDialog : nullptr,
+                "You are still on-line\nOrvalen will not record session if you quit now.",
+                "Orvalen Notification", MB_ICONEXCLAMATION | MB_OK);
+  }
+  return MessageBoxA(mainWindow, "Are You Sure You Want To quit Orvalen ?", "", MB_YESNO | MB_ICONQUESTION) != IDNO;
+}
+
+// Ends the message loop. An open session is not recorded now: the settings file
+// still says a session is open, so the next start records it from its checkpoint.
+void Quit(HWND window) {
+  PostQuitMessage(0);
+  KillTimer(window, kPollTimer);
+  KillTimer(window, kStatusTimer);
+  KillTimer(window, kSlowStatusTimer);
+  RemoveTrayIcon(window);
+}
+
+LRESULT OnCommand(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (LOWORD(wParam)) {
+    case IDM_TRAY_SHOW:
+      ShowMainDialog();
+      return 1;
+    case IDM_TRAY_ABOUT:
+      DialogBoxParamA(instanceHandle, MAKEINTRESOURCEA(IDD_ABOUT), window, AboutDialogProc, 0);
+      return 1;
+    case IDM_TRAY_VIEW_LOG:
+      OpenViewLog(mainDialogVisible ? mainDialog : nullptr);
+      return 1;
+    case IDM_TRAY_HIDE:
+      if (mainDialogVisible) {
+        DestroyWindow(mainDialog);
+        mainDialogVisible = false;
+      }
+      return 1;
+    default:  // Exit, and any other command
+      if (!ConfirmQuit()) return 0;
+      Quit(window);
+      return DefWindowProcA(window, message, wParam, lParam);
+  }
+}
+
+}  // namespace
+
+void ShowMainDialog() {
+  if (mainDialogVisible) {
+    SetForegroundWindow(mainDialog);
+    return;
+  }
+  mainDialog = CreateDialogParamA(instanceHandle, MAKEINTRESOURCEA(IDD_MAIN_STATUS), nullptr, MainDialogProc, 0);
+}
+
+LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  mainWindow = window;
+  switch (message) {
+    case WM_CREATE:
+      OnCreate(window);
+      break;
+    case WM_TIMER:
+      OnTimer(wParam);
+      break;
+    case kTrayCallbackMessage: {
+      POINT cursor = {};
+      GetCursorPos(&cursor);
+      if (lParam == kTrayDoubleClick) ShowMainDialog();
+      else if (lParam == kTrayRightButton) ShowTrayMenu(window, cursor.x, cursor.y);
+      return 1;
+    }
+    case WM_COMMAND:
+      return OnCommand(window, message, wParam, lParam);
+    case WM_DESTROY:
+      // The window is already going, so a "No" could not keep the program alive:
+      // end it without asking, leaving any open session to the next start.
+      Quit(window);
+      return 0;
+    default:
+      break;
+  }
+  return DefWindowProcA(window, message, wParam, lParam);
+}

@@ -1,0 +1,13 @@
+// The hidden main window: owns the tray icon and the timers that drive sessions.
+#pragma once
+#include <windows.h>
+
+constexpr UINT_PTR kPollTimer = 2;          // 100 ms: session step and status text
+constexpr UINT_PTR kStatusTimer = 5;        // 500 ms: status text
+constexpr UINT_PTR kSlowStatusTimer = 10;   // 10 s: status text
+constexpr UINT_PTR kCheckpointTimer = 20;   // 3 min, while a session is open
+constexpr UINT_PTR kAlarmTimer = 30;        // while a session is open
+
+LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+// Creates the main status dialog, or brings the open one to the front.
+void ShowMainDialog();

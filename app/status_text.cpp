@@ -1,0 +1,112 @@
+#include "app/status_text.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "monitor/dial_up_probe.h"
+#include "monitor/session.h"
+#include "monitor/time_text.h"
+#include "storage/accounts.h"
+#include "storage/fixed_text.h"
+#include "storage/settings.h"
+
+char statusText[kStatusTextSize] = "";
+
+namespace {
+
+constexpr float kHoursPerSecond = 0.00027777778f;
+
+DialUpProbe& StatusProbe() {
+  static DialUpProbe probe;
+  return probe;
+}
+
+template <typename... Args>
+std::string Format(const char* format, Args... args) {
+  char text[512];  // room for two full clock texts
+  std::snprintf(text, sizeof text, format, args...);
+  return text;
+}
+
+std::string PreviousAccountLine(const char* name) {
+  switch (AccountKindOf(name)) {
+    case PrePaidCard:
+      return Format(" Card :                    %.2f Hrs.   of  %.0f Hrs. used",
+                    static_cast<double>(static_cast<float>(TotalSeconds(name)) * kHoursPerSecond),
+                    static_cast<double>(AllottedAmount(name)));
+    case LimitedAccess:
+      return Format("Limited: %.2f Hrs this month/ %.2f Hrs Logged",
+                    static_cast<double>(static_cast<float>(SecondsThisMonth(name)) * kHoursPerSecond),
+                    static_cast<double>(static_cast<float>(TotalSeconds(name)) * kHoursPerSecond));
+    case UnlimitedAccess:
+      return "Account Type : Unlimited Access Account";
+    default:
+      return "";
+  }
+}
+
+}  // namespace
+
+std::string HoursText(float hours) {
+  return Format("%.2f", static_cast<double>(hours)) + (hours > 1.0f ? " Hrs." : " Hr.");
+}
+
+void RefreshStatusText() {
+  const int32_t elapsed = ElapsedSeconds();
+  DialUpProbe& probe = StatusProbe();
+  if (probe.IsConnected()) {
+    std::string kind;
+    std::string detail;
+    switch (AccountKindOf(CurrentConnectionName)) {
+      case NotChosen:
+        kind = " Account info not yet configured for Orvalen's database";
+        break;
+      case PrePaidCard: {
+        const float remaining = CardSecondsRemaining(CurrentConnectionName) - static_cast<float>(elapsed);
+        const float hours = remaining > 0.0f ? remaining * kHoursPerSecond : 0.0f;
+        kind = "Pre-paid Internet Card ";
+        detail = "Time remaining on this card : " + HoursText(hours);
+        break;
+      }
+      case LimitedAccess: {
+        const float seconds = static_cast<float>(SecondsThisMonth(CurrentConnectionName) + elapsed);
+        kind = "Limited Access account";
+        detail = "Time Consumed this month : " + HoursText(seconds * kHoursPerSecond);
+        break;
+      }
+      case UnlimitedAccess:
+        kind = "Unlimited Access account";
+        break;
+      default:
+        kind = " not yet defined for this dial-up connection.";
+        break;
+    }
+    std::snprintf(statusText, sizeof statusText, "\nType of Account: %s\n %s", kind.c_str(), detail.c_str());
+    return;
+  }
+  if (!probe.IsConnected()) CopyFixedText(statusText, kOffLineStatusText);
+}
+
+std::vector<std::string> PreviousSessionLines() {
+  const PreviousSession& last = settings.previousSession;
+  // A damaged file may leave the name unterminated: take the field alone.
+  char name[kPreviousNameSize + 1] = {};
+  std::memcpy(name, last.connectionName, kPreviousNameSize);
+
+  char date[kDateTextSize];
+  char logOn[kClockTextSize];
+  char logOff[kClockTextSize];
+  FormatDate(date, last.dayOfWeek, last.month, last.day, last.year);
+  FormatClock(logOn, last.logOn.hour, last.logOn.minute, last.logOn.second);
+  FormatClock(logOff, last.logOff.hour, last.logOff.minute, last.logOff.second);
+  const uint32_t seconds = last.durationSeconds;
+  return {
+      "----------------------  Previous Session  ----------------------",
+      Format(" Connection  :                   %s", name),
+      Format(" Date :                              %s", date),
+      Format(" ON:  %s       OFF:  %s", logOn, logOff),
+      Format(" Duration :                        %d Hr: %d Min: %d Sec", static_cast<int>(seconds / 3600),
+             static_cast<int>(seconds % 3600 / 60), static_cast<int>(seconds % 60)),
+      PreviousAccountLine(name),
+  };
+}

@@ -1,0 +1,21 @@
+// The account-status text of the main status dialog, rebuilt at every tick of the
+// main window's timers, and the lines of its previous-session summary.
+#pragma once
+#include <cstddef>
+#include <string>
+#include <vector>
+
+constexpr std::size_t kStatusTextSize = 256;
+
+extern char statusText[kStatusTextSize];
+
+constexpr char kInitialStatusText[] = "\t\t   Status: \n\n        No  Active  Dial-Up  Connections...";
+constexpr char kOffLineStatusText[] = "\t\t      Status :\n\n           No  Active  Dial-Up  Connections ...";
+
+void RefreshStatusText();
+
+// "0.50 Hr." / "1.01 Hrs.": an hour figure with its unit.
+std::string HoursText(float hours);
+
+// The summary of the previous session stored in the settings, line by line.
+std::vector<std::string> PreviousSessionLines();

@@ -1,0 +1,74 @@
+#!/usr/bin/env bash
+# Builds every configuration and runs every test:
+#   native     portable core unit tests (g++)
+#   asan       the same under AddressSanitizer and UndefinedBehaviorSanitizer
+#   x86_64     Windows build: unit tests and end-to-end tests under wine64 + Xvfb
+#   i686       the product (Windows 95/98/ME): built, so its 32-bit layouts are checked
+# Installs what it needs first. Exits non-zero when any build or test fails.
+set -euo pipefail
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+cd "$root"
+
+"$root/scripts/install-deps.sh"
+
+jobs=2
+passed=0
+failed=0
+failures=()
+
+configure() {  # name, extra cmake arguments...
+  local name=$1
+  shift
+  echo "== configure $name"
+  cmake -S "$root" -B "$root/build/$name" -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@" >"$root/build/$name.configure.log" 2>&1 ||
+    { cat "$root/build/$name.configure.log"; return 1; }
+}
+
+build() {
+  echo "== build $1"
+  cmake --build "$root/build/$1" -j"$jobs"
+}
+
+run_ctest() {  # name, extra ctest arguments...
+  local name=$1
+  shift
+  echo "== test $name"
+  local log="$root/build/$name.ctest.log"
+  local status=0
+  ctest --test-dir "$root/build/$name" --output-on-failure -j"$jobs" "$@" 2>&1 | tee "$log" || status=$?
+  local line total bad
+  line=$(grep -E 'tests passed, [0-9]+ tests failed out of [0-9]+' "$log" | tail -n 1 || true)
+  if [[ -n $line ]]; then
+    total=$(sed -E 's/.* out of ([0-9]+).*/\1/' <<<"$line")
+    bad=$(sed -E 's/.*passed, ([0-9]+) tests failed.*/\1/' <<<"$line")
+    passed=$((passed + total - bad))
+    failed=$((failed + bad))
+  else
+    failed=$((failed + 1))
+  fi
+  if ((status != 0)); then failures+=("$name"); fi
+}
+
+mkdir -p "$root/build"
+
+configure native
+build native
+run_ctest native
+
+configure asan -DORVALEN_SANITIZE=ON -DORVALEN_BENCHMARKS=OFF
+build asan
+UBSAN_OPTIONS=print_stacktrace=1 run_ctest asan
+
+configure i686 -DCMAKE_TOOLCHAIN_FILE="$root/cmake/toolchain-i686-mingw.cmake"
+build i686
+
+configure x86_64 -DCMAKE_TOOLCHAIN_FILE="$root/cmake/toolchain-x86_64-mingw.cmake"
+build x86_64
+run_ctest x86_64
+
+echo
+if ((${#failures[@]} > 0)); then
+  echo "failing test runs: ${failures[*]}"
+fi
+echo "total: $passed passed, $failed failed"
+((${#failures[@]} == 0 && failed == 0))

@@ -1,0 +1,189 @@
+#include "storage/accounts.h"
+
+#include <cstddef>
+
+#include "monitor/system_clock.h"
+#include "storage/fixed_text.h"
+#include "storage/session_log.h"
+#include "storage/settings.h"
+
+float cardSecondsRemaining = 0.0f;
+
+namespace {
+
+const char* OrEmpty(const char* name) { return name != nullptr ? name : ""; }
+
+char LowerAscii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
+
+// Compares a field's text with the first fieldSize - 1 characters of name: the cut
+// that CopyFixedText makes when the name is stored. Never reads past the field,
+// even when a damaged file left it unterminated.
+bool FieldMatchesCutName(const char* field, std::size_t fieldSize, const char* name, bool ignoreCase) {
+  const std::size_t length = FixedTextLength(field, fieldSize);
+  if (length == 0 || length == fieldSize) return false;  // free entry, or no terminator
+  for (std::size_t i = 0; i < length; ++i) {
+    if (name[i] == '\0') return false;
+    const bool same = ignoreCase ? LowerAscii(field[i]) == LowerAscii(name[i]) : field[i] == name[i];
+    if (!same) return false;
+  }
+  return name[length] == '\0' || length == fieldSize - 1;
+}
+
+bool AccountNameMatches(const AccountRecord& account, const char* name) {
+  return FieldMatchesCutName(account.connectionName, kAccountNameSize, name, false);
+}
+
+// An empty name matches nothing, so Blank records (empty names) never count.
+bool RecordNameMatches(const SessionRecord& record, const char* name) {
+  return FieldMatchesCutName(record.connectionName, kRecordNameSize, name, true);
+}
+
+// Truncation toward zero that stays defined for figures from a damaged file.
+int32_t TruncateToInt32(float value) {
+  if (!(value > -2147483648.0f)) return value != value ? 0 : INT32_MIN;
+  if (value >= 2147483648.0f) return INT32_MAX;
+  return static_cast<int32_t>(value);
+}
+
+int32_t AddWrapping(int32_t sum, int32_t value) {
+  return static_cast<int32_t>(static_cast<uint32_t>(sum) + static_cast<uint32_t>(value));
+}
+
+}  // namespace
+
+char* AccountName(int k) {
+  if (k < 0 || k >= static_cast<int>(kAccountCount)) return nullptr;
+  return settings.accounts[k].connectionName;
+}
+
+int AccountIndexByName(const char* name) {
+  name = OrEmpty(name);
+  for (std::size_t k = 0; k < kAccountCount; ++k) {
+    if (AccountNameMatches(settings.accounts[k], name)) return static_cast<int>(k);
+  }
+  return kNoAccount;
+}
+
+int FindAccount(const char* name) {
+  name = OrEmpty(name);
+  for (std::size_t k = 0; k < kAccountCount; ++k) {
+    const AccountRecord& account = settings.accounts[k];
+    if (account.configured != 0 && AccountNameMatches(account, name)) return static_cast<int>(k);
+  }
+  return kNoAccount;
+}
+
+void AddAccountName(const char* name) {
+  name = OrEmpty(name);
+  if (name[0] == '\0' || AccountIndexByName(name) != kNoAccount) return;
+  for (AccountRecord& account : settings.accounts) {
+    if (account.connectionName[0] == '\0') {
+      CopyFixedText(account.connectionName, name);
+      return;
+    }
+  }
+}
+
+bool DeleteAccount(const char* name) {
+  const int k = AccountIndexByName(name);
+  if (k == kNoAccount) return false;
+  AccountRecord& account = settings.accounts[k];
+  CopyFixedText(account.connectionName, "");
+  account.configured = 0;
+  return true;
+}
+
+float ComputeUsage(const char* name, UsageSummary& summary) {
+  name = OrEmpty(name);
+  summary = UsageSummary{};
+  int32_t monthSeconds = 0;
+  // A 32-bit float, rounded at every addition: exact up to 2^24 seconds (about
+  // 194 days), as the figures have always been computed.
+  float allSeconds = 0.0f;
+  bool found = false;
+
+  const LocalTime now = ReadLocalTime();
+  for (uint32_t i = 0; i < sessionLog.count && i < sessionLog.records.size(); ++i) {
+    const SessionRecord& record = sessionLog.records[i];
+    if (record.status == Deleted || !RecordNameMatches(record, name)) continue;
+    if (record.year == now.year && record.month == now.month) {
+      monthSeconds = AddWrapping(monthSeconds, record.durationSeconds);
+    }
+    allSeconds = allSeconds + static_cast<float>(record.durationSeconds);
+    found = true;
+  }
+  if (!found) return 0.0f;
+
+  const int k = FindAccount(name);
+  if (k == kNoAccount) return 0.0f;
+  const AccountRecord& account = settings.accounts[k];
+  summary.kind = account.kind;
+  summary.secondsThisMonth = monthSeconds;
+  summary.totalSeconds = TruncateToInt32(allSeconds);
+
+  switch (account.kind) {
+    case PrePaidCard: {
+      summary.allotted = account.hours > static_cast<uint32_t>(INT32_MAX) ? INT32_MAX
+                                                                          : static_cast<int32_t>(account.hours);
+      float remaining = static_cast<float>(account.hours) * 3600.0f;
+      remaining = remaining - allSeconds;
+      if (remaining < 0.0f) remaining = 0.0f;
+      cardSecondsRemaining = remaining;
+      return remaining;
+    }
+    case LimitedAccess: {
+      // Seconds of an unfinished minute do not count.
+      const int32_t minutesUsed = monthSeconds / 60;
+      const float basicMinutes = static_cast<float>(account.hours) * 60.0f;
+      summary.allotted = TruncateToInt32(basicMinutes);
+      const float vatFactor = account.vatPercent * 0.01f;
+      float subtotal = account.monthlyCharge;
+      const float minutes = static_cast<float>(minutesUsed);
+      if (minutes > basicMinutes) {
+        const float excess = minutes - basicMinutes;
+        summary.excessMinutes = TruncateToInt32(excess);
+        const float excessCharge = excess * account.excessPerMinute;
+        subtotal = subtotal + excessCharge;
+      }
+      // Each step is stored on its own so x87 builds round as SSE builds do.
+      const float vat = subtotal * vatFactor;
+      const float cost = subtotal + vat;
+      summary.cost = cost;
+      return cost;
+    }
+    case UnlimitedAccess:
+      return 1.0f;
+    default:
+      return 0.0f;
+  }
+}
+
+uint32_t AccountKindOf(const char* name) {
+  UsageSummary summary;
+  ComputeUsage(name, summary);
+  return summary.kind;
+}
+
+int32_t AllottedAmount(const char* name) {
+  UsageSummary summary;
+  ComputeUsage(name, summary);
+  return summary.allotted;
+}
+
+int32_t SecondsThisMonth(const char* name) {
+  UsageSummary summary;
+  ComputeUsage(name, summary);
+  return summary.secondsThisMonth;
+}
+
+int32_t TotalSeconds(const char* name) {
+  UsageSummary summary;
+  ComputeUsage(name, summary);
+  return summary.totalSeconds;
+}
+
+float CardSecondsRemaining(const char* name) {
+  UsageSummary summary;
+  ComputeUsage(name, summary);
+  return cardSecondsRemaining;
+}
