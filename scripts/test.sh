@@ -55,7 +55,7 @@ configure native
 build native
 run_ctest native
 
-configure asan -DORVALEN_SANITIZE=ON -DORVALEN_BENCHMARKS=OFF
+configure asan -DORVALEN_SANITIZE=ON
 build asan
 UBSAN_OPTIONS=print_stacktrace=1 run_ctest asan
 

@@ -126,8 +126,10 @@ orv_wine_start() {
     _orv_server_running "$prefix" && exit 0
     orv_wine_export "$prefix"
     local log=$prefix.home/wine.log
-    timeout 20 "$ORV_WINESERVER" -p"$linger" </dev/null >>"$log" 2>&1
-    timeout 120 "$ORV_WINE64" cmd.exe /c exit </dev/null >>"$log" 2>&1
+    # The server and the system processes outlive this block: they must not
+    # inherit the lock's descriptor, or the lock stays held while they run.
+    timeout 20 "$ORV_WINESERVER" -p"$linger" </dev/null >>"$log" 2>&1 8>&-
+    timeout 120 "$ORV_WINE64" cmd.exe /c exit </dev/null >>"$log" 2>&1 8>&-
     _orv_server_running "$prefix" || { _orv_say "could not start the wineserver of $prefix (see $log)"; exit 1; }
   ) 8>"$prefix.lock"
 }

@@ -1,0 +1,119 @@
+#!/usr/bin/env bash
+# app_session.sh WINE_DIR ORVALEN_EXE STANDIN_DLL DRIVER_EXE DIALUP_SCRIPT ARTIFACT_DIR
+#
+# One dial-up session from connect to disconnect: the main status dialog while
+# on-line and after, the session marker on disk, the record in the log and the
+# previous-session summary. Leaves a screenshot of the dialog on-line in
+# ARTIFACT_DIR/main-dialog-online.png.
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd -P)
+# shellcheck source-path=SCRIPTDIR source=app_lib.sh
+source "$here/app_lib.sh"
+app_setup session "$@"
+
+app_first_run_through_welcome
+D=$APP_MAIN_DIALOG
+
+t0=$(app_now)
+day0="$(date +%w) $(date +%-m) $(date +%-d) $(date +%Y)"
+dial connect "Home ISP"
+app_wait_online "Home ISP" || app_abort "the dialog shows the session of Home ISP"
+t1=$(app_now)
+check "on-line: connection caption" "$(drv text --title "$D" --id 123)" "Active Connection :"
+check "on-line: connection name" "$(drv text --title "$D" --id 124)" "Home ISP"
+check "on-line: second caption" "$(drv text --title "$D" --id 111)" "Your've Been Logged on for:"
+check "on-line: Configure disabled" "$(drv state --title "$D" --id 106 | cut -d' ' -f1)" "enabled=0"
+check_true "on-line: the session marker 218 is on disk" \
+  app_wait_until 5 app_u8_is "$APP_CONFIG" 134 218
+check "on-line: first checkpoint names the connection" "$(app_cstr "$APP_CONFIG" 6292 60)" "Home ISP"
+check "on-line: first checkpoint, nothing elapsed" "$(app_u32 "$APP_CONFIG" 6288)" 0
+check "on-line: first checkpoint is the log-on moment" \
+  "$(app_hms "$APP_CONFIG" 6248)" "$(app_hms "$APP_CONFIG" 6260)"
+
+mkdir -p "$APP_ARTIFACTS"
+shot=$APP_ARTIFACTS/main-dialog-online.png
+rm -f "$shot"
+if import -window root "$shot" 2>"$APP_HOME/import.err"; then
+  echo "      screenshot: $shot"
+else
+  echo "note: no screenshot: $(cat "$APP_HOME/import.err")"
+fi
+
+# Stay on-line until the dialog counts at least 4 seconds.
+shown_seconds() {  # the elapsed time the dialog shows, in seconds
+  local text h m s
+  text=$(drv text --title "$D" --id 113)
+  [[ $text =~ ^([0-9]+)\ Hr\ :\ ([0-9]+)\ Min\ :\ ([0-9]+)\ sec$ ]] || { echo -1; return; }
+  h=${BASH_REMATCH[1]} m=${BASH_REMATCH[2]} s=${BASH_REMATCH[3]}
+  echo $(( h * 3600 + m * 60 + s ))
+}
+shown_at_least() { (( $(shown_seconds) >= $1 )); }
+first_shown=$(shown_seconds)
+check_true "on-line: the elapsed time counts up to 4 s" app_wait_until 10 shown_at_least 4
+check "on-line: the elapsed time had started from less" "$(( first_shown >= 0 && first_shown < 4 ))" 1
+
+t2=$(app_now)
+dial disconnect
+drv wait-text --title "$D" --id 104 --equals "Your Last Logon was at :" >/dev/null \
+  || app_abort "after the disconnection the dialog shows the last session"
+t3=$(app_now)
+day3="$(date +%w) $(date +%-m) $(date +%-d) $(date +%Y)"
+if app_decline_account_notice "Home ISP"; then
+  echo "      (declined the account notice for Home ISP)"
+fi
+
+check "off-line: connection caption" "$(drv text --title "$D" --id 123)" "Last Connection :"
+check "off-line: connection name kept" "$(drv text --title "$D" --id 124)" "Home ISP"
+check "off-line: second caption" "$(drv text --title "$D" --id 111)" "Your Last Logon Took Up :"
+check "off-line: Configure enabled again" \
+  "$(drv wait-state --title "$D" --id 106 --enabled 1 | cut -d' ' -f1)" "enabled=1"
+
+# The log, once the session is recorded.
+check_true "off-line: the session marker 219 is on disk" \
+  app_wait_until 5 app_u8_is "$APP_CONFIG" 134 219
+r=$(app_record_offset 0)
+check "log: still 392 bytes" "$(app_size "$APP_LOG")" 392
+check "log: header" "$(app_u32 "$APP_LOG" 0) $(app_u32 "$APP_LOG" 4)" "2 384"
+check "log: record 0 in use" "$(app_u32 "$APP_LOG" "$r")" 1
+check "log: record 0 name" "$(app_cstr "$APP_LOG" $(( r + 87 )) 105)" "Home ISP"
+check "log: record 1 blank" "$(app_u32 "$APP_LOG" "$(app_record_offset 1)")" 0
+duration=$(app_i32 "$APP_LOG" $(( r + 48 )))
+waited=$(app_elapsed "$t1" "$t2")
+longest=$(( $(app_elapsed_ms "$t0" "$t3") / 1000 + 1 ))
+echo "      (duration $duration s; on-line in the dialog for $waited s, at most $longest s in all)"
+check "log: duration at least the time seen on-line, less 1" "$(( duration >= waited - 1 ))" 1
+check "log: duration at least what the dialog counted (4 s)" "$(( duration >= 4 ))" 1
+check "log: duration at most the whole connection, plus 1" "$(( duration <= longest ))" 1
+record_date=$(od -A n -t u4 -j $(( r + 4 )) -N 16 "$APP_LOG" | tr -s " \n" " " | sed "s/^ //; s/ $//")
+check "log: the date is today's" "$( [[ $record_date == "$day3" || $record_date == "$day0" ]] && echo today || echo "$record_date" )" today
+logon=$(app_seconds_of_day "$APP_LOG" $(( r + 20 )))
+logoff=$(app_seconds_of_day "$APP_LOG" $(( r + 32 )))
+span=$(( (logoff - logon + 86400) % 86400 ))
+echo "      (log-on $(app_hms "$APP_LOG" $(( r + 20 ))), log-off $(app_hms "$APP_LOG" $(( r + 32 ))))"
+# Durations count whole seconds of the tick counter, times come from the
+# clock: the two may differ by one.
+check "log: log-off minus log-on is the duration, within 1 s" "$(( span >= duration - 1 && span <= duration + 1 ))" 1
+start_sod=$(( 10#$(date -d "@${t0%%.*}" +%H) * 3600 + 10#$(date -d "@${t0%%.*}" +%M) * 60 + 10#$(date -d "@${t0%%.*}" +%S) ))
+lag=$(( (logon - start_sod + 86400) % 86400 ))
+(( lag > 43200 )) && lag=$(( lag - 86400 ))
+check "log: logged on when the connection came up" \
+  "$(( lag >= -1 && lag <= $(app_elapsed "$t0" "$t1") + 1 ))" 1
+
+# The previous session kept in the configuration.
+check "previous session stored" "$(app_u32 "$APP_CONFIG" 120)" 1
+check "previous session: name" "$(app_cstr "$APP_CONFIG" 6148 52)" "Home ISP"
+check "previous session: duration" "$(app_u32 "$APP_CONFIG" 6240)" "$duration"
+check "previous session: log-on as in the log" "$(app_hms "$APP_CONFIG" 6228)" "$(app_hms "$APP_LOG" $(( r + 20 )))"
+
+# The dialog's summary, refilled at its next tick.
+list_has() { [[ "$(drv list-count --title "$D" --id 601)" == "$1" ]]; }
+check_true "previous-session list filled (6 lines)" app_wait_until 5 list_has 6
+mapfile -t lines < <(drv list --title "$D" --id 601)
+check "list line 1" "${lines[0]:-}" "----------------------  Previous Session  ----------------------"
+check "list line 2" "${lines[1]:-}" " Connection  :                   Home ISP"
+check "list line 5: the recorded duration" "${lines[4]:-}" \
+  " Duration :                        $(( duration / 3600 )) Hr: $(( duration % 3600 / 60 )) Min: $(( duration % 60 )) Sec"
+check "list line 6: no account, empty" "${lines[5]-missing}" ""
+check "last duration shown" "$(drv text --title "$D" --id 113)" \
+  "$(( duration / 3600 )) Hr : $(( duration % 3600 / 60 )) Min : $(( duration % 60 )) sec"
+
+app_finish
