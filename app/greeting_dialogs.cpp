@@ -12,9 +12,12 @@ HBRUSH splashBrush = nullptr;
 HBRUSH aboutBrush = nullptr;
 HBRUSH welcomeBrush = nullptr;
 
-void Release(HBRUSH* brush) {
+// Releases the dialog's brush and ends the modal dialog.
+INT_PTR Close(HWND dialog, HBRUSH* brush) {
   if (*brush) DeleteObject(*brush);
   *brush = nullptr;
+  EndDialog(dialog, 1);
+  return TRUE;
 }
 
 }  // namespace
@@ -27,10 +30,8 @@ INT_PTR CALLBACK SplashDialogProc(HWND dialog, UINT message, WPARAM wParam, LPAR
       return FALSE;
     case WM_TIMER:
       // The splash closes only by its timer: clicks and keys are left to the default.
-      Release(&splashBrush);
       KillTimer(dialog, kSplashTimer);
-      EndDialog(dialog, 1);
-      return TRUE;
+      return Close(dialog, &splashBrush);
     default:
       return AnswerGreyColours(message, wParam, splashBrush);
   }
@@ -43,9 +44,7 @@ INT_PTR CALLBACK AboutDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARA
       return FALSE;
     case WM_COMMAND:  // Close, or Esc
     case WM_CLOSE:
-      Release(&aboutBrush);
-      EndDialog(dialog, 1);
-      return TRUE;
+      return Close(dialog, &aboutBrush);
     default:
       return AnswerGreyColours(message, wParam, aboutBrush);
   }
@@ -59,9 +58,7 @@ INT_PTR CALLBACK WelcomeDialogProc(HWND dialog, UINT message, WPARAM wParam, LPA
     case WM_COMMAND:
       // Only Proceed closes the welcome; Esc is ignored.
       if (LOWORD(wParam) != IDOK) return FALSE;
-      Release(&welcomeBrush);
-      EndDialog(dialog, 1);
-      return TRUE;
+      return Close(dialog, &welcomeBrush);
     default:
       return AnswerGreyColours(message, wParam, welcomeBrush);
   }

@@ -158,32 +158,24 @@ float ComputeUsage(const char* name, UsageSummary& summary) {
   }
 }
 
-uint32_t AccountKindOf(const char* name) {
+namespace {
+// Each accessor recomputes the usage afresh: figures follow the log as it is now.
+UsageSummary UsageOf(const char* name) {
   UsageSummary summary;
   ComputeUsage(name, summary);
-  return summary.kind;
+  return summary;
 }
+}  // namespace
 
-int32_t AllottedAmount(const char* name) {
-  UsageSummary summary;
-  ComputeUsage(name, summary);
-  return summary.allotted;
-}
+uint32_t AccountKindOf(const char* name) { return UsageOf(name).kind; }
 
-int32_t SecondsThisMonth(const char* name) {
-  UsageSummary summary;
-  ComputeUsage(name, summary);
-  return summary.secondsThisMonth;
-}
+int32_t AllottedAmount(const char* name) { return UsageOf(name).allotted; }
 
-int32_t TotalSeconds(const char* name) {
-  UsageSummary summary;
-  ComputeUsage(name, summary);
-  return summary.totalSeconds;
-}
+int32_t SecondsThisMonth(const char* name) { return UsageOf(name).secondsThisMonth; }
+
+int32_t TotalSeconds(const char* name) { return UsageOf(name).totalSeconds; }
 
 float CardSecondsRemaining(const char* name) {
-  UsageSummary summary;
-  ComputeUsage(name, summary);
+  UsageOf(name);
   return cardSecondsRemaining;
 }
