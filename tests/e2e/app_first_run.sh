@@ -90,7 +90,7 @@ check_true "Start Menu Manual.lnk points at OrvalenManual.doc" lnk_target "${pro
 check_true "Start Menu Orvalen.lnk points at Orvalen.exe" lnk_target "${programs[0]:-/none}/Orvalen.lnk" 'Orvalen\.exe'
 check_true "desktop Orvalen.lnk points at Orvalen.exe" lnk_target "${desktops[0]:-/none}" 'Orvalen\.exe'
 check "Start Menu folder holds exactly the three shortcuts" \
-  "$(cd "${programs[0]:-/}" 2>/dev/null && ls | sort | tr '\n' ' ')" "Manual.lnk Orvalen.lnk ReadMe.lnk "
+  "$(find "${programs[0]:-/nonexistent}" -mindepth 1 -printf "%f\n" 2>/dev/null | sort | tr "\n" " ")" "Manual.lnk Orvalen.lnk ReadMe.lnk "
 
 # The autostart value, as the registry reports it...
 run_key='HKLM\Software\Microsoft\Windows\CurrentVersion\Run'
@@ -111,8 +111,9 @@ reg_length() {
   if [[ $line == '"Orvalen"="'* ]]; then
     local data=${line#'"Orvalen"="'}
     data=${data%'"'}
-    data=${data//'\\'/B}   # an escaped backslash is one character
-    data=${data//'\0'/Z}   # as is an embedded NUL
+    local escaped_backslash="\\\\" escaped_nul="\\0"   # two characters each in the file
+    data=${data//"$escaped_backslash"/B}   # one character of the value
+    data=${data//"$escaped_nul"/Z}         # as is an embedded NUL
     echo $(( ${#data} + 1 ))
   else
     echo "unexpected: ${line:-no value}"

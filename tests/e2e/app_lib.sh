@@ -1,4 +1,4 @@
-# shellcheck shell=bash
+# shellcheck shell=bash disable=SC2034  # APP_* variables are for the test scripts
 # app_lib.sh: shared helpers of the app_* end-to-end tests. Source it from a
 # test script, then call app_setup with the script's arguments:
 #
@@ -13,6 +13,7 @@
 #   app_wait_exit SECS              wait for it to end; prints its exit code
 #   app_running                     true while it has not ended
 #   app_unix_pid                    the Unix PID of its Wine process
+#   app_wine_pid EXE                the Unix PID of a Wine process of the prefix
 #   drv ARGS...                     orvalen_driver in the prefix
 #   dial ARGS...                    scripts/dialup in the prefix
 #   app_u8/app_u32/app_i32 FILE OFF little-endian numbers read with od
@@ -22,6 +23,9 @@
 #   check NAME ACTUAL EXPECTED      one check; check_true NAME CMD...
 #   app_finish                      summary and exit status
 #   app_first_run_through_welcome   start on a fresh prefix, Proceed, main dialog
+#   app_wait_online NAME            the main status dialog shows NAME on-line
+#   app_decline_account_notice NAME answer "not now" to the account notice
+#   app_screenshot FILE             PNG of the prefix's virtual desktop
 
 set -u
 _app_here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd -P)
@@ -94,17 +98,21 @@ app_setup() {  # NAME WINE_DIR ORVALEN_EXE STANDIN_DLL DRIVER_EXE DIALUP_SCRIPT 
   shift
   (( $# == 6 )) || { echo "usage: app_$name.sh WINE_DIR ORVALEN_EXE STANDIN_DLL DRIVER_EXE DIALUP_SCRIPT ARTIFACT_DIR" >&2; exit 2; }
   APP_WINE_DIR=$1 APP_EXE=$2 APP_STANDIN=$3 APP_DRIVER=$4 APP_DIALUP=$5 APP_ARTIFACTS=$6
-  # A GUI program: the display the caller has, else the fixture's Xvfb.
-  if ! orv_display_ok && ! orv_xvfb_attach "$APP_WINE_DIR"; then
+  APP_PREFIX=$APP_WINE_DIR/app-$name
+  APP_HOME=$APP_PREFIX.home
+  APP_XVFB_DIR=$APP_WINE_DIR/app-$name.xvfb
+  trap _app_cleanup EXIT
+  # A GUI program: a display of its own when asked for, else the one the caller
+  # has, else the fixture's Xvfb.
+  if [[ ${APP_OWN_DISPLAY:-0} == 1 ]]; then
+    ORVALEN_XVFB=1 orv_xvfb_ensure "$APP_XVFB_DIR" || exit 1
+  elif ! orv_display_ok && ! orv_xvfb_attach "$APP_WINE_DIR"; then
     echo "no display: neither \$DISPLAY nor the Xvfb of the wine_env fixture answers" >&2
     exit 1
   fi
   local tpl
   tpl=$(orv_wine_template "$APP_WINE_DIR") || exit 1
-  APP_PREFIX=$APP_WINE_DIR/app-$name
-  APP_HOME=$APP_PREFIX.home
   orv_wine_fresh_prefix "$tpl" "$APP_PREFIX" || exit 1
-  trap 'orv_wine_stop "$APP_PREFIX"' EXIT
   APP_CONFIG=$APP_PREFIX/$APP_CONFIG_REL
   APP_LOG=$APP_PREFIX/$APP_LOG_REL
   APP_INSTALL=$APP_PREFIX/$APP_INSTALL_REL
@@ -159,18 +167,7 @@ app_wait_exit() {  # SECS: prints the exit code; 1 when still running
 }
 
 # The Wine process of Orvalen.exe in our prefix (Wine names it after the exe).
-app_unix_pid() {
-  local dir pid
-  for dir in /proc/[0-9]*; do
-    pid=${dir#/proc/}
-    [[ "$(cat "$dir/comm" 2>/dev/null)" == Orvalen.exe ]] || continue
-    if tr '\0' '\n' <"$dir/environ" 2>/dev/null | grep -qxF "WINEPREFIX=$APP_PREFIX"; then
-      printf '%s\n' "$pid"
-      return 0
-    fi
-  done
-  return 1
-}
+app_unix_pid() { app_wine_pid Orvalen.exe; }
 
 app_wait_until() {  # SECS CMD...: true once CMD succeeds, false after SECS
   local limit=$(( $1 * 10 )) i
@@ -214,20 +211,17 @@ app_elapsed_ms() {  # FROM TO (app_now stamps): milliseconds
 }
 app_elapsed() { echo $(( $(app_elapsed_ms "$1" "$2") / 1000 )); }  # whole seconds, rounded down
 
-# Top-level windows of one Windows process, or of none: pid of the window found.
+# The (Windows) PID of the first top-level window titled TITLE; empty if none.
 app_window_pid() {  # TITLE
   drv windows | grep -F "title=\"$1\"" | head -n 1 | sed -n 's/.* pid=\([0-9]*\) .*/\1/p'
 }
 
 # First run on a fresh prefix: the Welcome dialog comes before anything is
 # written; Proceed creates the configuration and opens the main status dialog.
-# Sets APP_WELCOME_WRITTEN_EARLY=1 when the configuration existed under Welcome.
 app_first_run_through_welcome() {
   app_start
   drv wait-window --title "Welcome to Orvalen" --timeout-ms 30000 >/dev/null \
     || app_abort "the Welcome dialog appears on the first run"
-  APP_WELCOME_WRITTEN_EARLY=0
-  [[ -e $APP_CONFIG ]] && APP_WELCOME_WRITTEN_EARLY=1
   drv click --title "Welcome to Orvalen" --id 1 >/dev/null \
     || app_abort "Proceed can be clicked"
   drv wait-gone --title "Welcome to Orvalen" >/dev/null \
@@ -251,5 +245,33 @@ app_decline_account_notice() {  # NAME
   drv answer-box --title "Orvalen Notification..." --contains "(- $1 -)" --button ok >/dev/null || return 1
   drv click --title "Orvalen....Configure Account Details For --$1" --id 2 >/dev/null
   drv answer-box --title "Orvalen Notification" --contains "not properly set up" --button ok >/dev/null
+  return 0
+}
+
+# The Unix PID of a Wine process of our prefix, by its exe name.
+app_wine_pid() {  # EXE-NAME
+  local dir
+  for dir in /proc/[0-9]*; do
+    [[ "$(cat "$dir/comm" 2>/dev/null)" == "$1" ]] || continue
+    if tr '\0' '\n' <"$dir/environ" 2>/dev/null | grep -qxF "WINEPREFIX=$APP_PREFIX"; then
+      printf '%s\n' "${dir#/proc/}"
+      return 0
+    fi
+  done
+  return 1
+}
+
+# A screenshot of the screen. Tests that run side by side share the fixture's
+# display, each prefix with its own desktop window at the same place, and they
+# raise them in turn: a test that takes one asks app_setup for a display of
+# its own (APP_OWN_DISPLAY=1).
+app_screenshot() {  # FILE
+  mkdir -p "$(dirname "$1")" && rm -f "$1"
+  timeout 30 import -window root "$1" 2>"$APP_HOME/import.err"
+}
+
+_app_cleanup() {
+  [[ -n ${APP_PREFIX:-} ]] && orv_wine_stop "$APP_PREFIX"
+  [[ ${APP_OWN_DISPLAY:-0} == 1 ]] && orv_xvfb_stop "$APP_XVFB_DIR"
   return 0
 }
