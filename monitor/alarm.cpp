@@ -1,0 +1,106 @@
+#include "monitor/alarm.h"
+
+#include <cstdio>
+
+#include "monitor/dial_up_probe.h"
+#include "storage/settings.h"
+
+char AlarmMessage[kAlarmMessageSize] = {};
+AlarmHooks alarmHooks;
+uint32_t AlarmOnState = 0;
+uint8_t AlarmActionState = 0;
+uint8_t AlarmModeState = 0;
+
+namespace {
+
+// Stored fields are signed bytes; a damaged file may hold negative values, so the
+// arithmetic is done wide and anything not positive counts as no period.
+uint32_t PeriodMs(int8_t hours, int8_t minutes) {
+  const int64_t ms = (static_cast<int64_t>(hours) * 60 + minutes) * 60 * 1000;
+  if (ms < static_cast<int64_t>(kMinimumAlarmPeriodMs)) return kMinimumAlarmPeriodMs;
+  return static_cast<uint32_t>(ms);  // at most (127 * 60 + 127) minutes
+}
+
+int8_t ClampTo(uint32_t value, uint32_t limit) { return static_cast<int8_t>(value > limit ? limit : value); }
+
+bool IsStoredAction(uint8_t action) {
+  return action == kAlarmSoundOnly || action == kAlarmBoxAndSound || action == kAlarmBoxOnly;
+}
+
+}  // namespace
+
+uint32_t AlarmPeriodMs() {
+  if (settings.alarmMode == kAlarmEveryInterval) {
+    OneShotFired = 0;
+    return PeriodMs(settings.alarmRepeatHours, settings.alarmRepeatMinutes);
+  }
+  if (settings.alarmMode == kAlarmOnceAtEnd) {
+    return PeriodMs(settings.alarmOnceHours, settings.alarmOnceMinutes);
+  }
+  // No mode: the timer still runs (the session step always starts it), slowly,
+  // and FireAlarm gives nothing for such a mode.
+  return kMinimumAlarmPeriodMs;
+}
+
+void OnAlarmTimer() {
+  if (OnLineFlag != 0) FireAlarm();
+}
+
+void FormatAlarmPeriod(char* text, std::size_t size, int hours, int minutes) {
+  std::snprintf(text, size, kAlarmPeriodFormat, hours, minutes);
+}
+
+void FireAlarm() {
+  if (OnLineFlag == 0 || settings.alarmOn == 0 || OneShotFired == 1) return;
+  const uint8_t mode = settings.alarmMode;
+  if (mode != kAlarmEveryInterval && mode != kAlarmOnceAtEnd) return;
+
+  char repeating[40];
+  char once[40];
+  FormatAlarmPeriod(repeating, sizeof repeating, settings.alarmRepeatHours, settings.alarmRepeatMinutes);
+  FormatAlarmPeriod(once, sizeof once, settings.alarmOnceHours, settings.alarmOnceMinutes);
+  if (mode == kAlarmOnceAtEnd) {
+    std::snprintf(AlarmMessage, sizeof AlarmMessage, kOneShotAlarmFormat, once);
+    // Set before the modal notice: its message loop keeps timer 30 running.
+    OneShotFired = 1;
+  } else {
+    std::snprintf(AlarmMessage, sizeof AlarmMessage, kRepeatingAlarmFormat, repeating);
+  }
+
+  const uint8_t action = settings.alarmAction;
+  if ((action == kAlarmSoundOnly || action == kAlarmBoxAndSound) && alarmHooks.playSound) alarmHooks.playSound();
+  if ((action == kAlarmBoxAndSound || action == kAlarmBoxOnly) && alarmHooks.showNotice) alarmHooks.showNotice();
+}
+
+AlarmTime ClampAlarmTime(uint32_t hours, uint32_t minutes) {
+  AlarmTime time{ClampTo(hours, kAlarmMaxHours), ClampTo(minutes, kAlarmMaxMinutes)};
+  if (time.hours == 0 && time.minutes == 0) time.minutes = 5;
+  return time;
+}
+
+void LoadAlarmPageState() {
+  AlarmOnState = settings.alarmOn != 0 ? 1 : 0;
+  AlarmModeState = settings.alarmMode == kAlarmOnceAtEnd ? kAlarmOnceAtEnd : kAlarmEveryInterval;
+  AlarmActionState = IsStoredAction(settings.alarmAction) ? settings.alarmAction : kAlarmBoxAndSound;
+}
+
+void StoreAlarmPage(uint32_t repeatHours, uint32_t repeatMinutes, uint32_t onceHours, uint32_t onceMinutes) {
+  settings.alarmOn = static_cast<uint8_t>(AlarmOnState != 0 ? 1 : 0);
+  settings.alarmAction = AlarmActionState;
+  settings.alarmMode = AlarmModeState;
+  const AlarmTime repeat = ClampAlarmTime(repeatHours, repeatMinutes);
+  settings.alarmRepeatHours = repeat.hours;
+  settings.alarmRepeatMinutes = repeat.minutes;
+  const AlarmTime once = ClampAlarmTime(onceHours, onceMinutes);
+  settings.alarmOnceHours = once.hours;
+  settings.alarmOnceMinutes = once.minutes;
+}
+
+void ResetAlarmState() {
+  OneShotFired = 0;
+  AlarmMessage[0] = '\0';
+  alarmHooks = AlarmHooks{};
+  AlarmOnState = 0;
+  AlarmActionState = 0;
+  AlarmModeState = 0;
+}

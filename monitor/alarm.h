@@ -1,0 +1,80 @@
+// The alarm: while a session is open, timer 30 reminds the user how long they
+// have been on-line, every period (repeating) or once per session (one-shot).
+// The sound, the notice window and the Alarm page belong to the window layer; this
+// is their logic, with what must be played or shown going through alarmHooks.
+#pragma once
+#include <cstddef>
+#include <cstdint>
+
+#include "monitor/alarm_state.h"
+
+constexpr std::size_t kAlarmMessageSize = 224;
+constexpr char kAlarmSoundPath[] = "c:\\Program Files\\Orvalen\\alarm.wav";
+constexpr uint32_t kAlarmNoticeLifetimeMs = 20000;  // the notice closes itself
+
+constexpr char kAlarmPeriodFormat[] = "%d Hr and  %d Min.";
+constexpr char kOneShotAlarmFormat[] =
+    "\n%s\nThe Time Set On The Alarm Has Elapsed.\nThis Reminder Will Not Come Again In This Session";
+constexpr char kRepeatingAlarmFormat[] = "\nThis Reminder Comes Every %s  From the\n time You First Logged On ";
+
+// The shortest period the Alarm page can set (0 h 0 min is stored as 0 h 5 min).
+// Stored settings that would give less, or no period at all, get this one, so
+// timer 30 can never fire in a tight loop.
+constexpr uint32_t kMinimumAlarmPeriodMs = 5u * 60u * 1000u;
+
+// The upper limits of the page's up-down controls.
+constexpr uint32_t kAlarmMaxHours = 24;
+constexpr uint32_t kAlarmMaxMinutes = 59;
+
+// The reminder text the notice window shows (control 1510).
+extern char AlarmMessage[kAlarmMessageSize];
+
+struct AlarmHooks {
+  void (*playSound)() = nullptr;   // kAlarmSoundPath, asynchronously
+  // Modal notice window (dialog 1901) showing AlarmMessage; returns when it closes.
+  void (*showNotice)() = nullptr;
+};
+extern AlarmHooks alarmHooks;
+
+// Period of timer 30 for a session opening now; never below kMinimumAlarmPeriodMs.
+// In repeating mode it also clears OneShotFired.
+uint32_t AlarmPeriodMs();
+
+// Timer 30: a reminder only while on-line.
+void OnAlarmTimer();
+// One reminder when the settings and the session allow it. A stored mode that is
+// neither repeating nor one-shot has no reminder text, so it gives no reminder.
+void FireAlarm();
+
+// The text "%d Hr and  %d Min." of a period.
+void FormatAlarmPeriod(char* text, std::size_t size, int hours, int minutes);
+
+// What the Alarm page stores on OK for one hours / minutes pair read from its
+// number-only edit boxes: hours above 24 become 24, minutes above 59 become 59,
+// and 0 h 0 min becomes 0 h 5 min.
+struct AlarmTime {
+  int8_t hours;
+  int8_t minutes;
+};
+AlarmTime ClampAlarmTime(uint32_t hours, uint32_t minutes);
+
+// The Alarm page's choices between its opening and OK.
+extern uint32_t AlarmOnState;
+extern uint8_t AlarmActionState;
+extern uint8_t AlarmModeState;
+
+// The page's choices as it opens, from the settings. A mode or action that is not
+// one of the stored values shows (and, on OK, keeps) the default: repeating mode,
+// message box and sound, so what the page shows is what it stores.
+void LoadAlarmPageState();
+// OK on the page: the choices and the clamped times into the settings (the
+// sheet's caller saves them).
+void StoreAlarmPage(uint32_t repeatHours, uint32_t repeatMinutes, uint32_t onceHours, uint32_t onceMinutes);
+
+// Controls that EnableDetailControls switches, on whichever page has them: the
+// first eight are the Accounts page's detail fields, the rest the Alarm page's.
+constexpr int kDetailControlIds[] = {913,  917,  915,  922,  119,  203,  204,  117,  1407, 1408, 1403,
+                                     1412, 1415, 1418, 1404, 1405, 1422, 1421, 1409, 1413, 1417, 1419};
+
+// Back to the state of a freshly started process (tests, tools).
+void ResetAlarmState();

@@ -1,0 +1,73 @@
+#include "monitor/unconfigured_connections.h"
+
+#include <cstdio>
+
+#include "storage/accounts.h"
+#include "storage/fixed_text.h"
+#include "storage/session_log.h"
+#include "storage/settings.h"
+
+char ConnectionToConfigure[kConnectionToConfigureSize] = {};
+uint8_t OpenedFromNotice = 0;
+UnconfiguredHooks unconfiguredHooks;
+
+namespace {
+
+// The questions run nested message loops, under which a session can end and call
+// the check again; the inner run then only adds names and saves, so two account
+// dialogs never share ConnectionToConfigure. Its questions come at the next check.
+bool CheckRunning = false;
+
+}  // namespace
+
+void BuildConfigureNotice(char (&text)[kConfigureNoticeSize], const char* name) {
+  std::snprintf(text, sizeof text, kConfigureNoticeFormat, name != nullptr ? name : "");
+}
+
+void AddLogConnectionsToAccounts() {
+  const uint32_t count = sessionLog.count;
+  for (uint32_t i = 0; i < count && i < sessionLog.records.size(); ++i) {
+    const char* name = RecordName(i);  // nullptr unless InUse
+    if (name != nullptr) AddAccountName(name);
+  }
+}
+
+bool AskToConfigure(const char* name) {
+  CopyFixedText(ConnectionToConfigure, name);
+  char text[kConfigureNoticeSize];
+  BuildConfigureNotice(text, ConnectionToConfigure);
+  if (unconfiguredHooks.showConfigureNotice) unconfiguredHooks.showConfigureNotice(text, kConfigureNoticeCaption);
+  OpenedFromNotice = 1;
+  const intptr_t result = unconfiguredHooks.runAccountDialog ? unconfiguredHooks.runAccountDialog() : 0;
+  if (result == 0) return false;
+  ConnectionToConfigure[0] = '\0';
+  return true;
+}
+
+bool CheckUnconfiguredConnections() {
+  AddLogConnectionsToAccounts();
+  if (!CheckRunning) {
+    CheckRunning = true;
+    for (std::size_t k = 0; k < kAccountCount; ++k) {
+      // Read afresh each time: the dialogs before may have changed the table.
+      const AccountRecord& account = settings.accounts[k];
+      const std::size_t length = FixedTextLength(account.connectionName, kAccountNameSize);
+      // An unterminated name (a damaged file) could never be found again to be saved.
+      if (length == 0 || length == kAccountNameSize || account.configured == 1) continue;
+      char name[kAccountNameSize];
+      CopyFixedText(name, account.connectionName);
+      if (!AskToConfigure(name) && unconfiguredHooks.showNotSetUp) {
+        unconfiguredHooks.showNotSetUp(kNotSetUpText, kNotSetUpCaption);
+      }
+    }
+    CheckRunning = false;
+  }
+  return SaveSettings();
+}
+
+void ResetUnconfiguredState() {
+  ConnectionToConfigure[0] = '\0';
+  OpenedFromNotice = 0;
+  unconfiguredHooks = UnconfiguredHooks{};
+  CheckRunning = false;
+}

@@ -1,0 +1,53 @@
+// Makes sure every connection in the log has an account entry, and asks the user
+// to set up each entry that has not been set up yet. Runs at start and after each
+// recorded session. The message boxes and the account dialog (dialog 900) belong
+// to the window layer and are reached through unconfiguredHooks.
+#pragma once
+#include <cstddef>
+#include <cstdint>
+
+#include "storage/account_record.h"
+
+constexpr std::size_t kConnectionToConfigureSize = kAccountNameSize;  // 31 characters and the NUL
+constexpr std::size_t kConfigureNoticeSize = 200;
+
+constexpr char kConfigureNoticeFormat[] =
+    "Orvalen detected a connection   (- %s -) that hasn't been configured for its database.\n"
+    "Best to configure this connection now";
+constexpr char kConfigureNoticeCaption[] = "Orvalen Notification...";
+constexpr char kNotSetUpText[] =
+    "This connection was not properly set up for Orvalen's database. \nYou will be asked to do this at a later time";
+constexpr char kNotSetUpCaption[] = "Orvalen Notification";
+
+// The connection the account dialog is opened for from a notice; emptied when that
+// dialog saves the account.
+extern char ConnectionToConfigure[kConnectionToConfigureSize];
+// 1 while the account dialog is opened from a notice; the dialog clears it.
+extern uint8_t OpenedFromNotice;
+
+struct UnconfiguredHooks {
+  // Message box owned by the main window, exclamation icon, OK only.
+  void (*showConfigureNotice)(const char* text, const char* caption) = nullptr;
+  // Message box with no owner, OK only.
+  void (*showNotSetUp)(const char* text, const char* caption) = nullptr;
+  // Dialog 900, modal, owned by the main window; its result (non-zero: saved).
+  intptr_t (*runAccountDialog)() = nullptr;
+};
+extern UnconfiguredHooks unconfiguredHooks;
+
+// The notice text for a connection, cut to the buffer.
+void BuildConfigureNotice(char (&text)[kConfigureNoticeSize], const char* name);
+
+// Gives every connection name of the log's InUse records an account entry (while
+// free entries last).
+void AddLogConnectionsToAccounts();
+
+// Notice, then the account dialog for name; true when the dialog saved the account.
+bool AskToConfigure(const char* name);
+
+// Adds the log's names, asks about each named entry not yet set up (in index
+// order), and returns the result of saving the settings.
+bool CheckUnconfiguredConnections();
+
+// Back to the state of a freshly started process (tests, tools).
+void ResetUnconfiguredState();

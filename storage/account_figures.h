@@ -1,0 +1,66 @@
+// The Accounts page's plain logic: how it reads figures from its edit boxes, what
+// it shows for an entry, and what OK / Apply store in the entry. The dialog itself
+// belongs to the window layer.
+#pragma once
+#include <cstddef>
+#include <cstdint>
+
+#include "storage/account_record.h"
+
+constexpr char kAccountsCaptionFor[] = "Orvalen....Configure Account Details For --";  // + the name
+constexpr char kAccountsCaptionAll[] = "Orvalen....Configure  Account Details For Dial-Up Connections";
+constexpr char kAccountsBanner[] =
+    "Choose a Connection to enter account details.\nPrevious accounts can also be reconfigured here";
+constexpr char kAccountsComboPrompt[] = "Select One";
+constexpr char kAccountsFirstItem[] = "Connection";
+
+// Money and VAT edits are read from their first 4 characters only ("100.75" reads
+// as 100.0).
+constexpr std::size_t kFigureCharacters = 4;
+// Hours are shown with "%d", money with "%.2f", VAT with "%.1f".
+constexpr std::size_t kFigureTextSize = 32;
+
+// An edit box's text as an unsigned whole number, as the dialog manager reads it:
+// blanks around digits are allowed; anything else, or a value beyond 32 bits, is
+// not a number and gives 0.
+uint32_t ReadWholeNumber(const char* text);
+
+// A money or VAT edit box's text: its first four characters converted like "%f".
+// Text that is no number, or no finite one, is stored as 0.0 (the figures feed the
+// cost arithmetic, which expects finite values).
+float ReadFigure(const char* text);
+
+// What the page shows when an entry is chosen.
+struct AccountEntryView {
+  bool known = true;           // false for a kind the page does not know: nothing changes
+  AccountKind radio = LimitedAccess;
+  bool cardControlsEnabled = false;
+  bool limitedControlsEnabled = true;
+  bool fillCard = false;       // 114
+  bool fillLimited = false;    // 203, 119, 204, 117
+  char cardHours[kFigureTextSize] = {};
+  char basicHours[kFigureTextSize] = {};
+  char monthlyCharge[kFigureTextSize] = {};
+  char excessPerMinute[kFigureTextSize] = {};
+  char vatPercent[kFigureTextSize] = {};
+};
+AccountEntryView ViewAccountEntry(const AccountRecord& entry);
+
+// The page's inputs at OK / Apply: the checked kind radio and the edit texts.
+struct AccountPageInput {
+  AccountKind checked = LimitedAccess;  // 904 card, 905 limited, 906 unlimited
+  const char* cardHours = "";           // 114
+  const char* basicHours = "";          // 203
+  const char* monthlyCharge = "";       // 119
+  const char* excessPerMinute = "";     // 204
+  const char* vatPercent = "";          // 117
+};
+
+// Marks the entry configured and stores the checked kind with that kind's figures;
+// figures of the other kinds keep their stored values. With no kind radio checked
+// only the mark is set.
+void ApplyAccountInput(AccountRecord& entry, const AccountPageInput& input);
+
+// OK / Apply for the chosen connection: false, changing nothing, when no
+// connection is chosen (empty name) or it has no account entry.
+bool SaveAccountInput(const char* connectionName, const AccountPageInput& input);
