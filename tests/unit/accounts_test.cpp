@@ -23,28 +23,14 @@ class Accounts : public ProgramStateTest {
   // Appends one record to the in-memory log.
   void Log(const char* name, int32_t seconds, uint32_t month = 1, uint32_t year = 2002,
            RecordStatus status = InUse) {
-    SessionRecord record{};
+    SessionRecord record = UsedRecord(name, seconds, month, year);
     record.status = status;
-    record.month = month;
-    record.year = year;
-    record.day = 3;
-    record.durationSeconds = seconds;
-    std::strncpy(record.connectionName, name, kRecordNameSize - 1);
-    sessionLog.records.push_back(record);
-    sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
+    AppendToLog(record);
   }
 
   AccountRecord& Configure(int k, const char* name, uint32_t kind, uint32_t hours = 0, float monthlyCharge = 0.0f,
                            float excessPerMinute = 0.0f, float vatPercent = 0.0f) {
-    AccountRecord& account = settings.accounts[k];
-    std::strncpy(account.connectionName, name, kAccountNameSize - 1);
-    account.configured = 1;
-    account.kind = kind;
-    account.hours = hours;
-    account.monthlyCharge = monthlyCharge;
-    account.excessPerMinute = excessPerMinute;
-    account.vatPercent = vatPercent;
-    return account;
+    return ConfigureAccount(k, name, kind, hours, monthlyCharge, excessPerMinute, vatPercent);
   }
 
   // The limited-access plan of the worked example: 10 hours included, 20.0 a

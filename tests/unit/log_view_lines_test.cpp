@@ -28,17 +28,9 @@ class LogView : public ProgramStateTest {
 
   static uint32_t Add(const char* name, uint32_t month, uint32_t year, int32_t duration = 60,
                       uint8_t status = InUse) {
-    SessionRecord record{};
+    SessionRecord record = UsedRecord(name, duration, month, year);
     record.status = status;
-    record.dayOfWeek = 1;
-    record.month = month;
-    record.day = 7;
-    record.year = year;
-    record.durationSeconds = duration;
-    std::strcpy(record.connectionName, name);
-    sessionLog.records.push_back(record);
-    sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
-    return sessionLog.count - 1;
+    return AppendToLog(record);
   }
 
   // Indices of the records that the three box texts list, in record order.
@@ -254,12 +246,7 @@ TEST_F(LogView, AccountSummaries) {
   Add("Flat", 1, 2002, 60);
   Add("Nobody", 1, 2002, 60);
   auto configure = [](int k, const char* name, uint32_t kind, uint32_t hours) {
-    AccountRecord& account = settings.accounts[k];
-    account.configured = 1;
-    CopyFixedText(account.connectionName, name);
-    account.kind = kind;
-    account.hours = hours;
-    return &account;
+    return &ConfigureAccount(k, name, kind, hours);
   };
   configure(0, "Card", PrePaidCard, 10);
   AccountRecord* limited = configure(1, "Limited", LimitedAccess, 1);

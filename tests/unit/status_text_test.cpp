@@ -18,24 +18,9 @@ class StatusText : public ProgramStateTest {
     clock_.now = {2002, 1, 1, 7, 10, 0, 0};
   }
 
-  void Log(const char* name, int32_t seconds) {
-    SessionRecord record{};
-    record.status = InUse;
-    record.month = 1;
-    record.year = 2002;
-    record.durationSeconds = seconds;
-    std::strcpy(record.connectionName, name);
-    sessionLog.records.push_back(record);
-    sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
-  }
+  void Log(const char* name, int32_t seconds) { AppendToLog(UsedRecord(name, seconds)); }
 
-  void Account(const char* name, uint32_t kind, uint32_t hours) {
-    AccountRecord& account = settings.accounts[0];
-    std::strcpy(account.connectionName, name);
-    account.configured = 1;
-    account.kind = kind;
-    account.hours = hours;
-  }
+  void Account(const char* name, uint32_t kind, uint32_t hours) { ConfigureAccount(0, name, kind, hours); }
 
   // On-line in a session that has run for the given seconds.
   void OnLineFor(uint32_t seconds) {

@@ -118,3 +118,34 @@ float F32At(const std::vector<uint8_t>& bytes, std::size_t offset) {
   std::memcpy(&value, &bits, sizeof value);
   return value;
 }
+
+SessionRecord UsedRecord(const char* name, int32_t seconds, uint32_t month, uint32_t year) {
+  SessionRecord record{};
+  record.status = InUse;
+  record.dayOfWeek = 1;
+  record.month = month;
+  record.day = 7;
+  record.year = year;
+  record.durationSeconds = seconds;
+  std::strncpy(record.connectionName, name, kRecordNameSize - 1);
+  return record;
+}
+
+uint32_t AppendToLog(const SessionRecord& record) {
+  sessionLog.records.push_back(record);
+  sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
+  return sessionLog.count - 1;
+}
+
+AccountRecord& ConfigureAccount(int k, const char* name, uint32_t kind, uint32_t hours, float monthlyCharge,
+                                float excessPerMinute, float vatPercent) {
+  AccountRecord& account = settings.accounts[k];
+  std::strncpy(account.connectionName, name, kAccountNameSize - 1);
+  account.configured = 1;
+  account.kind = kind;
+  account.hours = hours;
+  account.monthlyCharge = monthlyCharge;
+  account.excessPerMinute = excessPerMinute;
+  account.vatPercent = vatPercent;
+  return account;
+}

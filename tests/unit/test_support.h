@@ -9,6 +9,8 @@
 
 #include "monitor/ras_service.h"
 #include "monitor/system_clock.h"
+#include "storage/account_record.h"
+#include "storage/session_record.h"
 
 class FakeClock : public Clock {
  public:
@@ -65,6 +67,15 @@ class ProgramStateTest : public ::testing::Test {
   FakeClock clock_;
   ScriptedRas ras_;
 };
+
+// A record in use with the given name and duration, dated day 7 (a Monday) of the
+// month and year; names are cut to the record's field.
+SessionRecord UsedRecord(const char* name, int32_t seconds, uint32_t month = 1, uint32_t year = 2002);
+// Appends a record to the in-memory log and returns its index.
+uint32_t AppendToLog(const SessionRecord& record);
+// Fills account entry k as an account the user has configured.
+AccountRecord& ConfigureAccount(int k, const char* name, uint32_t kind, uint32_t hours = 0,
+                                float monthlyCharge = 0.0f, float excessPerMinute = 0.0f, float vatPercent = 0.0f);
 
 // Little-endian reads from a byte image of a file.
 uint32_t U32At(const std::vector<uint8_t>& bytes, std::size_t offset);

@@ -29,20 +29,14 @@ class TextReport : public ProgramStateTest {
 
   static void AddSession(const char* name, uint32_t dayOfWeek, uint32_t day, uint32_t onHour, uint32_t onMinute,
                          uint32_t offHour, uint32_t offMinute, int32_t duration) {
-    SessionRecord record{};
-    record.status = InUse;
+    SessionRecord record = UsedRecord(name, duration, 11, 2002);
     record.dayOfWeek = dayOfWeek;
-    record.month = 11;
     record.day = day;
-    record.year = 2002;
     record.logOnHour = onHour;
     record.logOnMinute = onMinute;
     record.logOffHour = offHour;
     record.logOffMinute = offMinute;
-    record.durationSeconds = duration;
-    std::strcpy(record.connectionName, name);
-    sessionLog.records.push_back(record);
-    sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
+    AppendToLog(record);
   }
 
   static void FillAll() {
