@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 
 #include "logview/text_report.h"
 #include "monitor/dial_up_probe.h"
@@ -121,6 +122,16 @@ uint32_t MonthNumber(const char* text) {
     if (EqualsIgnoringCase(text, kMonthChoices[month])) return month;
   }
   return 255;
+}
+
+std::vector<std::string> YearChoices(uint32_t currentYear) {
+  std::vector<std::string> years(std::begin(kYearChoices), std::end(kYearChoices));
+  // A clock set to a nonsense year must not make the box enormous.
+  constexpr uint32_t kFixedLastYear = 2011;
+  constexpr uint32_t kLastOfferedYear = 9999;
+  const uint32_t last = std::min(currentYear, kLastOfferedYear);
+  for (uint32_t year = kFixedLastYear + 1; year <= last; ++year) years.push_back(std::to_string(year));
+  return years;
 }
 
 std::string CurrentYearText() {

@@ -21,6 +21,10 @@ constexpr std::size_t kYearChoiceCount = 14;
 extern const char* const kMonthChoices[kMonthChoiceCount];
 extern const char* const kYearChoices[kYearChoiceCount];
 
+// The year box offers the fixed items and then every later year up to the current
+// one, so that a log kept after 2011 can still be filtered by its year.
+std::vector<std::string> YearChoices(uint32_t currentYear);
+
 constexpr char kEmptyLogLine[] = "                      The   Log   Is  Currently   Empty";
 constexpr std::size_t kEmptyLogBlankLines = 4;  // shown before kEmptyLogLine
 constexpr char kNoMatchingEntries[] = "There Are No Entries Matching Your Search Criteria";
@@ -80,6 +84,7 @@ class TextLines {
   void Add(const char* text, std::size_t length);
   void Add(const char* text);
   std::size_t size() const { return starts_.size(); }
+  std::size_t bytes() const { return text_.size(); }  // every line with its NUL
   const char* Line(std::size_t i) const { return text_.data() + starts_[i]; }
   std::string LineText(std::size_t i) const { return Line(i); }
 

@@ -2,7 +2,7 @@
 # app_lib.sh: shared helpers of the app_* end-to-end tests. Source it from a
 # test script, then call app_setup with the script's arguments:
 #
-#   app_xxx.sh WINE_DIR ORVALEN_EXE STANDIN_DLL DRIVER_EXE DIALUP_SCRIPT ARTIFACT_DIR
+#   app_xxx.sh WINE_DIR ORVALEN_EXE STANDIN_DLL DRIVER_EXE DIALUP_SCRIPT ARTIFACT_DIR [LOG_MAKER_EXE]
 #
 # Each test gets its own fresh prefix WINE_DIR/app-NAME cloned from the template,
 # a "set-up medium" C:\setup holding the program, its three companion files and
@@ -26,6 +26,20 @@
 #   app_wait_online NAME            the main status dialog shows NAME on-line
 #   app_decline_account_notice NAME answer "not now" to the account notice
 #   app_screenshot FILE             PNG of the prefix's virtual desktop
+#
+# Prepared files instead of a first run (needs LOG_MAKER_EXE, tools/test_log_maker):
+#   app_describe FIELD...           one line of the description, fields joined by tabs:
+#                                     record NAME YEAR MONTH DAY HH:MM:SS SECONDS [STATUS]
+#                                     repeat COUNT NAME YEAR MONTH DAY HH:MM:SS SECONDS
+#                                     account NAME KIND [HOURS MONTHLY EXCESS VAT]
+#                                     setting FIELD VALUE
+#   app_make_files                  writes the configuration (defaults plus the settings
+#                                   and configured accounts described) and the log
+#   app_start_prepared              starts the program on them: no Welcome; waits for the
+#                                   main window and the end of the splash
+#   app_open_view_log               tray menu "View Log"; prints the dialog's handle
+# Give every connection of a prepared log a configured account: the program asks
+# about connections without one at every start.
 
 set -u
 _app_here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd -P)
@@ -96,8 +110,8 @@ _app_dump_diagnostics() {
 app_setup() {  # NAME WINE_DIR ORVALEN_EXE STANDIN_DLL DRIVER_EXE DIALUP_SCRIPT ARTIFACT_DIR
   local name=$1
   shift
-  (( $# == 6 )) || { echo "usage: app_$name.sh WINE_DIR ORVALEN_EXE STANDIN_DLL DRIVER_EXE DIALUP_SCRIPT ARTIFACT_DIR" >&2; exit 2; }
-  APP_WINE_DIR=$1 APP_EXE=$2 APP_STANDIN=$3 APP_DRIVER=$4 APP_DIALUP=$5 APP_ARTIFACTS=$6
+  (( $# == 6 || $# == 7 )) || { echo "usage: app_$name.sh WINE_DIR ORVALEN_EXE STANDIN_DLL DRIVER_EXE DIALUP_SCRIPT ARTIFACT_DIR [LOG_MAKER_EXE]" >&2; exit 2; }
+  APP_WINE_DIR=$1 APP_EXE=$2 APP_STANDIN=$3 APP_DRIVER=$4 APP_DIALUP=$5 APP_ARTIFACTS=$6 APP_LOG_MAKER=${7:-}
   APP_PREFIX=$APP_WINE_DIR/app-$name
   APP_HOME=$APP_PREFIX.home
   APP_XVFB_DIR=$APP_WINE_DIR/app-$name.xvfb
@@ -268,6 +282,35 @@ app_wine_pid() {  # EXE-NAME
 app_screenshot() {  # FILE
   mkdir -p "$(dirname "$1")" && rm -f "$1"
   timeout 30 import -window root "$1" 2>"$APP_HOME/import.err"
+}
+
+APP_VIEW_LOG="View Log File..."
+APP_DESCRIPTION_REL=drive_c/setup/log-description.txt
+
+app_describe() {  # FIELD...
+  local IFS=$'\t'
+  mkdir -p "$(dirname "$APP_PREFIX/$APP_DESCRIPTION_REL")"
+  printf '%s\n' "$*" >>"$APP_PREFIX/$APP_DESCRIPTION_REL"
+}
+
+app_make_files() {
+  [[ -n $APP_LOG_MAKER ]] || app_abort "app_make_files needs the log maker (7th argument)"
+  orv_wine_run -t 60 "$APP_PREFIX" "$APP_LOG_MAKER" 'C:\setup\log-description.txt' >"$APP_HOME/log-maker.out" 2>&1 \
+    || { cat "$APP_HOME/log-maker.out"; app_abort "the log maker writes the prepared files"; }
+}
+
+app_start_prepared() {
+  app_start
+  drv wait-window --class Orvalen --any-visibility --timeout-ms 30000 >/dev/null \
+    || app_abort "the program starts on the prepared files"
+  # The splash is a caption-less dialog; the tray menu works once it has gone.
+  drv wait-gone --class "#32770" --title "" --timeout-ms 15000 >/dev/null \
+    || app_abort "the splash closes"
+}
+
+app_open_view_log() {
+  drv command --class Orvalen --id 114 >/dev/null || return 1
+  drv wait-window --title "$APP_VIEW_LOG" --timeout-ms 30000
 }
 
 _app_cleanup() {

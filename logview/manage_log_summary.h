@@ -1,0 +1,26 @@
+// What the Manage Log dialog shows for a double-clicked connection, and the result
+// it ends with. Plain logic: the dialog only moves these into its controls.
+#pragma once
+#include <string>
+
+// The value the Manage Log dialog ends with, read by View Log.
+enum ManageLogOutcome : int {
+  kLogUnchanged = 0,
+  kRecordsDeleted = 1,  // also after the "no items" notice of an empty log
+  kLogCleared = 3,
+};
+extern int ManageLogResult;
+
+// The usage summary of one connection (line breaks are "\n"); empty when it has no
+// configured account.
+std::string ManageLogSummaryText(const char* connection);
+
+// Delete Entry after a Yes: every record of exactly that name becomes Deleted, its
+// account entry is freed, and the log and the settings are saved. Returns the new
+// ManageLogResult (kRecordsDeleted when a record changed, else kLogUnchanged).
+int DeleteConnectionEntries(const char* connection);
+
+// Clear Entire Log after a Yes: every record becomes Deleted (the array keeps its
+// length), the log and the settings are saved. Accounts are kept: the user set them
+// up by hand, and a fresh log of the same connections will want them again.
+int ClearEntireLog();
