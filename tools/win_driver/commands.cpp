@@ -370,6 +370,21 @@ void List(const Options& options) {
   for (LRESULT i = 0; i < count; ++i) PrintLine(ItemText(control, protocol, i));
 }
 
+// One item; a negative index counts from the end (-1 is the last). Reading a long
+// list item by item would take longer than a check may.
+void ListItem(const Options& options) {
+  const HWND control = WaitTarget(options, true).control;
+  const ListProtocol& protocol = ProtocolOf(control);
+  const LRESULT count = ItemCount(control, protocol);
+  long long index = options.RequiredInt("index");
+  if (index < 0) index += count;
+  if (index < 0 || index >= count) {
+    Fail("index " + std::to_string(options.RequiredInt("index")) + " out of range: the control has " +
+         std::to_string(count) + " items");
+  }
+  PrintLine(ItemText(control, protocol, static_cast<LRESULT>(index)));
+}
+
 void ListCount(const Options& options) {
   const HWND control = WaitTarget(options, true).control;
   PrintLine(std::to_string(ItemCount(control, ProtocolOf(control))));
@@ -651,6 +666,7 @@ const std::vector<Command>& Commands() {
        with(kSelect, {"id", "equals", "contains"}), WaitText},
       {"list", "--title T | --class C --id N", with(kSelect, {"id"}), List},
       {"list-count", "--title T | --class C --id N", with(kSelect, {"id"}), ListCount},
+      {"item", "--title T | --class C --id N --index I", with(kSelect, {"id", "index"}), ListItem},
       {"list-selection", "--title T | --class C --id N", with(kSelect, {"id"}), ListSelection},
       {"state", "--title T | --class C [--id N]", with(kSelect, {"id"}), State},
       {"wait-state", "--title T | --class C [--id N] [--enabled 0|1] [--visible 0|1] [--checked 0|1|2]",

@@ -1,0 +1,149 @@
+#!/usr/bin/env bash
+# app_manage_log.sh WINE_DIR ORVALEN_EXE STANDIN_DLL DRIVER_EXE DIALUP_SCRIPT ARTIFACT_DIR LOG_MAKER_EXE
+#
+# The Manage Log dialog, opened from View Log on a prepared log: the usage summary
+# of a double-clicked connection, Delete Entry and Clear Entire Log with their
+# confirmations answered No and Yes, the log and the configuration on disk after
+# each, and what View Log shows when Manage Log ends.
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd -P)
+# shellcheck source-path=SCRIPTDIR source=app_lib.sh
+source "$here/app_lib.sh"
+app_setup manage-log "$@"
+
+V=$APP_VIEW_LOG
+M="Manage Log File"
+year=$(date +%Y)
+month=$(date +%-m)
+months=(ALL JAN FEB MAR APR MAY JUN JUL AUG SEP OCT NOV DEC)
+
+app_describe record "Home ISP" "$year" "$month" 3 10:00:00 3600
+app_describe record "home isp" "$year" "$month" 4 11:00:00 1800
+app_describe record "Home ISP" "$year" "$month" 5 12:00:00 5400
+app_describe record "Work" "$year" "$month" 6 13:00:00 900
+app_describe account "Home ISP" 1 20
+app_describe account "home isp" 3
+app_describe account "Work" 2 10 5 0.1 0
+app_make_files
+app_start_prepared
+app_open_view_log >/dev/null || app_abort "View Log opens from the tray menu"
+
+status_of() { app_u8 "$APP_LOG" "$(app_record_offset "$1")"; }
+statuses() { echo "$(status_of 0) $(status_of 1) $(status_of 2) $(status_of 3)"; }
+account() {  # K: "configured name"
+  local at=$(( 136 + 120 * $1 ))
+  echo "$(app_u32 "$APP_CONFIG" "$at") $(app_cstr "$APP_CONFIG" $(( at + 4 )) 32)"
+}
+names() { drv list --title "$M" --id 601; }
+index_of() { drv list --title "$1" --id "$2" | grep -nxF -- "$3" | head -n 1 | cut -d: -f1 | awk '{print $1 - 1}'; }
+enabled() { drv state --title "$1" --id "$2" | cut -d' ' -f1; }
+summary() { drv text --title "$M" --id 1510; }
+double_click() {  # NAME
+  local i
+  i=$(index_of "$M" 601 "$1")
+  [[ -n $i ]] || app_abort "\"$1\" is listed in Manage Log"
+  drv double-click-list --title "$M" --id 601 --index "$i" >/dev/null
+}
+open_manage() {
+  drv click --title "$V" --id 2 >/dev/null
+  drv wait-window --title "$M" >/dev/null || app_abort "Manage Log opens from View Log"
+}
+log_size=$(app_size "$APP_LOG")
+log_count=$(app_u32 "$APP_LOG" 0)
+
+# --- The list and the summaries.
+open_manage
+check "the names, each letter case once" "$(names | sort | tr '\n' '|')" "Home ISP|Work|home isp|"
+check "Delete Entry starts disabled" "$(enabled "$M" 123)" enabled=0
+check "the summary starts disabled" "$(enabled "$M" 1510)" enabled=0
+double_click "Home ISP"
+check "pre-paid card: total of every letter case, and what is left" \
+  "$(drv wait-text --title "$M" --id 1510 --contains "Card")" \
+  $'Pre-paid Internet Card\nTotal Time : 3.00 Hrs.\nRemaining : 17.00 Hrs.'
+check "a double-click enables Delete Entry" "$(enabled "$M" 123)" enabled=1
+check "and the summary" "$(enabled "$M" 1510)" enabled=1
+double_click "Work"
+check "limited access summary" "$(drv wait-text --title "$M" --id 1510 --contains "Limited")" \
+  $'Limited Access\nThis Month: 0.25 Hrs\nLogged Total :0.25 Hrs'
+double_click "home isp"
+check "unlimited access summary" "$(drv wait-text --title "$M" --id 1510 --contains "Unlimited")" "Unlimited Access"
+
+# --- Delete Entry: No changes nothing; Yes deletes the exact name only.
+double_click "Home ISP"
+drv wait-text --title "$M" --id 1510 --contains "Card" >/dev/null
+before=$(md5sum "$APP_LOG" "$APP_CONFIG")
+drv click --title "$M" --id 123 >/dev/null
+box=$(drv answer-box --title "Delete Connectiom" --button no) || app_abort "Delete Entry asks first"
+check "Delete Entry: the question" "$box" "Are You Sure You Want To Delete This Entry?"
+check "No: still three names" "$(names | wc -l)" 3
+check "No: no file touched" "$(md5sum "$APP_LOG" "$APP_CONFIG")" "$before"
+drv click --title "$M" --id 123 >/dev/null
+drv answer-box --title "Delete Connectiom" --button yes >/dev/null || app_abort "Delete Entry asks again"
+home_deleted() { [[ $(status_of 0) == 3 ]]; }
+check_true "Yes: the log is saved" app_wait_until 10 home_deleted
+check "Yes: the name leaves the list" "$(names | sort | tr '\n' '|')" "Work|home isp|"
+check "Yes: Delete Entry disabled again" "$(enabled "$M" 123)" enabled=0
+check "Yes: the summary emptied" "$(summary)" ""
+check "log: only the exact name's records are Deleted" "$(statuses)" "3 1 3 1"
+check "log: same length and count" "$(app_size "$APP_LOG") $(app_u32 "$APP_LOG" 0)" "$log_size $log_count"
+check "configuration: the account of Home ISP is freed" "$(account 0)" "0 "
+check "configuration: the other accounts stay" "$(account 1) | $(account 2)" "1 home isp | 1 Work"
+
+# --- Closing after a deletion refreshes View Log on everything of this year.
+drv click --title "$M" --id 1 >/dev/null
+check "Close ends Manage Log" "$(drv wait-gone --title "$M")" gone
+drv wait-text --title "$V" --id 109 --equals ALL >/dev/null
+check "View Log refreshed: the boxes" "$(drv text --title "$V" --id 124)|$(drv text --title "$V" --id 109)|$(drv text --title "$V" --id 611)" \
+  "All Connections|ALL|$year"
+check "View Log refreshed: two sessions left" "$(drv text --title "$V" --id 218)" 2
+check "View Log refreshed: the connection names" "$(drv list --title "$V" --id 124 | sort | tr '\n' '|')" \
+  "All Connections|Work|home isp|"
+check "View Log: the filters stay usable" "$(enabled "$V" 124) $(enabled "$V" 2) $(enabled "$V" 1000)" \
+  "enabled=1 enabled=1 enabled=1"
+
+# --- Clear Entire Log answered No: nothing changes, and View Log does not refresh.
+i=$(index_of "$V" 109 "${months[$month]}")
+drv select --title "$V" --id 109 --index "$i" >/dev/null
+drv wait-text --title "$V" --id 109 --equals "${months[$month]}" >/dev/null
+open_manage
+before=$(md5sum "$APP_LOG" "$APP_CONFIG")
+drv click --title "$M" --id 114 >/dev/null
+box=$(drv answer-box --title "ALERT !!" --button no) || app_abort "Clear Entire Log asks first"
+check "Clear Entire Log: the question" "$box" "This will delete the entire log from your disk. Do you want to continue?"
+check "No: the names stay" "$(names | wc -l)" 2
+check "No: no file touched" "$(md5sum "$APP_LOG" "$APP_CONFIG")" "$before"
+drv click --title "$M" --id 1 >/dev/null
+drv wait-gone --title "$M" >/dev/null
+check "No, then Close: View Log keeps its filter" "$(drv text --title "$V" --id 109)" "${months[$month]}"
+
+# --- Clear Entire Log answered Yes: every record Deleted, View Log disabled at once.
+open_manage
+drv click --title "$M" --id 114 >/dev/null
+drv answer-box --title "ALERT !!" --button yes >/dev/null || app_abort "Clear Entire Log asks again"
+all_deleted() { [[ $(statuses) == "3 3 3 3" ]]; }
+check_true "Yes: the log is saved" app_wait_until 10 all_deleted
+check "log: all four records Deleted" "$(statuses)" "3 3 3 3"
+check "log: same length and count" "$(app_size "$APP_LOG") $(app_u32 "$APP_LOG" 0)" "$log_size $log_count"
+check "configuration: the accounts are kept" "$(account 1) | $(account 2)" "1 home isp | 1 Work"
+check "Yes: the list is empty" "$(drv list-count --title "$M" --id 601)" 0
+check "Yes: both actions disabled" "$(enabled "$M" 114) $(enabled "$M" 123)" "enabled=0 enabled=0"
+drv click --title "$M" --id 1 >/dev/null
+drv wait-gone --title "$M" >/dev/null
+check "View Log: everything but Close disabled" \
+  "$(for id in 2 124 109 611 202 1000 1; do enabled "$V" "$id"; done | tr '\n' ' ')" \
+  "enabled=0 enabled=0 enabled=0 enabled=0 enabled=0 enabled=0 enabled=1 "
+check "View Log: nothing listed" "$(drv list-count --title "$V" --id 601)" 0
+check "View Log: count and total" "$(drv text --title "$V" --id 218)|$(drv text --title "$V" --id 111)" "0|0.00 Hr."
+
+# --- Opened again on the empty log.
+drv click --title "$V" --id 1 >/dev/null
+drv wait-gone --title "$V" >/dev/null
+app_open_view_log >/dev/null || app_abort "View Log opens on the empty log"
+check "empty log: four empty lines, then the notice" "$(drv list --title "$V" --id 601 | tr '\n' '|')" \
+  "||||                      The   Log   Is  Currently   Empty|"
+check "empty log: everything but Close disabled" \
+  "$(for id in 2 124 109 611 202 1000 1; do enabled "$V" "$id"; done | tr '\n' ' ')" \
+  "enabled=0 enabled=0 enabled=0 enabled=0 enabled=0 enabled=0 enabled=1 "
+check "empty log: no count, no total" "$(drv text --title "$V" --id 218)|$(drv text --title "$V" --id 111)" "|"
+check_true "the program still runs" app_running
+
+app_finish
