@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -92,6 +93,23 @@ TEST_F(LogView, BoxChoicesAreTheFixedItems) {
   EXPECT_EQ(years, "ALL 1999200020012002200320042005200620072008200920102011");
   EXPECT_EQ(std::strlen(kEmptyLogLine), 55u);
   EXPECT_STREQ(kEmptyLogLine, "                      The   Log   Is  Currently   Empty");
+}
+
+TEST_F(LogView, YearsAreOfferedUpToTheCurrentOne) {
+  const std::vector<std::string> fixed(std::begin(kYearChoices), std::end(kYearChoices));
+  EXPECT_EQ(YearChoices(2002), fixed);
+  EXPECT_EQ(YearChoices(2011), fixed);
+  EXPECT_EQ(YearChoices(0), fixed);
+
+  const std::vector<std::string> later = YearChoices(2026);
+  ASSERT_EQ(later.size(), kYearChoiceCount + 15);
+  EXPECT_EQ(later.front(), "ALL ");
+  EXPECT_EQ(later[kYearChoiceCount - 1], "2011");
+  EXPECT_EQ(later[kYearChoiceCount], "2012");
+  EXPECT_EQ(later.back(), "2026");
+
+  // A clock gone wild stops at four digits.
+  EXPECT_EQ(YearChoices(4000000000u).back(), "9999");
 }
 
 TEST_F(LogView, EverythingListsEveryShownRecordInOrder) {

@@ -155,6 +155,15 @@ TEST_F(TextReport, OlderLongerReportLeavesNoTrailingText) {
   EXPECT_EQ(FileText(path), FinishedReport);
 }
 
+TEST_F(TextReport, InstalledFolderGivesTheReportPathWithItsCapitals) {
+  SetProgramFolder("c:\\program files\\Orvalen");
+  EXPECT_EQ(ReportFilePath(), std::string("c:\\Program Files\\Orvalen") + kPathSeparator + "Log File.txt");
+  EXPECT_EQ(EditorCommandLine(), "notepad.exe  " + ReportFilePath());
+  SetProgramFolder("C:\\PROGRAM FILES\\ORVALEN");
+  EXPECT_EQ(ReportFilePath(), std::string("c:\\Program Files\\Orvalen") + kPathSeparator + "Log File.txt");
+  SetProgramFolder(folder_);
+}
+
 TEST_F(TextReport, NoListYetWritesAnEmptyFile) {
   WriteBytes(Path("Log File.txt"), {'o', 'l', 'd'});
   GenerateTextReport();
