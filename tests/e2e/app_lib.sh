@@ -4,6 +4,8 @@
 #
 #   app_xxx.sh WINE_DIR ORVALEN_EXE STANDIN_DLL DRIVER_EXE DIALUP_SCRIPT ARTIFACT_DIR [LOG_MAKER_EXE]
 #
+# The program is stopped after APP_RUN_LIMIT seconds (default 120).
+#
 # Each test gets its own fresh prefix WINE_DIR/app-NAME cloned from the template,
 # a "set-up medium" C:\setup holding the program, its three companion files and
 # the stand-in rasapi32.dll, and stops that prefix's wineserver when it ends.
@@ -38,6 +40,7 @@
 #   app_start_prepared              starts the program on them: no Welcome; waits for the
 #                                   main window and the end of the splash
 #   app_open_view_log               tray menu "View Log"; prints the dialog's handle
+#   app_enabled_states TITLE ID...  "ID=0|1 ..." of the window's controls, in one look
 # Give every connection of a prepared log a configured account: the program asks
 # about connections without one at every start.
 
@@ -164,7 +167,7 @@ app_start() {
   (
     cd "$APP_SETUP_DIR" || exit 1
     rc=0
-    orv_wine_run -t 120 "$APP_PREFIX" ./Orvalen.exe >>"$APP_HOME/orvalen.out" 2>&1 || rc=$?
+    orv_wine_run -t "${APP_RUN_LIMIT:-120}" "$APP_PREFIX" ./Orvalen.exe >>"$APP_HOME/orvalen.out" 2>&1 || rc=$?
     printf '%s\n' "$rc" >"$APP_RC_FILE.tmp"
     mv -f "$APP_RC_FILE.tmp" "$APP_RC_FILE"
   ) </dev/null &
@@ -311,6 +314,16 @@ app_start_prepared() {
 app_open_view_log() {
   drv command --class Orvalen --id 114 >/dev/null || return 1
   drv wait-window --title "$APP_VIEW_LOG" --timeout-ms 30000
+}
+
+app_enabled_states() {  # TITLE ID...
+  local controls id out=""
+  controls=$(drv children --title "$1") || return 1
+  shift
+  for id in "$@"; do
+    out+="$id=$(grep -m 1 " id=$id class=" <<<"$controls" | sed -n 's/.* enabled=\([01]\) .*/\1/p') "
+  done
+  echo "${out% }"
 }
 
 _app_cleanup() {
