@@ -38,6 +38,8 @@ names() { drv list --title "$M" --id 601; }
 index_of() { drv list --title "$1" --id "$2" | grep -nxF -- "$3" | head -n 1 | cut -d: -f1 | awk '{print $1 - 1}'; }
 enabled() { drv state --title "$1" --id "$2" | cut -d' ' -f1; }
 summary() { drv text --title "$M" --id 1510; }
+# The summary once it shows WORD (or whatever it shows after 30 s).
+summary_with() { drv wait-text --title "$M" --id 1510 --contains "$1" --timeout-ms 30000 >/dev/null; summary; }
 double_click() {  # NAME
   local i
   i=$(index_of "$M" 601 "$1")
@@ -57,18 +59,18 @@ check "the names, each letter case once" "$(names | sort | tr '\n' '|')" "Home I
 check "Delete Entry and the summary start disabled" "$(app_enabled_states "$M" 123 1510 114)" "123=0 1510=0 114=1"
 double_click "Home ISP"
 check "pre-paid card: total of every letter case, and what is left" \
-  "$(drv wait-text --title "$M" --id 1510 --contains "Card")" \
+  "$(summary_with Card)" \
   $'Pre-paid Internet Card\nTotal Time : 3.00 Hrs.\nRemaining : 17.00 Hrs.'
 check "a double-click enables Delete Entry and the summary" "$(app_enabled_states "$M" 123 1510)" "123=1 1510=1"
 double_click "Work"
-check "limited access summary" "$(drv wait-text --title "$M" --id 1510 --contains "Limited")" \
+check "limited access summary" "$(summary_with Limited)" \
   $'Limited Access\nThis Month: 0.25 Hrs\nLogged Total :0.25 Hrs'
 double_click "home isp"
-check "unlimited access summary" "$(drv wait-text --title "$M" --id 1510 --contains "Unlimited")" "Unlimited Access"
+check "unlimited access summary" "$(summary_with Unlimited)" "Unlimited Access"
 
 # --- Delete Entry: No changes nothing; Yes deletes the exact name only.
 double_click "Home ISP"
-drv wait-text --title "$M" --id 1510 --contains "Card" >/dev/null
+summary_with Card >/dev/null
 before=$(md5sum "$APP_LOG" "$APP_CONFIG")
 drv click --title "$M" --id 123 >/dev/null
 box=$(drv answer-box --title "Delete Connectiom" --button no) || app_abort "Delete Entry asks first"
@@ -90,7 +92,7 @@ check "configuration: the other accounts stay" "$(account 1) | $(account 2)" "1 
 # --- Closing after a deletion refreshes View Log on everything of this year.
 drv click --title "$M" --id 1 >/dev/null
 check "Close ends Manage Log" "$(drv wait-gone --title "$M")" gone
-drv wait-text --title "$V" --id 109 --equals ALL >/dev/null
+drv wait-text --title "$V" --id 109 --equals ALL --timeout-ms 30000 >/dev/null
 check "View Log refreshed: the boxes" "$(drv children --title "$V" | grep -E ' id=(124|109|611) ' | sed 's/.* text=//' | sort | tr '\n' '|')" \
   "$(printf '"%s"\n' "All Connections" ALL "$year" | sort | tr '\n' '|')"
 check "View Log refreshed: two sessions left" "$(drv text --title "$V" --id 218)" 2
@@ -102,7 +104,7 @@ check "View Log: the filters stay usable" "$(app_enabled_states "$V" 124 109 611
 # --- Clear Entire Log answered No: nothing changes, and View Log does not refresh.
 i=$(index_of "$V" 109 "${months[$month]}")
 drv select --title "$V" --id 109 --index "$i" >/dev/null
-drv wait-text --title "$V" --id 109 --equals "${months[$month]}" >/dev/null
+drv wait-text --title "$V" --id 109 --equals "${months[$month]}" --timeout-ms 30000 >/dev/null
 open_manage
 before=$(md5sum "$APP_LOG" "$APP_CONFIG")
 drv click --title "$M" --id 114 >/dev/null

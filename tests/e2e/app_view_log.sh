@@ -53,7 +53,7 @@ choose() {  # ID TEXT: select it as the user would
   [[ -n $i ]] || app_abort "\"$2\" is an item of box $1"
   drv select --title "$V" --id "$1" --index "$i" >/dev/null
 }
-wait_count() { drv wait-text --title "$V" --id 218 --equals "$1" >/dev/null; }
+wait_count() { drv wait-text --title "$V" --id 218 --equals "$1" --timeout-ms 30000 >/dev/null; }
 
 # --- Opening: all connections, the current month of the current year.
 check "open: connection box" "$(selected 124)" "All Connections"
