@@ -70,16 +70,16 @@ kill_program() {
   drv wait-gone --class Orvalen --any-visibility >/dev/null || app_abort "the killed program's windows are gone"
 }
 
+# Done once the marker is back to 219 on disk: the open session is recorded.
 restart() {
   app_start
-  wait_started || app_abort "the program restarts"
-  app_wait_until 10 app_u8_is "$APP_CONFIG" 134 219 || app_abort "the restart records the open session"
+  app_wait_until 40 app_u8_is "$APP_CONFIG" 134 219 || app_abort "the restart records the open session"
 }
 
 open_session() {  # NAME: connected, and the session's first checkpoint on disk
   dial connect "$1" >/dev/null
   checkpoint_is() { app_u8_is "$APP_CONFIG" 134 218 && [[ "$(app_cstr "$APP_CONFIG" 6292 60)" == "$1" ]]; }
-  app_wait_until 10 checkpoint_is "$1" || app_abort "the session of $1 opens"
+  app_wait_until 40 checkpoint_is "$1" || app_abort "the session of $1 opens"
 }
 
 app_start
