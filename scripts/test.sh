@@ -4,6 +4,8 @@
 #   asan       the same under AddressSanitizer and UndefinedBehaviorSanitizer
 #   x86_64     Windows build: unit tests and end-to-end tests under wine64 + Xvfb
 #   i686       the product (Windows 95/98/ME): built, so its 32-bit layouts are checked
+#   fuzz       libFuzzer targets of the file loaders and log views (clang), each run
+#              for a bounded time (ORVALEN_FUZZ_SECONDS, 20 by default)
 # Installs what it needs first. Exits non-zero when any build or test fails.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -58,6 +60,11 @@ run_ctest native
 configure asan -DORVALEN_SANITIZE=ON
 build asan
 UBSAN_OPTIONS=print_stacktrace=1 run_ctest asan
+
+configure fuzz -DORVALEN_FUZZ=ON -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ \
+  -DORVALEN_FUZZ_SECONDS="${ORVALEN_FUZZ_SECONDS:-20}"
+build fuzz
+run_ctest fuzz -L fuzz
 
 configure i686 -DCMAKE_TOOLCHAIN_FILE="$root/cmake/toolchain-i686-mingw.cmake"
 build i686

@@ -1,0 +1,76 @@
+// A start-up on any configuration file beside a small log: InitialiseStorage,
+// RecoverInterruptedSession and CheckUnconfiguredConnections as the main window
+// runs them, then the account figures the dialogs show. Nothing recorded in the
+// log is lost, a session left open is recorded once from its checkpoint, and the
+// file on disk never becomes shorter.
+#include <cstring>
+#include <filesystem>
+
+#include "fuzz_support.h"
+#include "logview/log_view_lines.h"
+#include "monitor/session.h"
+#include "monitor/unconfigured_connections.h"
+#include "storage/accounts.h"
+#include "storage/fixed_text.h"
+#include "storage/program_paths.h"
+#include "storage/session_log.h"
+#include "storage/settings.h"
+#include "storage/startup.h"
+
+namespace {
+
+void WriteSmallLog() {
+  SessionRecord records[2] = {};
+  records[0].status = InUse;
+  records[0].month = 1;
+  records[0].year = 2002;
+  records[0].durationSeconds = 3600;
+  std::strcpy(records[0].connectionName, "Home ISP");
+  sessionLog.records.assign(records, records + 2);
+  SaveLog(LogFilePath().c_str());
+  sessionLog = SessionLog{};
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  FreshProgramState();
+  WriteSmallLog();
+  const std::string path = WriteInput("Orvaconfig.bic", data, size);
+
+  Settings input{};
+  std::memcpy(&input, data, std::min(size, sizeof input));
+  const bool current = FixedTextEqualsIgnoringCase(input.formatMarker, sizeof input.formatMarker, kFormatMarker);
+
+  Require(InitialiseStorage(nullptr), "a readable configuration starts");
+  RecoverInterruptedSession();
+  CheckUnconfiguredConnections();
+
+  if (current) {
+    Require(sessionLog.records.at(0).status == InUse &&
+                std::strcmp(sessionLog.records[0].connectionName, "Home ISP") == 0,
+            "the logged session is kept");
+  }
+  if (input.sessionOpenMarker == kSessionOpen) {
+    uint32_t used = 0;
+    for (const SessionRecord& record : sessionLog.records) used += record.status == InUse ? 1 : 0;
+    Require(used == (current ? 2u : 1u), "the open session is recorded once");
+    Require(settings.sessionOpenMarker == kNoSessionOpen, "and the marker is cleared");
+    const SessionRecord& recovered = sessionLog.records.at(current ? 1 : 0);
+    Require(recovered.durationSeconds == static_cast<int32_t>(input.checkpointElapsed),
+            "from its checkpoint");
+    Require(std::strncmp(recovered.connectionName, input.checkpointName, kCheckpointNameSize) == 0,
+            "under its checkpoint name, cut to the field");
+  }
+  Require(std::filesystem::file_size(path) >= std::max<std::size_t>(size, sizeof(Settings)),
+          "the configuration file never shrinks");
+
+  for (const AccountRecord& account : settings.accounts) {
+    char name[kAccountNameSize + 1] = {};
+    std::memcpy(name, account.connectionName, FixedTextLength(account.connectionName, kAccountNameSize));
+    UsageSummary summary;
+    ComputeUsage(name, summary);
+    Require(!AccountSummaryText(name).empty(), "every account has a summary text");
+  }
+  return 0;
+}
