@@ -54,6 +54,23 @@ void StoreNameAndSave(uint32_t slot, const char* name) {
   LastSessionChanged = 1;
 }
 
+// Whether the log already holds the checkpointed session: the same connection,
+// begun on the same day at the same second.
+bool IsCheckpointRecorded(const char* name) {
+  for (uint32_t i = 0; i < sessionLog.records.size(); ++i) {
+    const SessionRecord& record = sessionLog.records[i];
+    if (record.status != InUse) continue;
+    if (record.day != settings.checkpointDay || record.month != settings.checkpointMonth ||
+        record.year != settings.checkpointYear || record.logOnHour != settings.checkpointLogOn.hour ||
+        record.logOnMinute != settings.checkpointLogOn.minute ||
+        record.logOnSecond != settings.checkpointLogOn.second) {
+      continue;
+    }
+    if (std::strncmp(RecordName(i), name, kCheckpointNameSize) == 0) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 void RunSessionStep(DialUpProbe& probe) {
@@ -143,7 +160,9 @@ void RecoverInterruptedSession() {
   // The stored name may be unterminated in a damaged file: copy the field alone.
   char name[kCheckpointNameSize + 1] = {};
   std::memcpy(name, settings.checkpointName, kCheckpointNameSize);
-  const bool recorded = RecordInterruptedSession(
+  // A program stopped between saving the log and saving the cleared marker left
+  // the session already recorded; recording it again would count it twice.
+  const bool recorded = IsCheckpointRecorded(name) || RecordInterruptedSession(
       name, settings.checkpointLogOn.hour, settings.checkpointLogOn.minute,
       settings.checkpointLogOn.second, settings.checkpointTime.hour, settings.checkpointTime.minute,
       settings.checkpointTime.second, static_cast<int32_t>(settings.checkpointElapsed),

@@ -8,6 +8,7 @@
 #include "storage/binary_file.h"
 #include "storage/fixed_text.h"
 #include "storage/program_paths.h"
+#include "storage/startup.h"
 
 SessionLog sessionLog;
 SessionRecord LegacyLogTable[kLegacyLogSlots];
@@ -85,6 +86,7 @@ bool LoadLog(const char* path) {
 }
 
 bool SaveLog(const char* path) {
+  if (SavesRefused()) return false;
   sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
   const uint32_t header[2] = {sessionLog.count, static_cast<uint32_t>(sessionLog.count * kRecordSize)};
   const WriteBlock blocks[] = {{header, sizeof header},

@@ -44,7 +44,7 @@ bool LoadSettings(const char* path) {
 
 bool SaveSettingsTo(const char* path) {
   // After a configuration file could not be read, writing would replace it with zeros.
-  if (SettingsSavesRefused()) return false;
+  if (SavesRefused()) return false;
   const WriteBlock block = {&settings, sizeof settings};
   return WriteFileStart(path, &block, 1);
 }

@@ -84,11 +84,11 @@ void LoadFirstRunLog() {
 
 }  // namespace
 
-void RefuseSettingsSaves(bool refuse) { savesRefused = refuse; }
-bool SettingsSavesRefused() { return savesRefused; }
+void RefuseSaves(bool refuse) { savesRefused = refuse; }
+bool SavesRefused() { return savesRefused; }
 
 bool InitialiseStorage(void* owner) {
-  RefuseSettingsSaves(false);
+  RefuseSaves(false);
   const std::string path = SettingsPath();
 
   if (!IsOnDisk(path.c_str())) {
@@ -107,13 +107,16 @@ bool InitialiseStorage(void* owner) {
     // A half-read block is worse than none: the rest of the program sees zeros,
     // and the file on disk stays as it is.
     std::memset(&settings, 0, sizeof settings);
-    RefuseSettingsSaves(true);
+    RefuseSaves(true);
     return false;
   }
 
   const std::string log = LogFilePath();
   bool reinstallCheck = true;
-  if (HasCurrentFormatMarker()) {
+  // A current log on disk is always loaded, also beside a configuration that looks
+  // like an older release's: a damaged marker must not cost the recorded sessions.
+  if (HasCurrentFormatMarker() || FileExists(log.c_str())) {
+    if (!HasCurrentFormatMarker()) CopyFixedText(settings.formatMarker, kFormatMarker);
     if (!FileExists(log.c_str())) {
       ShowLogMissing(owner);
       CreateEmptyLog(log.c_str());

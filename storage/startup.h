@@ -30,10 +30,11 @@ extern StartupHooks startupHooks;
 
 // Loads or creates everything at start-up; owner (the main window) owns the
 // dialogs. False only when an existing configuration file cannot be read: then the
-// configuration stays all zero in memory, the log is not loaded and saving the
-// configuration is refused, so the file is never overwritten with zeros.
+// configuration stays all zero in memory, the log is not loaded, and saving either
+// file is refused, so neither is overwritten with zeros or an empty log.
 bool InitialiseStorage(void* owner);
 
-// While refused, SaveSettings and SaveSettingsTo write nothing and return false.
-void RefuseSettingsSaves(bool refuse);
-bool SettingsSavesRefused();
+// While refused, SaveSettings, SaveSettingsTo and SaveLog write nothing and
+// return false: the files on disk stay as they were.
+void RefuseSaves(bool refuse);
+bool SavesRefused();

@@ -67,7 +67,7 @@ void FreshProgramState() {
   reportHooks = ReportHooks{};
   PendingReport.clear();
   FinishedReport.clear();
-  RefuseSettingsSaves(false);
+  RefuseSaves(false);
   fileWriteCutoff = nullptr;
 }
 

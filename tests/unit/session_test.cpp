@@ -268,6 +268,7 @@ TEST_F(Session, RecoveryWithoutRoomKeepsTheMarkerForTheNextStart) {
   for (SessionRecord& record : sessionLog.records) record.status = InUse;
   LogRecordLimit = 2;
   settings.sessionOpenMarker = 218;
+  std::strcpy(settings.checkpointName, "Home ISP");
   RecoverInterruptedSession();
   EXPECT_EQ(settings.sessionOpenMarker, 218);
 }

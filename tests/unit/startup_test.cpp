@@ -34,7 +34,7 @@ class Startup : public ProgramStateTest {
     events.clear();
     welcomeOwner = alertOwner = nullptr;
     currentDirectory = ProgramFolder();
-    RefuseSettingsSaves(false);
+    RefuseSaves(false);
     startupHooks = StartupHooks{};
     startupHooks.showWelcome = [](void* owner) {
       welcomeOwner = owner;
@@ -55,7 +55,7 @@ class Startup : public ProgramStateTest {
 
   void TearDown() override {
     startupHooks = PlatformStartupHooks();
-    RefuseSettingsSaves(false);
+    RefuseSaves(false);
     ProgramStateTest::TearDown();
   }
 
@@ -259,6 +259,18 @@ TEST_F(Startup, UpgradeWithoutALegacyLogShowsTheMessageAndSkipsTheReinstall) {
   EXPECT_EQ(MarkerOnDisk(), "orvalen_v015");
 }
 
+TEST_F(Startup, DamagedMarkerBesideACurrentLogKeepsTheLog) {
+  WriteCurrentLog({"Home ISP"});
+  const std::vector<uint8_t> log = ReadBytes(LogFilePath());
+  WriteConfiguration("\x01garbage");
+  WriteLegacyLog({0});
+  EXPECT_TRUE(InitialiseStorage(&owner_));
+  EXPECT_EQ(events, Events{}) << "no missing-log message, no conversion";
+  EXPECT_EQ(ReadBytes(LogFilePath()), log);
+  EXPECT_EQ(LoadedNames(), (Events{"Home ISP", "<blank>"}));
+  EXPECT_EQ(MarkerOnDisk(), "orvalen_v015");
+}
+
 // --- Unreadable configuration ---------------------------------------------
 
 TEST_F(Startup, UnreadableConfigurationStopsAndIsNeverOverwritten) {
@@ -269,7 +281,10 @@ TEST_F(Startup, UnreadableConfigurationStopsAndIsNeverOverwritten) {
   EXPECT_EQ(events, Events{}) << "neither a first run nor a message";
   EXPECT_EQ(sessionLog.count, 0u) << "the log is not loaded";
   EXPECT_TRUE(SettingsAreAllZero());
-  EXPECT_TRUE(SettingsSavesRefused());
+  EXPECT_TRUE(SavesRefused());
+  const std::vector<uint8_t> log = ReadBytes(LogFilePath());
+  EXPECT_FALSE(SaveLog(LogFilePath().c_str())) << "the empty log must not replace the recorded one";
+  EXPECT_EQ(ReadBytes(LogFilePath()), log);
 
   // Later the file can be read again (a lock let go): the zeros must not reach it.
   std::filesystem::remove(SettingsPath());
@@ -281,7 +296,7 @@ TEST_F(Startup, UnreadableConfigurationStopsAndIsNeverOverwritten) {
 
   // A start that can read it again lifts the refusal.
   EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_FALSE(SettingsSavesRefused());
+  EXPECT_FALSE(SavesRefused());
   EXPECT_TRUE(SaveSettings());
 }
 
