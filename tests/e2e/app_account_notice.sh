@@ -57,7 +57,7 @@ check "dialog: list disabled, kinds enabled, card hours disabled, limited figure
   "$(app_field_of enabled "$A" 601,904,905,906,114,217,203,119,204,117,1422)" "0 1 1 1 0 0 1 1 1 1 1"
 check "dialog: OK and Cancel shown, Apply hidden" "$(app_field_of visible "$A" 1,2,902)" "1 1 0"
 check "dialog: the figures are empty" \
-  "$(drv text --title "$A" --id 203)|$(drv text --title "$A" --id 119)|$(drv text --title "$A" --id 117)" "||"
+  "$(drv texts --title "$A" --ids 203,119,204,117,114)" "||||"
 check "log: the entry has no account yet" "$(entry 0)" "0  0 0 0 0 0"
 drv set-text --title "$A" --id 203 --text 10 >/dev/null
 drv set-text --title "$A" --id 119 --text 12.50 >/dev/null
@@ -94,8 +94,7 @@ check "page: \"Connection\" shows nothing" "$(app_field_of enabled "$S" 904,203)
 drv select --title "$S" --id 601 --index 1 >/dev/null
 drv wait-state --title "$S" --id 906 --enabled 1 >/dev/null || app_abort "choosing Home ISP enables the kinds"
 check "page: Home ISP's figures" \
-  "$(drv text --title "$S" --id 203)|$(drv text --title "$S" --id 119)|$(drv text --title "$S" --id 204)|$(drv text --title "$S" --id 117)" \
-  "10|12.50|100.00|0.0"
+  "$(drv texts --title "$S" --ids 203,119,204,117)" "10|12.50|100.00|0.0"
 check "page: limited access checked and enabled, card off" \
   "$(app_field_of checked "$S" 904,905,906) $(app_field_of enabled "$S" 203,119,114)" "0 1 0 1 1 0"
 drv click --title "$S" --id 906 >/dev/null

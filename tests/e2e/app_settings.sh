@@ -33,11 +33,7 @@ clock_is_24_hour() {
 }
 checked() { app_field_of checked "$S" "$1"; }   # IDS: "1 0 ..."
 enabled() { app_field_of enabled "$S" "$1"; }
-edit_texts() {  # IDS: the texts, blank-separated
-  local id out=()
-  for id in "$@"; do out+=("$(drv text --title "$S" --id "$id")"); done
-  echo "${out[*]}"
-}
+edit_texts() { drv texts --title "$S" --ids "$1" --separator " "; }   # IDS: "1 0 ..."
 open_sheet() {
   drv click --title "$D" --id 106 >/dev/null || app_abort "Configure can be clicked"
   drv wait-window --title "$S" >/dev/null || app_abort "Configure opens the sheet \"$S\""
@@ -70,7 +66,7 @@ drv check --title "$S" --id 1701 --value 1 >/dev/null
 
 show_page 3 1401
 check "Alarm: off; repeating mode; box and sound" "$(checked 1401,1402,1407,1408,1404,1405,1422)" "1 0 1 0 0 1 0"
-check "Alarm: times as stored" "$(edit_texts 1403 1412 1415 1418)" "1 0 2 30"
+check "Alarm: times as stored" "$(edit_texts 1403,1412,1415,1418)" "1 0 2 30"
 check "Alarm: off disables the details" "$(enabled 1407,1408,1403,1409,1404,1421,1402)" "0 0 0 0 0 0 1"
 check "Alarm: four up-down controls" \
   "$(drv children --title "$S" | grep -ci 'msctls_updown32')" 4
@@ -118,7 +114,7 @@ check "reopened Log: previous connection, system colours" "$(checked 1702,1703,1
 drv check --title "$S" --id 1702 --value 1 >/dev/null
 show_page 3 1401
 check "reopened Alarm: on, one-shot, box only" "$(checked 1401,1402,1407,1408,1404,1405,1422)" "0 1 0 1 0 0 1"
-check "reopened Alarm: the clamped times" "$(edit_texts 1403 1412 1415 1418)" "0 5 24 59"
+check "reopened Alarm: the clamped times" "$(edit_texts 1403,1412,1415,1418)" "0 5 24 59"
 check "reopened Alarm: the repeat boxes disabled" "$(enabled 1403,1409,1415,1417)" "0 0 1 1"
 drv click --title "$S" --id 1401 >/dev/null
 drv click --title "$S" --id 2 >/dev/null
