@@ -27,7 +27,7 @@ static_assert((PSH_PROPSHEETPAGE | PSH_NOAPPLYNOW) == 0x88, "pages as an array, 
 
 namespace {
 
-struct PageSpec {
+struct PageDescription {
   const char* title;
   int templateId;
   DLGPROC procedure;
@@ -38,7 +38,7 @@ constexpr int kPageCount = 4;
 }  // namespace
 
 void ShowSettingsSheet(HWND owner) {
-  const PageSpec specs[kPageCount] = {
+  const PageDescription described[kPageCount] = {
       {"General", IDD_GENERAL_PAGE, GeneralPageProc},
       {"Accounts", IDD_ACCOUNTS, AccountsPageProc},
       {"Log", IDD_LOG_PAGE, LogPageProc},
@@ -49,9 +49,9 @@ void ShowSettingsSheet(HWND owner) {
     pages[i].dwSize = sizeof(SheetPage);
     pages[i].dwFlags = PSP_USETITLE;
     pages[i].hInstance = instanceHandle;
-    pages[i].pszTemplate = MAKEINTRESOURCEA(specs[i].templateId);
-    pages[i].pszTitle = specs[i].title;
-    pages[i].pfnDlgProc = specs[i].procedure;
+    pages[i].pszTemplate = MAKEINTRESOURCEA(described[i].templateId);
+    pages[i].pszTitle = described[i].title;
+    pages[i].pfnDlgProc = described[i].procedure;
     pages[i].lParam = 0;
   }
   PROPSHEETHEADERA header = {};
