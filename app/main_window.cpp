@@ -1,13 +1,18 @@
 #include "app/main_window.h"
 
+#include "app/alarm_notice_dialog.h"
+#include "app/alarm_sound.h"
 #include "app/app_state.h"
 #include "app/greeting_dialogs.h"
 #include "app/main_dialog.h"
 #include "app/status_text.h"
 #include "app/tray_icon.h"
+#include "app/unconfigured_notice.h"
 #include "logview/view_log_dialog.h"
+#include "monitor/alarm.h"
 #include "monitor/dial_up_probe.h"
 #include "monitor/session.h"
+#include "monitor/unconfigured_connections.h"
 #include "resources/resource_ids.h"
 #include "storage/settings.h"
 #include "storage/startup.h"
@@ -24,7 +29,14 @@ DialUpProbe& WindowProbe() {
 
 void CALLBACK CheckpointTimerProc(HWND, UINT, UINT_PTR, DWORD) { OnCheckpointTimer(); }
 
-void StartSessionTimers() { SetTimer(mainWindow, kCheckpointTimer, kCheckpointPeriodMs, CheckpointTimerProc); }
+void CALLBACK AlarmTimerProc(HWND, UINT, UINT_PTR, DWORD) { OnAlarmTimer(); }
+
+// The alarm period is taken once per session: Alarm page changes count from the
+// next session, and the reminders keep counting from this session's start.
+void StartSessionTimers() {
+  SetTimer(mainWindow, kCheckpointTimer, kCheckpointPeriodMs, CheckpointTimerProc);
+  SetTimer(mainWindow, kAlarmTimer, AlarmPeriodMs(), AlarmTimerProc);
+}
 
 void StopSessionTimers() {
   KillTimer(mainWindow, kCheckpointTimer);
@@ -38,6 +50,10 @@ void OnCreate(HWND window) {
   sessionHooks.startSessionTimers = StartSessionTimers;
   sessionHooks.stopSessionTimers = StopSessionTimers;
   sessionHooks.reportOutOfSpace = ReportOutOfSpace;
+  sessionHooks.checkUnconfiguredConnections = [] { CheckUnconfiguredConnections(); };
+  alarmHooks.playSound = PlayAlarmSound;
+  alarmHooks.showNotice = ShowAlarmNotice;
+  UseWindowsAccountNotice();
   installHooks.markFirstRun = [] { showMainDialogOnce = true; };
   startupHooks.showWelcome = [](void* owner) {
     DialogBoxParamA(instanceHandle, MAKEINTRESOURCEA(IDD_WELCOME), static_cast<HWND>(owner), WelcomeDialogProc, 0);
@@ -47,6 +63,7 @@ void OnCreate(HWND window) {
   };
   InitialiseStorage(window);
   RecoverInterruptedSession();
+  CheckUnconfiguredConnections();
   AddTrayIcon(window);
   SetTimer(window, kPollTimer, 100, nullptr);
   SetTimer(window, kStatusTimer, 500, nullptr);

@@ -1,4 +1,6 @@
-// The settings property sheet ("Configure Orvalen").
+// The settings property sheet ("Configure Orvalen"): General, Accounts, Log and
+// Alarm pages. OK stores the opened pages into the settings in memory; writing
+// the file is the caller's.
 #pragma once
 #include <windows.h>
 

@@ -36,9 +36,7 @@ check_true "restart: the interrupted session is recorded" app_wait_until 20 reco
 check_true "restart: the session marker returns to 219" app_wait_until 5 app_u8_is "$APP_CONFIG" 134 219
 check "restart: no Welcome on a later start" \
   "$(drv windows | grep -cF 'title="Welcome to Orvalen"')" 0
-if app_decline_account_notice "Home ISP"; then
-  echo "      (declined the account notice for Home ISP)"
-fi
+check_true "the account notice for Home ISP comes and is declined" app_decline_account_notice "Home ISP"
 
 check "log: still 392 bytes" "$(app_size "$APP_LOG")" 392
 check "log: record 0 name" "$(app_cstr "$APP_LOG" $(( r + 87 )) 105)" "Home ISP"

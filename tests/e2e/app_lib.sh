@@ -43,6 +43,7 @@
 #   app_enabled_states TITLE ID...  "ID=0|1 ..." of the window's controls, in one look
 # Give every connection of a prepared log a configured account: the program asks
 # about connections without one at every start.
+#   app_field_of FIELD TITLE IDS    enabled/visible/checked of controls: "1 0 1"
 
 set -u
 _app_here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd -P)
@@ -256,13 +257,20 @@ app_wait_online() {  # NAME
 # Once a session of a connection without account details is recorded, the
 # program asks for them: a notice, then the account dialog for that connection.
 # Answer "not now": OK, Cancel, then OK on the "not properly set up" box.
-# True if a notice was shown.
+# True once all three have been answered; false if one of them did not come.
 app_decline_account_notice() {  # NAME
-  drv windows | grep -qF 'title="Orvalen Notification..."' || return 1
-  drv answer-box --title "Orvalen Notification..." --contains "(- $1 -)" --button ok >/dev/null || return 1
-  drv click --title "Orvalen....Configure Account Details For --$1" --id 2 >/dev/null
+  drv answer-box --title "Orvalen Notification..." --contains "(- $1 -)" --button ok --timeout-ms 15000 \
+    >/dev/null || return 1
+  drv click --title "Orvalen....Configure Account Details For --$1" --id 2 >/dev/null || return 1
   drv answer-box --title "Orvalen Notification" --contains "not properly set up" --button ok >/dev/null
-  return 0
+}
+
+# One field (enabled, visible or checked) of several controls of a window, in one
+# driver call: IDS separated by commas, values by blanks; "missing" for an id
+# the window does not have.
+app_field_of() {  # FIELD TITLE IDS
+  drv states --title "$2" --ids "$3" \
+    | sed -n "s/^[0-9-]* missing$/missing/p; s/.*$1=\([0-9]*\).*/\1/p" | tr '\n' ' ' | sed 's/ $//'
 }
 
 # The Unix PID of a Wine process of our prefix, by its exe name.

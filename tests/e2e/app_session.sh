@@ -58,9 +58,7 @@ drv wait-text --title "$D" --id 104 --equals "Your Last Logon was at :" >/dev/nu
   || app_abort "after the disconnection the dialog shows the last session"
 t3=$(app_now)
 day3="$(date +%w) $(date +%-m) $(date +%-d) $(date +%Y)"
-if app_decline_account_notice "Home ISP"; then
-  echo "      (declined the account notice for Home ISP)"
-fi
+check_true "the account notice for Home ISP comes and is declined" app_decline_account_notice "Home ISP"
 
 check "off-line: connection caption" "$(drv text --title "$D" --id 123)" "Last Connection :"
 check "off-line: connection name kept" "$(drv text --title "$D" --id 124)" "Home ISP"

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <optional>
@@ -422,6 +423,53 @@ void State(const Options& options) {
   PrintLine(StateLine(window, ClassIs(window, "Button") ? Send(window, BM_GETCHECK, 0, 0) : 0));
 }
 
+// --ids N,N,...: the controls a batch command reads, in the order given.
+std::vector<long long> IdList(const Options& options) {
+  const std::string list = options.RequiredStr("ids");
+  std::vector<long long> ids;
+  std::size_t from = 0;
+  while (from <= list.size()) {
+    const std::size_t comma = std::min(list.find(',', from), list.size());
+    const auto id = ParseNumber(list.substr(from, comma - from));
+    if (!id) UsageError("--ids wants numbers separated by commas, got '" + list + "'");
+    ids.push_back(*id);
+    from = comma + 1;
+  }
+  return ids;
+}
+
+// One line per control, in the order given: "ID enabled=E visible=V checked=C",
+// or "ID missing". Saves a driver start per control when a test reads a page.
+void States(const Options& options) {
+  const std::vector<long long> ids = IdList(options);
+  const HWND top = WaitTarget(options, false).top;
+  for (const long long id : ids) {
+    const HWND control = FindControl(top, id);
+    if (control == nullptr) {
+      PrintLine(std::to_string(id) + " missing");
+      continue;
+    }
+    PrintLine(std::to_string(id) + " " +
+              StateLine(control, ClassIs(control, "Button") ? Send(control, BM_GETCHECK, 0, 0) : 0));
+  }
+}
+
+// The texts of several controls on one line, joined by the separator ("|" by
+// default); a control the window does not have fails the command.
+void Texts(const Options& options) {
+  const std::vector<long long> ids = IdList(options);
+  const std::string separator = options.Str("separator").value_or("|");
+  const HWND top = WaitTarget(options, false).top;
+  std::string line;
+  for (std::size_t i = 0; i < ids.size(); ++i) {
+    const HWND control = FindControl(top, ids[i]);
+    if (control == nullptr) Fail("no control with id " + std::to_string(ids[i]));
+    if (i != 0) line += separator;
+    line += ReadText(control);
+  }
+  PrintLine(line);
+}
+
 void WaitState(const Options& options) {
   const auto enabled = options.Int("enabled");
   const auto visible = options.Int("visible");
@@ -669,6 +717,8 @@ const std::vector<Command>& Commands() {
       {"item", "--title T | --class C --id N --index I", with(kSelect, {"id", "index"}), ListItem},
       {"list-selection", "--title T | --class C --id N", with(kSelect, {"id"}), ListSelection},
       {"state", "--title T | --class C [--id N]", with(kSelect, {"id"}), State},
+      {"states", "--title T | --class C --ids N,N,...", with(kSelect, {"ids"}), States},
+      {"texts", "--title T | --class C --ids N,N,... [--separator S]", with(kSelect, {"ids", "separator"}), Texts},
       {"wait-state", "--title T | --class C [--id N] [--enabled 0|1] [--visible 0|1] [--checked 0|1|2]",
        with(kSelect, {"id", "enabled", "visible", "checked"}), WaitState},
       {"click", "--title T | --class C --id N [--force]", with(kSelect, {"id", "force"}), Click},

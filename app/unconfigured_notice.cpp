@@ -1,0 +1,25 @@
+#include "app/unconfigured_notice.h"
+
+#include <windows.h>
+
+#include "app/accounts_page.h"
+#include "app/app_state.h"
+#include "monitor/unconfigured_connections.h"
+
+namespace {
+
+void ShowConfigureNotice(const char* text, const char* caption) {
+  MessageBoxA(mainWindow, text, caption, MB_ICONEXCLAMATION | MB_OK);
+}
+
+void ShowNotSetUp(const char* text, const char* caption) { MessageBoxA(nullptr, text, caption, MB_OK); }
+
+intptr_t RunAccountDialogHook() { return RunAccountDialog(); }
+
+}  // namespace
+
+void UseWindowsAccountNotice() {
+  unconfiguredHooks.showConfigureNotice = ShowConfigureNotice;
+  unconfiguredHooks.showNotSetUp = ShowNotSetUp;
+  unconfiguredHooks.runAccountDialog = RunAccountDialogHook;
+}
