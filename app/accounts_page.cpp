@@ -7,6 +7,7 @@
 #include "app/detail_controls.h"
 #include "app/dialog_colours.h"
 #include "app/sheet_page.h"
+#include "logview/connection_name_box.h"
 #include "logview/log_view_lines.h"
 #include "monitor/unconfigured_connections.h"
 #include "resources/resource_ids.h"
@@ -47,14 +48,6 @@ void CheckKind(HWND page, int checked) {
   for (const int id : kKindRadios) SetChecked(page, id, id == checked);
 }
 
-// "Connection" first, then the log's connection names; the combo box sorts them.
-void FillConnectionList(HWND page) {
-  HWND combo = GetDlgItem(page, IDC_ACCOUNTS_CONNECTION);
-  for (const std::string& name : ConnectionNames(kAccountsFirstItem)) {
-    SendMessageA(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name.c_str()));
-  }
-}
-
 BOOL OnInitDialog(HWND page) {
   PageState* state = new PageState;
   // A sheet page is a child window; only the dialog of its own is a popup.
@@ -63,7 +56,8 @@ BOOL OnInitDialog(HWND page) {
   if (state->standAlone) state->chosen = ConnectionToConfigure;
   SetWindowLongPtrA(page, DWLP_USER, reinterpret_cast<LONG_PTR>(state));
 
-  FillConnectionList(page);
+  // "Connection" first, then the log's connection names; the combo box sorts them.
+  FillConnectionNames(page, kAccountsFirstItem);
   if (!state->chosen.empty()) SetCaptionFor(page, state->chosen);
   else SetWindowTextA(page, kAccountsCaptionAll);
   for (const int id : kFigureEdits) SetDlgItemTextA(page, id, "");

@@ -78,6 +78,20 @@ check_true "off-line: the previous session's account line is the limited one" \
   app_wait_until 5 account_line_starts "Limited: 0.0"
 check "a configured connection: no notice" "$(drv windows | grep -cF 'title="Orvalen Notification..."')" 0
 
+# ---- View Log shows the account for Home ISP (its two short sessions this month).
+V=$APP_VIEW_LOG
+app_open_view_log >/dev/null || app_abort "the tray menu opens View Log"
+home=$(drv list --title "$V" --id 124 | grep -nxF "Home ISP" | cut -d: -f1)
+[[ -n $home ]] || app_abort "View Log's connection box lists Home ISP"
+drv select --title "$V" --id 124 --index $(( home - 1 )) >/dev/null
+view_log_account_is() {
+  [[ "$(drv text --title "$V" --id 202)" =~ ^"Limited Access Account"$'\n'"This Month   : "[0-9]+" Mins."$'\n'"Current Cost : 12.50 "$ ]]
+}
+check_true "View Log: the account box shows the limited account and its monthly charge" \
+  app_wait_until 10 view_log_account_is
+drv click --title "$V" --id 1 >/dev/null
+drv wait-gone --title "$V" >/dev/null || app_abort "View Log closes"
+
 # ---- The Accounts page of the sheet: choose Home ISP, make it unlimited.
 drv click --title "$D" --id 106 >/dev/null || app_abort "Configure can be clicked"
 drv wait-window --title "$S" >/dev/null || app_abort "Configure opens the sheet"
