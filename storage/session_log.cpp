@@ -15,20 +15,30 @@ uint32_t LogRecordLimit = kMaxLogRecords;
 
 namespace {
 
+uint64_t logGeneration = 1;
+
 constexpr std::size_t kRecordSize = sizeof(SessionRecord);
 constexpr uint32_t kRecordsPerRead = 4096;
 
 void SetFreshLog() {
   sessionLog.records.assign(2, SessionRecord{});
   sessionLog.count = 2;
+  NoteLogChanged();
 }
 
 // A damaged file may leave a name without its terminator; ending the field with
 // one keeps every later reader inside the record.
 void TerminateName(SessionRecord* record) { record->connectionName[kRecordNameSize - 1] = '\0'; }
 
-SessionRecord* RecordAt(uint32_t index) {
+const SessionRecord* RecordAt(uint32_t index) {
   return index < sessionLog.records.size() ? &sessionLog.records[index] : nullptr;
+}
+
+// The one way to a writable record: it counts as a change of the log.
+SessionRecord* RecordToChange(uint32_t index) {
+  if (index >= sessionLog.records.size()) return nullptr;
+  NoteLogChanged();
+  return &sessionLog.records[index];
 }
 
 // Reads the records that follow the header, in chunks, so memory follows the data
@@ -53,6 +63,10 @@ bool ReadRecords(std::FILE* file, uint32_t claimed, std::vector<SessionRecord>* 
 }
 
 }  // namespace
+
+uint64_t LogGeneration() { return logGeneration; }
+
+void NoteLogChanged() { ++logGeneration; }
 
 bool LoadLog(const char* path) {
   std::FILE* file = OpenOrCreateForUpdate(path);
@@ -81,6 +95,7 @@ bool LoadLog(const char* path) {
   if (!read) return false;
   sessionLog.records.swap(records);
   sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
+  NoteLogChanged();
   return true;
 }
 
@@ -112,6 +127,7 @@ bool ConvertLegacyLog() {
   }
   sessionLog.records.resize(sessionLog.records.size() + 2);
   sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
+  NoteLogChanged();
   SaveLog(LogFilePath().c_str());
   return true;
 }
@@ -124,6 +140,7 @@ void AppendBlankRecords() {
     // Out of memory: the log stays as it was and the caller finds no free slot.
   }
   sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
+  NoteLogChanged();
 }
 
 bool HasNoFreeSlot() {
@@ -149,7 +166,7 @@ uint32_t FindFreeSlot() {
 }
 
 void SetRecordDate(uint32_t index, uint32_t dayOfWeek, uint32_t month, uint32_t day, uint32_t year) {
-  if (SessionRecord* record = RecordAt(index)) {
+  if (SessionRecord* record = RecordToChange(index)) {
     record->dayOfWeek = dayOfWeek;
     record->month = month;
     record->day = day;
@@ -158,7 +175,7 @@ void SetRecordDate(uint32_t index, uint32_t dayOfWeek, uint32_t month, uint32_t 
 }
 
 void SetRecordLogOn(uint32_t index, uint32_t hour, uint32_t minute, uint32_t second) {
-  if (SessionRecord* record = RecordAt(index)) {
+  if (SessionRecord* record = RecordToChange(index)) {
     record->logOnHour = hour;
     record->logOnMinute = minute;
     record->logOnSecond = second;
@@ -166,7 +183,7 @@ void SetRecordLogOn(uint32_t index, uint32_t hour, uint32_t minute, uint32_t sec
 }
 
 void SetRecordLogOff(uint32_t index, uint32_t hour, uint32_t minute, uint32_t second) {
-  if (SessionRecord* record = RecordAt(index)) {
+  if (SessionRecord* record = RecordToChange(index)) {
     record->logOffHour = hour;
     record->logOffMinute = minute;
     record->logOffSecond = second;
@@ -174,11 +191,15 @@ void SetRecordLogOff(uint32_t index, uint32_t hour, uint32_t minute, uint32_t se
 }
 
 void SetRecordDuration(uint32_t index, int32_t seconds) {
-  if (SessionRecord* record = RecordAt(index)) record->durationSeconds = seconds;
+  if (SessionRecord* record = RecordToChange(index)) record->durationSeconds = seconds;
 }
 
 void SetRecordName(uint32_t index, const char* name) {
-  if (SessionRecord* record = RecordAt(index)) CopyFixedText(record->connectionName, name);
+  if (SessionRecord* record = RecordToChange(index)) CopyFixedText(record->connectionName, name);
+}
+
+void SetRecordStatus(uint32_t index, RecordStatus status) {
+  if (SessionRecord* record = RecordToChange(index)) record->status = status;
 }
 
 const char* RecordName(uint32_t index) {
@@ -195,9 +216,11 @@ bool MarkConnectionDeleted(const char* name) {
       changed = true;
     }
   }
+  if (changed) NoteLogChanged();
   return changed;
 }
 
 void ClearLog() {
   for (SessionRecord& record : sessionLog.records) record.status = Deleted;
+  NoteLogChanged();
 }
