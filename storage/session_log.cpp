@@ -41,9 +41,25 @@ SessionRecord* RecordToChange(uint32_t index) {
   return &sessionLog.records[index];
 }
 
+// Room at once for the records the file can give: growing the array chunk by
+// chunk would copy a large log several times over and touch its memory twice.
+// Without a usable size (a file past 2 GB on Windows) the array grows as it is
+// read. False only when the read position could not be restored.
+bool ReserveForFile(std::FILE* file, uint32_t claimed, std::vector<SessionRecord>* records) {
+  const long start = std::ftell(file);
+  if (start < 0 || std::fseek(file, 0, SEEK_END) != 0) return true;  // not moved
+  const long end = std::ftell(file);
+  if (std::fseek(file, start, SEEK_SET) != 0) return false;
+  if (end < start) return true;
+  const std::size_t present = (static_cast<std::size_t>(end - start) + kRecordSize - 1) / kRecordSize;
+  records->reserve(std::min<std::size_t>(claimed, present + kMissingRecordsPadded));
+  return true;
+}
+
 // Reads the records that follow the header, in chunks, so memory follows the data
 // actually in the file rather than the count the header claims.
 bool ReadRecords(std::FILE* file, uint32_t claimed, std::vector<SessionRecord>* records) {
+  if (!ReserveForFile(file, claimed, records)) return false;
   while (records->size() < claimed) {
     const std::size_t wanted = std::min<std::size_t>(kRecordsPerRead, claimed - records->size());
     const std::size_t first = records->size();
