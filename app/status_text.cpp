@@ -28,16 +28,16 @@ std::string Format(const char* format, Args... args) {
   return text;
 }
 
-std::string PreviousAccountLine(const char* name) {
-  switch (AccountKindOf(name)) {
+std::string PreviousAccountLine(const UsageQueries& usage, const char* name) {
+  switch (usage.accountKindOf(name)) {
     case PrePaidCard:
       return Format(" Card :                    %.2f Hrs.   of  %.0f Hrs. used",
-                    static_cast<double>(static_cast<float>(TotalSeconds(name)) * kHoursPerSecond),
-                    static_cast<double>(AllottedAmount(name)));
+                    static_cast<double>(static_cast<float>(usage.totalSeconds(name)) * kHoursPerSecond),
+                    static_cast<double>(usage.allottedAmount(name)));
     case LimitedAccess:
       return Format("Limited: %.2f Hrs this month/ %.2f Hrs Logged",
-                    static_cast<double>(static_cast<float>(SecondsThisMonth(name)) * kHoursPerSecond),
-                    static_cast<double>(static_cast<float>(TotalSeconds(name)) * kHoursPerSecond));
+                    static_cast<double>(static_cast<float>(usage.secondsThisMonth(name)) * kHoursPerSecond),
+                    static_cast<double>(static_cast<float>(usage.totalSeconds(name)) * kHoursPerSecond));
     case UnlimitedAccess:
       return "Account Type : Unlimited Access Account";
     default:
@@ -51,25 +51,27 @@ std::string HoursText(float hours) {
   return Format("%.2f", static_cast<double>(hours)) + (hours > 1.0f ? " Hrs." : " Hr.");
 }
 
-void RefreshStatusText() {
+void RefreshStatusText() { RefreshStatusTextWith(kCachedUsage); }
+
+void RefreshStatusTextWith(const UsageQueries& usage) {
   const int32_t elapsed = ElapsedSeconds();
   DialUpProbe& probe = StatusProbe();
   if (probe.IsConnected()) {
     std::string kind;
     std::string detail;
-    switch (AccountKindOf(CurrentConnectionName)) {
+    switch (usage.accountKindOf(CurrentConnectionName)) {
       case NotChosen:
         kind = " Account info not yet configured for Orvalen's database";
         break;
       case PrePaidCard: {
-        const float remaining = CardSecondsRemaining(CurrentConnectionName) - static_cast<float>(elapsed);
+        const float remaining = usage.cardSecondsRemaining(CurrentConnectionName) - static_cast<float>(elapsed);
         const float hours = remaining > 0.0f ? remaining * kHoursPerSecond : 0.0f;
         kind = "Pre-paid Internet Card ";
         detail = "Time remaining on this card : " + HoursText(hours);
         break;
       }
       case LimitedAccess: {
-        const float seconds = static_cast<float>(SecondsThisMonth(CurrentConnectionName) + elapsed);
+        const float seconds = static_cast<float>(usage.secondsThisMonth(CurrentConnectionName) + elapsed);
         kind = "Limited Access account";
         detail = "Time Consumed this month : " + HoursText(seconds * kHoursPerSecond);
         break;
@@ -87,7 +89,9 @@ void RefreshStatusText() {
   if (!probe.IsConnected()) CopyFixedText(statusText, kOffLineStatusText);
 }
 
-std::vector<std::string> PreviousSessionLines() {
+std::vector<std::string> PreviousSessionLines() { return PreviousSessionLinesWith(kCachedUsage); }
+
+std::vector<std::string> PreviousSessionLinesWith(const UsageQueries& usage) {
   const PreviousSession& last = settings.previousSession;
   // A damaged file may leave the name unterminated: take the field alone.
   char name[kPreviousNameSize + 1] = {};
@@ -107,6 +111,6 @@ std::vector<std::string> PreviousSessionLines() {
       Format(" ON:  %s       OFF:  %s", logOn, logOff),
       Format(" Duration :                        %d Hr: %d Min: %d Sec", static_cast<int>(seconds / 3600),
              static_cast<int>(seconds % 3600 / 60), static_cast<int>(seconds % 60)),
-      PreviousAccountLine(name),
+      PreviousAccountLine(usage, name),
   };
 }

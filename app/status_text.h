@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "storage/usage_cache.h"
+
 constexpr std::size_t kStatusTextSize = 256;
 
 extern char statusText[kStatusTextSize];
@@ -12,10 +14,14 @@ extern char statusText[kStatusTextSize];
 constexpr char kInitialStatusText[] = "\t\t   Status: \n\n        No  Active  Dial-Up  Connections...";
 constexpr char kOffLineStatusText[] = "\t\t      Status :\n\n           No  Active  Dial-Up  Connections ...";
 
+// Takes the account figures from the usage cache, so a rebuild costs the same
+// whatever the log's size; the With forms take them from the family given.
 void RefreshStatusText();
+void RefreshStatusTextWith(const UsageQueries& usage);
 
 // "0.50 Hr." / "1.01 Hrs.": an hour figure with its unit.
 std::string HoursText(float hours);
 
 // The summary of the previous session stored in the settings, line by line.
 std::vector<std::string> PreviousSessionLines();
+std::vector<std::string> PreviousSessionLinesWith(const UsageQueries& usage);

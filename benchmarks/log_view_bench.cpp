@@ -3,37 +3,13 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
-#include <cstring>
 
+#include "benchmarks/bench_support.h"
 #include "logview/log_view_lines.h"
 #include "logview/text_report.h"
 #include "storage/session_log.h"
 
 namespace {
-
-const char* const kNames[] = {"Home ISP", "home isp", "Work Dial-Up", "Holiday Card", "HOME ISP"};
-
-void FillLog(uint32_t records) {
-  sessionLog = SessionLog{};
-  sessionLog.records.resize(records);
-  for (uint32_t i = 0; i < records; ++i) {
-    SessionRecord& record = sessionLog.records[i];
-    record.status = (i % 97 == 0) ? Deleted : InUse;
-    record.dayOfWeek = i % 7;
-    record.month = 1 + i % 12;
-    record.day = 1 + i % 28;
-    record.year = 1999 + (i / 12) % 13;
-    record.logOnHour = i % 24;
-    record.logOnMinute = i % 60;
-    record.logOnSecond = (i * 7) % 60;
-    record.logOffHour = (i + 1) % 24;
-    record.logOffMinute = (i * 3) % 60;
-    record.logOffSecond = (i * 11) % 60;
-    record.durationSeconds = static_cast<int32_t>(60 + i % 7200);
-    std::strcpy(record.connectionName, kNames[i % 5]);
-  }
-  sessionLog.count = records;
-}
 
 void Listing(benchmark::State& state, const char* connection, const char* month, const char* yearText) {
   FillLog(static_cast<uint32_t>(state.range(0)));

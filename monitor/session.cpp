@@ -121,7 +121,7 @@ bool EndSession() {
 
   const uint32_t slot = FindFreeSlot();
   if (slot == kNoSlot) return false;
-  sessionLog.records[slot].status = InUse;
+  SetRecordStatus(slot, InUse);
   StoreDurationAndLogOn(slot, elapsed, LogOnHour, LogOnMinute, LogOnSecond);
 
   // The record carries the date on which the session ended.
@@ -180,7 +180,7 @@ bool RecordInterruptedSession(const char* name, uint32_t logOnHour, uint32_t log
                               uint32_t month, uint32_t day, uint32_t year) {
   const uint32_t slot = FindFreeSlot();
   if (slot == kNoSlot) return false;
-  sessionLog.records[slot].status = InUse;
+  SetRecordStatus(slot, InUse);
   StoreDurationAndLogOn(slot, duration, logOnHour, logOnMinute, logOnSecond);
   // Recorded at start-up, the session carries the date on which it began and ends
   // at its latest checkpoint.

@@ -3,7 +3,8 @@
 #   native     portable core unit tests (g++)
 #   asan       the same under AddressSanitizer and UndefinedBehaviorSanitizer
 #   x86_64     Windows build: unit tests and end-to-end tests under wine64 + Xvfb
-#   i686       the product (Windows 95/98/ME): built, so its 32-bit layouts are checked
+#   i686       the product (Windows 95/98/ME): built, so its 32-bit layouts are checked,
+#              and its PE headers and imports checked for Windows 95/98/ME (label win9x)
 #   fuzz       libFuzzer targets of the file loaders and log views (clang), each run
 #              for a bounded time (ORVALEN_FUZZ_SECONDS, 20 by default)
 # Installs what it needs first. Exits non-zero when any build or test fails.
@@ -68,6 +69,7 @@ run_ctest fuzz -L fuzz
 
 configure i686 -DCMAKE_TOOLCHAIN_FILE="$root/cmake/toolchain-i686-mingw.cmake"
 build i686
+run_ctest i686 -L win9x  # nothing else can run: no 32-bit code runs here
 
 configure x86_64 -DCMAKE_TOOLCHAIN_FILE="$root/cmake/toolchain-x86_64-mingw.cmake"
 build x86_64

@@ -93,26 +93,35 @@ bool DeleteAccount(const char* name) {
   return true;
 }
 
-float ComputeUsage(const char* name, UsageSummary& summary) {
+LogUsageSums SumLogUsage(const char* name, uint32_t year, uint32_t month) {
   name = OrEmpty(name);
-  summary = UsageSummary{};
-  int32_t monthSeconds = 0;
-  // A 32-bit float, rounded at every addition: exact up to 2^24 seconds (about
-  // 194 days), as the figures have always been computed.
-  float allSeconds = 0.0f;
-  bool found = false;
-
-  const LocalTime now = ReadLocalTime();
+  LogUsageSums sums;
   for (uint32_t i = 0; i < sessionLog.count && i < sessionLog.records.size(); ++i) {
     const SessionRecord& record = sessionLog.records[i];
     if (record.status == Deleted || !RecordNameMatches(record, name)) continue;
-    if (record.year == now.year && record.month == now.month) {
-      monthSeconds = AddWrapping(monthSeconds, record.durationSeconds);
+    if (record.year == year && record.month == month) {
+      sums.monthSeconds = AddWrapping(sums.monthSeconds, record.durationSeconds);
     }
-    allSeconds = allSeconds + static_cast<float>(record.durationSeconds);
-    found = true;
+    // A 32-bit float, rounded at every addition: exact up to 2^24 seconds (about
+    // 194 days), as the figures have always been computed.
+    const float added = sums.allSeconds + static_cast<float>(record.durationSeconds);
+    sums.allSeconds = added;
+    sums.found = true;
   }
-  if (!found) return 0.0f;
+  return sums;
+}
+
+float ComputeUsage(const char* name, UsageSummary& summary) {
+  const LocalTime now = ReadLocalTime();
+  return UsageFromLogSums(name, SumLogUsage(name, now.year, now.month), summary);
+}
+
+float UsageFromLogSums(const char* name, const LogUsageSums& sums, UsageSummary& summary) {
+  name = OrEmpty(name);
+  summary = UsageSummary{};
+  if (!sums.found) return 0.0f;
+  const int32_t monthSeconds = sums.monthSeconds;
+  const float allSeconds = sums.allSeconds;
 
   const int k = FindAccount(name);
   if (k == kNoAccount) return 0.0f;

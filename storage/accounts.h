@@ -1,5 +1,6 @@
 // Connection accounts and the usage figures computed from the log for them.
-// Usage is never stored: every query walks the whole log again.
+// Usage is never stored: every query here walks the whole log again. The displays
+// that ask many times a second go through usage_cache.h instead.
 #pragma once
 #include <cstdint>
 
@@ -46,6 +47,18 @@ bool DeleteAccount(const char* name);
 // (kind 1), this month's cost (kind 2), 1.0 (kind 3) or 0.0. Log records match the
 // name ignoring letter case; the account must match it exactly and be configured.
 float ComputeUsage(const char* name, UsageSummary& summary);
+
+// ComputeUsage in its two halves. The log's part for one connection in the given
+// month: seconds in that month, seconds in total (a 32-bit float sum, rounded at
+// every addition) and whether any record matched. It walks the whole log.
+struct LogUsageSums {
+  bool found = false;
+  int32_t monthSeconds = 0;
+  float allSeconds = 0.0f;
+};
+LogUsageSums SumLogUsage(const char* name, uint32_t year, uint32_t month);
+// The account's part: the summary and the result of ComputeUsage from the sums.
+float UsageFromLogSums(const char* name, const LogUsageSums& sums, UsageSummary& summary);
 
 // Each runs ComputeUsage afresh and returns one figure.
 uint32_t AccountKindOf(const char* name);

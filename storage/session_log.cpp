@@ -16,25 +16,51 @@ uint32_t LogRecordLimit = kMaxLogRecords;
 
 namespace {
 
+uint64_t logGeneration = 1;
+
 constexpr std::size_t kRecordSize = sizeof(SessionRecord);
 constexpr uint32_t kRecordsPerRead = 4096;
 
 void SetFreshLog() {
   sessionLog.records.assign(2, SessionRecord{});
   sessionLog.count = 2;
+  NoteLogChanged();
 }
 
 // A damaged file may leave a name without its terminator; ending the field with
 // one keeps every later reader inside the record.
 void TerminateName(SessionRecord* record) { record->connectionName[kRecordNameSize - 1] = '\0'; }
 
-SessionRecord* RecordAt(uint32_t index) {
+const SessionRecord* RecordAt(uint32_t index) {
   return index < sessionLog.records.size() ? &sessionLog.records[index] : nullptr;
+}
+
+// The one way to a writable record: it counts as a change of the log.
+SessionRecord* RecordToChange(uint32_t index) {
+  if (index >= sessionLog.records.size()) return nullptr;
+  NoteLogChanged();
+  return &sessionLog.records[index];
+}
+
+// Room at once for the records the file can give: growing the array chunk by
+// chunk would copy a large log several times over and touch its memory twice.
+// Without a usable size (a file past 2 GB on Windows) the array grows as it is
+// read. False only when the read position could not be restored.
+bool ReserveForFile(std::FILE* file, uint32_t claimed, std::vector<SessionRecord>* records) {
+  const long start = std::ftell(file);
+  if (start < 0 || std::fseek(file, 0, SEEK_END) != 0) return true;  // not moved
+  const long end = std::ftell(file);
+  if (std::fseek(file, start, SEEK_SET) != 0) return false;
+  if (end < start) return true;
+  const std::size_t present = (static_cast<std::size_t>(end - start) + kRecordSize - 1) / kRecordSize;
+  records->reserve(std::min<std::size_t>(claimed, present + kMissingRecordsPadded));
+  return true;
 }
 
 // Reads the records that follow the header, in chunks, so memory follows the data
 // actually in the file rather than the count the header claims.
 bool ReadRecords(std::FILE* file, uint32_t claimed, std::vector<SessionRecord>* records) {
+  if (!ReserveForFile(file, claimed, records)) return false;
   while (records->size() < claimed) {
     const std::size_t wanted = std::min<std::size_t>(kRecordsPerRead, claimed - records->size());
     const std::size_t first = records->size();
@@ -54,6 +80,10 @@ bool ReadRecords(std::FILE* file, uint32_t claimed, std::vector<SessionRecord>* 
 }
 
 }  // namespace
+
+uint64_t LogGeneration() { return logGeneration; }
+
+void NoteLogChanged() { ++logGeneration; }
 
 bool LoadLog(const char* path) {
   std::FILE* file = OpenOrCreateForUpdate(path);
@@ -82,6 +112,7 @@ bool LoadLog(const char* path) {
   if (!read) return false;
   sessionLog.records.swap(records);
   sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
+  NoteLogChanged();
   return true;
 }
 
@@ -114,6 +145,7 @@ bool ConvertLegacyLog() {
   }
   sessionLog.records.resize(sessionLog.records.size() + 2);
   sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
+  NoteLogChanged();
   SaveLog(LogFilePath().c_str());
   return true;
 }
@@ -126,6 +158,7 @@ void AppendBlankRecords() {
     // Out of memory: the log stays as it was and the caller finds no free slot.
   }
   sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
+  NoteLogChanged();
 }
 
 bool HasNoFreeSlot() {
@@ -151,7 +184,7 @@ uint32_t FindFreeSlot() {
 }
 
 void SetRecordDate(uint32_t index, uint32_t dayOfWeek, uint32_t month, uint32_t day, uint32_t year) {
-  if (SessionRecord* record = RecordAt(index)) {
+  if (SessionRecord* record = RecordToChange(index)) {
     record->dayOfWeek = dayOfWeek;
     record->month = month;
     record->day = day;
@@ -160,7 +193,7 @@ void SetRecordDate(uint32_t index, uint32_t dayOfWeek, uint32_t month, uint32_t 
 }
 
 void SetRecordLogOn(uint32_t index, uint32_t hour, uint32_t minute, uint32_t second) {
-  if (SessionRecord* record = RecordAt(index)) {
+  if (SessionRecord* record = RecordToChange(index)) {
     record->logOnHour = hour;
     record->logOnMinute = minute;
     record->logOnSecond = second;
@@ -168,7 +201,7 @@ void SetRecordLogOn(uint32_t index, uint32_t hour, uint32_t minute, uint32_t sec
 }
 
 void SetRecordLogOff(uint32_t index, uint32_t hour, uint32_t minute, uint32_t second) {
-  if (SessionRecord* record = RecordAt(index)) {
+  if (SessionRecord* record = RecordToChange(index)) {
     record->logOffHour = hour;
     record->logOffMinute = minute;
     record->logOffSecond = second;
@@ -176,11 +209,15 @@ void SetRecordLogOff(uint32_t index, uint32_t hour, uint32_t minute, uint32_t se
 }
 
 void SetRecordDuration(uint32_t index, int32_t seconds) {
-  if (SessionRecord* record = RecordAt(index)) record->durationSeconds = seconds;
+  if (SessionRecord* record = RecordToChange(index)) record->durationSeconds = seconds;
 }
 
 void SetRecordName(uint32_t index, const char* name) {
-  if (SessionRecord* record = RecordAt(index)) CopyFixedText(record->connectionName, name);
+  if (SessionRecord* record = RecordToChange(index)) CopyFixedText(record->connectionName, name);
+}
+
+void SetRecordStatus(uint32_t index, RecordStatus status) {
+  if (SessionRecord* record = RecordToChange(index)) record->status = status;
 }
 
 const char* RecordName(uint32_t index) {
@@ -197,9 +234,11 @@ bool MarkConnectionDeleted(const char* name) {
       changed = true;
     }
   }
+  if (changed) NoteLogChanged();
   return changed;
 }
 
 void ClearLog() {
   for (SessionRecord& record : sessionLog.records) record.status = Deleted;
+  NoteLogChanged();
 }

@@ -31,6 +31,14 @@ extern SessionRecord LegacyLogTable[kLegacyLogSlots];
 // Largest number of records the log may grow to; lowered only by tests.
 extern uint32_t LogRecordLimit;
 
+// Changes whenever the log's records may have changed. Every operation below that
+// changes a record or the array moves it on, so caches of figures computed from the
+// log (usage_cache.h) know when to compute afresh. Code that writes
+// sessionLog.records directly instead (tests building a log by hand) must call
+// NoteLogChanged() afterwards.
+uint64_t LogGeneration();
+void NoteLogChanged();
+
 bool LoadLog(const char* path);
 bool SaveLog(const char* path);
 bool CreateEmptyLog(const char* path);
@@ -49,6 +57,8 @@ void SetRecordLogOn(uint32_t index, uint32_t hour, uint32_t minute, uint32_t sec
 void SetRecordLogOff(uint32_t index, uint32_t hour, uint32_t minute, uint32_t second);
 void SetRecordDuration(uint32_t index, int32_t seconds);
 void SetRecordName(uint32_t index, const char* name);
+// The recorder marks the slot FindFreeSlot gave it InUse with this.
+void SetRecordStatus(uint32_t index, RecordStatus status);
 // The record's name when it is InUse, otherwise nullptr.
 const char* RecordName(uint32_t index);
 

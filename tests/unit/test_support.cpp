@@ -10,6 +10,7 @@
 #include "storage/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
+#include "storage/usage_cache.h"
 
 namespace fs = std::filesystem;
 
@@ -77,6 +78,8 @@ void ProgramStateTest::SetUp() {
   SetProgramFolder(folder_);
   std::memset(&settings, 0, sizeof settings);
   sessionLog = SessionLog{};
+  NoteLogChanged();
+  ClearUsageCache();
   LogRecordLimit = kMaxLogRecords;
   ResetSessionState();
   sessionHooks = SessionHooks{};
@@ -134,6 +137,7 @@ SessionRecord UsedRecord(const char* name, int32_t seconds, uint32_t month, uint
 uint32_t AppendToLog(const SessionRecord& record) {
   sessionLog.records.push_back(record);
   sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
+  NoteLogChanged();
   return sessionLog.count - 1;
 }
 

@@ -1,0 +1,182 @@
+#!/usr/bin/env bash
+# measure-idle-cpu.sh [--build DIR] [--seconds S] [--records N] [--hidden] [--builtin-ras]
+#
+# How much CPU the running program takes while it only waits, under wine64: the
+# x86_64 Orvalen.exe, installed in a fresh prefix with a log of N made-up sessions
+# (default 100000) and a configuration in which every connection of the log has a
+# configured account (so no Welcome or account notice appears), the main status
+# dialog open (unless --hidden). It measures utime + stime from /proc/PID/stat over
+# S seconds (default 60) twice: off-line, then on-line (the stand-in dial-up
+# service connected to "Home ISP", a connection of the log with a pre-paid card).
+# It prints percent of one core for the Orvalen.exe process, for the prefix's
+# wineserver and for the prefix's other Wine processes (desktop, services).
+#
+# The stand-in dial-up service reads its state file at every call, and the
+# program makes about 90 calls a second off-line (each poll is two calls): with
+# --builtin-ras the program gets Wine's own rasapi32 instead (always off-line) and
+# only the off-line figure is measured, to tell the program's own cost from the
+# stand-in's.
+#
+# DIR is the x86_64 build tree (default build/x86_64; configured and built when
+# missing). Needs Xvfb and wine64 (scripts/install-deps.sh). Takes about 2*S + 30 s.
+set -euo pipefail
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
+# shellcheck source-path=SCRIPTDIR source=wine-env.sh
+source "$root/scripts/wine-env.sh"
+
+build=$root/build/x86_64
+seconds=60
+records=100000
+show_dialog=--show-main-dialog
+builtin_ras=0
+while (( $# > 0 )); do
+  case $1 in
+    --build) build=$(cd "$2" && pwd -P); shift 2 ;;
+    --seconds) seconds=$2; shift 2 ;;
+    --records) records=$2; shift 2 ;;
+    --hidden) show_dialog=; shift ;;
+    --builtin-ras) builtin_ras=1; shift ;;
+    *) sed -n '2,22p' "${BASH_SOURCE[0]}" | sed 's/^# \{0,1\}//' >&2; exit 2 ;;
+  esac
+done
+[[ $seconds =~ ^[0-9]+$ && $records =~ ^[0-9]+$ ]] || { echo "--seconds and --records take numbers" >&2; exit 2; }
+
+if [[ ! -f $build/CMakeCache.txt ]]; then
+  cmake -S "$root" -B "$build" -DCMAKE_TOOLCHAIN_FILE="$root/cmake/toolchain-x86_64-mingw.cmake" \
+    -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+fi
+cmake --build "$build" -j2 --target Orvalen rasapi32_standin orvalen_driver orvalen_make_log >/dev/null
+
+exe=$build/app/Orvalen.exe
+standin=$build/tools/rasapi32_standin/rasapi32.dll
+driver=$build/tools/win_driver/orvalen_driver.exe
+make_log=$build/tools/make_log/orvalen_make_log.exe
+for file in "$exe" "$standin" "$driver" "$make_log"; do
+  [[ -f $file ]] || { echo "missing: $file" >&2; exit 1; }
+done
+
+wine_dir=$build/wine
+prefix=$wine_dir/idle-cpu
+xvfb_dir=$wine_dir/idle-cpu.xvfb
+dialog_title="Orvalen - Connections Monitor  V1.5"
+
+cleanup() {
+  orv_wine_stop "$prefix" || true
+  orv_xvfb_stop "$xvfb_dir"
+}
+trap cleanup EXIT
+
+ORVALEN_XVFB=1 orv_xvfb_ensure "$xvfb_dir"
+tpl=$(orv_wine_template "$wine_dir")
+orv_wine_fresh_prefix "$tpl" "$prefix"
+orv_wine_start "$prefix"
+
+# Installed as a first run would have left it, so the program starts from its own
+# folder: no reinstallation, no Welcome.
+install_dir="$prefix/drive_c/Program Files/Orvalen"
+mkdir -p "$install_dir"
+cp -f "$exe" "$install_dir/Orvalen.exe"
+for file in ReadMe.txt OrvalenManual.doc Alarm.wav; do cp -f "$(dirname "$exe")/$file" "$install_dir/"; done
+(( builtin_ras )) || orv_wine_install_standin "$standin" "$install_dir"
+cp -f "$make_log" "$prefix/drive_c/orvalen_make_log.exe"
+# shellcheck disable=SC2086  # $show_dialog is one option or none
+orv_wine_run -t 120 "$prefix" 'C:\orvalen_make_log.exe' --records "$records" \
+  --names "Home ISP,Work Dial-Up,Holiday Card,Evening Line" \
+  --log 'C:\Program Files\Orvalen\Orvabook_.ovb' --config 'C:\windows\Orvaconfig.bic' $show_dialog
+"$root/scripts/dialup" --prefix "$prefix" none >/dev/null
+
+drv() { orv_wine_run -t 60 "$prefix" "$driver" "$@"; }
+
+run_file=$prefix.home/orvalen.rc
+rm -f "$run_file"
+(
+  cd "$install_dir"
+  rc=0
+  orv_wine_run -t $(( 2 * seconds + 180 )) "$prefix" ./Orvalen.exe >"$prefix.home/orvalen.out" 2>&1 || rc=$?
+  echo "$rc" >"$run_file"
+) </dev/null &
+
+# The Unix PID of a process of this prefix by its name (Wine names the process
+# of a Windows program after the exe).
+pid_of() {
+  local dir
+  for dir in /proc/[0-9]*; do
+    [[ "$(cat "$dir/comm" 2>/dev/null)" == "$1" ]] || continue
+    { tr '\0' '\n' <"$dir/environ"; } 2>/dev/null | grep -qxF "WINEPREFIX=$prefix" || continue
+    printf '%s\n' "${dir#/proc/}"
+    return 0
+  done
+  return 1
+}
+
+# Every other process of the prefix (explorer's desktop, services, ...).
+other_pids() {
+  local dir
+  for dir in /proc/[0-9]*; do
+    local pid=${dir#/proc/}
+    [[ $pid == "$app_pid" || $pid == "$server_pid" ]] && continue
+    [[ "$(cat "$dir/comm" 2>/dev/null)" == *.exe ]] || continue
+    { tr '\0' '\n' <"$dir/environ"; } 2>/dev/null | grep -qxF "WINEPREFIX=$prefix" || continue
+    printf '%s\n' "$pid"
+  done
+}
+
+# utime + stime in clock ticks; fields 14 and 15 of /proc/PID/stat, counted after
+# the parenthesised name (which may hold blanks).
+ticks_of() {
+  local total=0 pid stat rest
+  for pid in "$@"; do
+    stat=$(cat "/proc/$pid/stat" 2>/dev/null) || continue
+    rest=${stat##*) }
+    read -r -a fields <<<"$rest"
+    total=$(( total + fields[11] + fields[12] ))
+  done
+  echo "$total"
+}
+
+hz=$(getconf CLK_TCK)
+
+if [[ -n $show_dialog ]]; then
+  drv wait-window --title "$dialog_title" --timeout-ms 60000 >/dev/null \
+    || { echo "the main status dialog did not open" >&2; drv windows >&2 || true; exit 1; }
+else
+  drv wait-window --class Orvalen --any-visibility --timeout-ms 60000 >/dev/null \
+    || { echo "the program's main window did not appear" >&2; exit 1; }
+fi
+app_pid=$(pid_of Orvalen.exe) || { echo "no Orvalen.exe process" >&2; exit 1; }
+server_pid=$(pid_of wineserver64 || pid_of wineserver) || { echo "no wineserver" >&2; exit 1; }
+mapfile -t others < <(other_pids)
+echo "Orvalen.exe pid $app_pid, wineserver pid $server_pid, other Wine processes: ${#others[@]}"
+echo "log: $records records; measuring ${seconds} s each; clock ticks of $hz Hz"
+
+measure() {  # LABEL
+  # Start-up work (reading the log, the splash) is over well before this point;
+  # let the last of it settle before counting.
+  sleep 3
+  local a0 s0 o0 a1 s1 o1 t0 t1
+  t0=$(date +%s%N)
+  a0=$(ticks_of "$app_pid") s0=$(ticks_of "$server_pid") o0=$(ticks_of "${others[@]}")
+  sleep "$seconds"
+  a1=$(ticks_of "$app_pid") s1=$(ticks_of "$server_pid") o1=$(ticks_of "${others[@]}")
+  t1=$(date +%s%N)
+  [[ -f $run_file ]] && { echo "the program ended during the measurement" >&2; exit 1; }
+  awk -v label="$1" -v a=$(( a1 - a0 )) -v s=$(( s1 - s0 )) -v o=$(( o1 - o0 )) \
+      -v hz="$hz" -v ns=$(( t1 - t0 )) 'BEGIN {
+    wall = ns / 1e9
+    printf "%-9s Orvalen.exe %6.3f%%   wineserver %6.3f%%   other Wine processes %6.3f%%   (of one core, %.1f s)\n",
+      label, 100 * a / hz / wall, 100 * s / hz / wall, 100 * o / hz / wall, wall
+  }'
+}
+
+measure off-line
+if (( builtin_ras )); then
+  echo "(Wine's built-in rasapi32: no on-line measurement)"
+  exit 0
+fi
+"$root/scripts/dialup" --prefix "$prefix" connect "Home ISP" >/dev/null
+if [[ -n $show_dialog ]]; then
+  drv wait-text --title "$dialog_title" --id 104 --equals "You've Been Logged on since:" --timeout-ms 30000 >/dev/null \
+    || { echo "the main status dialog does not show the session" >&2; exit 1; }
+  echo "account status on-line: $(drv text --title "$dialog_title" --id 1510 | tr '\n\t' '  ' | tr -s ' ')"
+fi
+measure on-line
