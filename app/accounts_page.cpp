@@ -214,19 +214,14 @@ INT_PTR CALLBACK AccountsPageProc(HWND page, UINT message, WPARAM wParam, LPARAM
     case WM_COMMAND:
       OnCommand(page, *state, LOWORD(wParam), HIWORD(wParam));
       return TRUE;
-    case WM_NOTIFY:
-      switch (NotificationCode(lParam)) {
-        case PSN_APPLY:  // the sheet's caller saves the settings
-          StoreChosenEntry(page, *state);
-          state->chosen.clear();
-          ReleaseBrush(state->greyBrush);
-          return AcceptNotification(page);
-        case PSN_RESET:
-          ReleaseBrush(state->greyBrush);
-          return AcceptNotification(page);
-        default:
-          return FALSE;
-      }
+    case WM_NOTIFY:  // on OK the sheet's caller saves the settings
+      return AnswerSheetNotification(
+          page, lParam,
+          [page, state] {
+            StoreChosenEntry(page, *state);
+            state->chosen.clear();
+          },
+          [state] { ReleaseBrush(state->greyBrush); });
     case WM_DESTROY:
       ReleaseBrush(state->greyBrush);
       SetWindowLongPtrA(page, DWLP_USER, 0);

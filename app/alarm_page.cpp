@@ -156,18 +156,13 @@ INT_PTR CALLBACK AlarmPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lP
       if (HIWORD(wParam) == BN_CLICKED) OnButton(page, LOWORD(wParam));
       return FALSE;
     case WM_NOTIFY:
-      switch (NotificationCode(lParam)) {
-        case PSN_APPLY:
-          StoreAlarmPage(ReadBox(page, IDC_ALARM_REPEAT_HOURS), ReadBox(page, IDC_ALARM_REPEAT_MINUTES),
-                         ReadBox(page, IDC_ALARM_ONCE_HOURS), ReadBox(page, IDC_ALARM_ONCE_MINUTES));
-          ReleaseBrushes();
-          return AcceptNotification(page);
-        case PSN_RESET:
-          ReleaseBrushes();
-          return AcceptNotification(page);
-        default:
-          return FALSE;
-      }
+      return AnswerSheetNotification(
+          page, lParam,
+          [page] {
+            StoreAlarmPage(ReadBox(page, IDC_ALARM_REPEAT_HOURS), ReadBox(page, IDC_ALARM_REPEAT_MINUTES),
+                           ReadBox(page, IDC_ALARM_ONCE_HOURS), ReadBox(page, IDC_ALARM_ONCE_MINUTES));
+          },
+          ReleaseBrushes);
     case WM_DESTROY:
       ReleaseBrushes();
       return FALSE;

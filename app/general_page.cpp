@@ -35,7 +35,6 @@ void OnApply(HWND page) {
   input.runAtStartup = IsChecked(page, IDC_GENERAL_RUN_AT_STARTUP);
   StoreGeneralPage(input);
   SetAutoStart(settings.runAtStartup != 0);
-  ReleaseBrush(greyBrush);
 }
 
 }  // namespace
@@ -45,16 +44,7 @@ INT_PTR CALLBACK GeneralPageProc(HWND page, UINT message, WPARAM wParam, LPARAM 
     case WM_INITDIALOG:
       return OnInitDialog(page);
     case WM_NOTIFY:
-      switch (NotificationCode(lParam)) {
-        case PSN_APPLY:
-          OnApply(page);
-          return AcceptNotification(page);
-        case PSN_RESET:
-          ReleaseBrush(greyBrush);
-          return AcceptNotification(page);
-        default:
-          return FALSE;
-      }
+      return AnswerSheetNotification(page, lParam, [page] { OnApply(page); }, [] { ReleaseBrush(greyBrush); });
     case WM_DESTROY:
       ReleaseBrush(greyBrush);
       return FALSE;

@@ -26,18 +26,13 @@ INT_PTR CALLBACK LogPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lPar
     case WM_INITDIALOG:
       return OnInitDialog(page);
     case WM_NOTIFY:
-      switch (NotificationCode(lParam)) {
-        case PSN_APPLY:
-          StoreLogPage(IsChecked(page, IDC_LOGPAGE_SHOW_ALL), IsChecked(page, IDC_LOGPAGE_FILTER_PREVIOUS),
-                       IsChecked(page, IDC_LOGPAGE_SYSTEM_COLOURS));
-          ReleaseBrush(greyBrush);
-          return AcceptNotification(page);
-        case PSN_RESET:
-          ReleaseBrush(greyBrush);
-          return AcceptNotification(page);
-        default:
-          return FALSE;
-      }
+      return AnswerSheetNotification(
+          page, lParam,
+          [page] {
+            StoreLogPage(IsChecked(page, IDC_LOGPAGE_SHOW_ALL), IsChecked(page, IDC_LOGPAGE_FILTER_PREVIOUS),
+                         IsChecked(page, IDC_LOGPAGE_SYSTEM_COLOURS));
+          },
+          [] { ReleaseBrush(greyBrush); });
     case WM_DESTROY:
       ReleaseBrush(greyBrush);
       return FALSE;

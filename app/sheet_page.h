@@ -14,6 +14,23 @@ inline INT_PTR AcceptNotification(HWND page) {
   return TRUE;
 }
 
+// A page's WM_NOTIFY: OK (PSN_APPLY) stores the page, then OK and Cancel
+// (PSN_RESET) both release what the page holds; the sheet hears no objection.
+template <typename Store, typename Release>
+INT_PTR AnswerSheetNotification(HWND page, LPARAM lParam, Store store, Release release) {
+  switch (NotificationCode(lParam)) {
+    case PSN_APPLY:
+      store();
+      release();
+      return AcceptNotification(page);
+    case PSN_RESET:
+      release();
+      return AcceptNotification(page);
+    default:
+      return FALSE;
+  }
+}
+
 inline bool IsChecked(HWND page, int id) { return IsDlgButtonChecked(page, id) == BST_CHECKED; }
 
 inline void SetChecked(HWND page, int id, bool checked) {
