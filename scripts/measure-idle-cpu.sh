@@ -11,8 +11,8 @@
 # It prints percent of one core for the Orvalen.exe process, for the prefix's
 # wineserver and for the prefix's other Wine processes (desktop, services).
 #
-# The stand-in dial-up service reads its state file at every call, and the
-# program makes about 90 calls a second off-line (each poll is two calls): with
+# The program makes about 90 dial-up service calls a second off-line (each poll
+# is two calls), and the stand-in answers each from its state file: with
 # --builtin-ras the program gets Wine's own rasapi32 instead (always off-line) and
 # only the off-line figure is measured, to tell the program's own cost from the
 # stand-in's.

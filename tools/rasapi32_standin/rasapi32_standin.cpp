@@ -5,10 +5,12 @@
 //   name=Home ISP
 //   handle=7
 //
-// state is one of none, dialing, connected, disconnected, vanished. The file is
-// read afresh on every call so a test can change the session while the program
-// polls; a missing, unreadable or malformed file simply means "no connection".
-// scripts/dialup writes it (atomically, so a poll never sees half a file).
+// state is one of none, dialing, connected, disconnected, vanished. A test can
+// change the session while the program polls: the file is read again whenever its
+// time stamp or size changed, and at least every quarter second in case a change
+// kept both (so the program's idle cost is not mostly ours). A missing,
+// unreadable or malformed file simply means "no connection". scripts/dialup writes
+// it (atomically, so a poll never sees half a file).
 #include <windows.h>
 
 #include <cstdint>
@@ -118,6 +120,37 @@ Session ReadSession() {
   return session;
 }
 
+constexpr DWORD kLongestReuseMs = 250;
+
+struct CachedSession {
+  bool valid = false;
+  FILETIME written = {};
+  DWORD sizeLow = 0;
+  DWORD readAt = 0;
+  Session session;
+};
+
+// The session the file describes, read again only when the file may have changed.
+Session CurrentSession() {
+  static CachedSession cache;
+  WIN32_FILE_ATTRIBUTE_DATA attributes;
+  if (!GetFileAttributesExA(kStateFile, GetFileExInfoStandard, &attributes)) {
+    cache.valid = false;
+    return Session();
+  }
+  const DWORD now = GetTickCount();
+  if (cache.valid && CompareFileTime(&cache.written, &attributes.ftLastWriteTime) == 0 &&
+      cache.sizeLow == attributes.nFileSizeLow && now - cache.readAt < kLongestReuseMs) {
+    return cache.session;
+  }
+  cache.session = ReadSession();
+  cache.written = attributes.ftLastWriteTime;
+  cache.sizeLow = attributes.nFileSizeLow;
+  cache.readAt = now;
+  cache.valid = true;
+  return cache.session;
+}
+
 bool IsListed(const Session& session) {
   return session.phase == Phase::kDialing || session.phase == Phase::kConnected ||
          session.phase == Phase::kDisconnected;
@@ -152,7 +185,7 @@ extern "C" DWORD WINAPI RasEnumConnectionsA(ras::Connection95* connections, DWOR
     return ras::kErrorInvalidSize;
   }
 
-  const Session session = ReadSession();
+  const Session session = CurrentSession();
   const DWORD count = IsListed(session) ? 1 : 0;
   const DWORD needed = count * static_cast<DWORD>(sizeof(ras::Connection95));
   if (*bufferSize < needed) {
@@ -179,7 +212,7 @@ extern "C" DWORD WINAPI RasGetConnectStatusA(ras::ConnectionHandle connection,
   if (status == nullptr) return kErrorInvalidParameter;
   if (status->dwSize != sizeof(ras::ConnectionStatus95)) return ras::kErrorInvalidSize;
 
-  const Session session = ReadSession();
+  const Session session = CurrentSession();
   // A handle from an earlier session, or one that is gone, is simply invalid.
   if (!IsListed(session) || reinterpret_cast<uintptr_t>(connection) != session.handle) {
     return ras::kErrorInvalidHandle;
