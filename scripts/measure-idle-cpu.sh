@@ -45,13 +45,13 @@ if [[ ! -f $build/CMakeCache.txt ]]; then
   cmake -S "$root" -B "$build" -DCMAKE_TOOLCHAIN_FILE="$root/cmake/toolchain-x86_64-mingw.cmake" \
     -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 fi
-cmake --build "$build" -j2 --target Orvalen rasapi32_standin orvalen_driver orvalen_make_log >/dev/null
+cmake --build "$build" -j2 --target Orvalen rasapi32_standin orvalen_driver test_log_maker >/dev/null
 
 exe=$build/app/Orvalen.exe
 standin=$build/tools/rasapi32_standin/rasapi32.dll
 driver=$build/tools/win_driver/orvalen_driver.exe
-make_log=$build/tools/make_log/orvalen_make_log.exe
-for file in "$exe" "$standin" "$driver" "$make_log"; do
+log_maker=$build/tools/test_log_maker/test_log_maker.exe
+for file in "$exe" "$standin" "$driver" "$log_maker"; do
   [[ -f $file ]] || { echo "missing: $file" >&2; exit 1; }
 done
 
@@ -78,11 +78,18 @@ mkdir -p "$install_dir"
 cp -f "$exe" "$install_dir/Orvalen.exe"
 for file in ReadMe.txt OrvalenManual.doc Alarm.wav; do cp -f "$(dirname "$exe")/$file" "$install_dir/"; done
 (( builtin_ras )) || orv_wine_install_standin "$standin" "$install_dir"
-cp -f "$make_log" "$prefix/drive_c/orvalen_make_log.exe"
-# shellcheck disable=SC2086  # $show_dialog is one option or none
-orv_wine_run -t 120 "$prefix" 'C:\orvalen_make_log.exe' --records "$records" \
-  --names "Home ISP,Work Dial-Up,Holiday Card,Evening Line" \
-  --log 'C:\Program Files\Orvalen\Orvabook_.ovb' --config 'C:\windows\Orvaconfig.bic' $show_dialog
+cp -f "$log_maker" "$prefix/drive_c/test_log_maker.exe"
+# Four connections, four sessions a day going back from today, every connection
+# with a configured account (a card, a limited and an unlimited one).
+{
+  printf 'spread\t%s\tHome ISP,Work Dial-Up,Holiday Card,Evening Line\ttoday\t4\t1800\n' "$records"
+  printf 'account\tHome ISP\t1\t100\n'
+  printf 'account\tWork Dial-Up\t2\t20\t19.5\t0.02\t17.5\n'
+  printf 'account\tHoliday Card\t3\n'
+  printf 'account\tEvening Line\t1\t100\n'
+  printf 'setting\tshowMainWindowAtStart\t%s\n' "$(( ${#show_dialog} > 0 ))"
+} >"$prefix/drive_c/idle-log.txt"
+orv_wine_run -t 120 "$prefix" 'C:\test_log_maker.exe' 'C:\idle-log.txt'
 "$root/scripts/dialup" --prefix "$prefix" none >/dev/null
 
 drv() { orv_wine_run -t 60 "$prefix" "$driver" "$@"; }

@@ -325,13 +325,10 @@ app_open_view_log() {
 }
 
 app_enabled_states() {  # TITLE ID...
-  local controls id out=""
-  controls=$(drv children --title "$1") || return 1
+  local title=$1 states
   shift
-  for id in "$@"; do
-    out+="$id=$(grep -m 1 " id=$id class=" <<<"$controls" | sed -n 's/.* enabled=\([01]\) .*/\1/p') "
-  done
-  echo "${out% }"
+  states=$(drv states --title "$title" --ids "$(IFS=,; echo "$*")") || return 1
+  sed -n 's/^\([0-9-]*\) .*enabled=\([01]\).*/\1=\2/p' <<<"$states" | tr '\n' ' ' | sed 's/ $//'
 }
 
 _app_cleanup() {
