@@ -61,6 +61,11 @@ void OnCreate(HWND window) {
   startupHooks.showAlert = [](void* owner, const char* text, const char* caption) {
     MessageBoxA(static_cast<HWND>(owner), text, caption, MB_OK | MB_ICONEXCLAMATION);
   };
+  // Set here, not among the platform hooks, so unit tests never open this box.
+  startupHooks.showFileProblem = [](const char* text, const char* caption) {
+    MessageBeep(MB_ICONEXCLAMATION);
+    MessageBoxA(nullptr, text, caption, MB_OK | MB_ICONEXCLAMATION);
+  };
   InitialiseStorage(window);
   RecoverInterruptedSession();
   CheckUnconfiguredConnections();

@@ -1,5 +1,7 @@
 #include "monitor/session.h"
 
+#include <algorithm>
+#include <cstdio>
 #include <cstring>
 
 #include "monitor/alarm_state.h"
@@ -11,6 +13,7 @@
 #include "storage/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
+#include "storage/startup.h"
 
 uint32_t SessionOpen = 0;
 uint32_t SessionClosed = 1;
@@ -26,6 +29,8 @@ namespace {
 // The tick counter in seconds restarts from 0 after 2^32 ms (about 49.7 days of
 // uptime); a session open across that moment still gets its true length.
 constexpr uint32_t kTickWrapSeconds = 0xFFFFFFFFu / 1000u;
+
+bool lastLogSaved = false;  // the result of the last session's log save
 
 void CallHook(void (*hook)()) {
   if (hook) hook();
@@ -43,25 +48,45 @@ void StoreDurationAndLogOn(uint32_t slot, int32_t duration, uint32_t hour, uint3
   SetPreviousSessionLogOn(hour, minute, second);
 }
 
-void StoreNameAndSave(uint32_t slot, const char* name) {
+// False when the log could not be saved: the session then stays in memory, and
+// the configuration keeps it as an open session's checkpoint, so a kill before a
+// later save succeeds still finds it at the next start.
+bool StoreNameAndSave(uint32_t slot, const char* name) {
   SetRecordName(slot, name);
   SetPreviousSessionName(name);
   LastSessionChanged = 1;
   settings.previousSessionValid = 1;
   SessionConnectionName[0] = '\0';
-  SaveLog(LogFilePath().c_str());
+  const bool logged = lastLogSaved = SaveLog(LogFilePath().c_str());
+  if (!logged) settings.sessionOpenMarker = kSessionOpen;
   SaveSettings();
   LastSessionChanged = 1;
+  return logged;
+}
+
+// Days since 1 March of year 0 (any fixed origin does), for whole-day differences.
+int64_t DayNumber(int64_t year, int64_t month, int64_t day) {
+  if (month <= 2) --year;
+  const int64_t shifted = (month + 9) % 12;  // March = 0
+  return 365 * year + year / 4 - year / 100 + year / 400 + (153 * shifted + 2) / 5 + day - 1;
+}
+
+int64_t CheckpointDay() {
+  return DayNumber(settings.checkpointYear, settings.checkpointMonth, settings.checkpointDay);
 }
 
 // Whether the log already holds the checkpointed session: the same connection,
-// begun on the same day at the same second.
+// begun at the same second. A session recorded at its end carries the date it
+// ended on, so its date may be any day from the checkpoint's (its start) to the
+// last one its length reaches, plus the one its last minutes may have crossed.
 bool IsCheckpointRecorded(const char* name) {
+  const int64_t first = CheckpointDay();
+  const int64_t last = first + settings.checkpointElapsed / 86400 + 1;
   for (uint32_t i = 0; i < sessionLog.records.size(); ++i) {
     const SessionRecord& record = sessionLog.records[i];
     if (record.status != InUse) continue;
-    if (record.day != settings.checkpointDay || record.month != settings.checkpointMonth ||
-        record.year != settings.checkpointYear || record.logOnHour != settings.checkpointLogOn.hour ||
+    const int64_t day = DayNumber(record.year, record.month, record.day);
+    if (day < first || day > last || record.logOnHour != settings.checkpointLogOn.hour ||
         record.logOnMinute != settings.checkpointLogOn.minute ||
         record.logOnSecond != settings.checkpointLogOn.second) {
       continue;
@@ -69,6 +94,38 @@ bool IsCheckpointRecorded(const char* name) {
     if (std::strncmp(RecordName(i), name, kCheckpointNameSize) == 0) return true;
   }
   return false;
+}
+
+void TellDamagedCheckpoint(const char* name) {
+  if (!startupHooks.showFileProblem) return;
+  char text[kCheckpointNameSize + sizeof kDamagedCheckpointFormat];
+  std::snprintf(text, sizeof text, kDamagedCheckpointFormat, name);
+  startupHooks.showFileProblem(text, kFileProblemCaption);
+}
+
+bool IsTimeOfDay(const TimeOfDay& time) { return time.hour < 24 && time.minute < 60 && time.second < 60; }
+
+// A checkpoint from a damaged file: without a name, a real date and real times
+// there is nothing to record.
+bool IsCheckpointWhole(const char* name) {
+  return name[0] != '\0' && settings.checkpointMonth >= 1 && settings.checkpointMonth <= 12 &&
+         settings.checkpointDay >= 1 && settings.checkpointDay <= 31 && settings.checkpointYear >= 1980 &&
+         settings.checkpointYear <= 9999 && settings.checkpointDayOfWeek <= 6 &&
+         IsTimeOfDay(settings.checkpointLogOn) && IsTimeOfDay(settings.checkpointTime);
+}
+
+int64_t SecondsOfDay(const TimeOfDay& time) { return time.hour * 3600 + time.minute * 60 + time.second; }
+
+// The checkpoint's length, unless it cannot be true: negative, or longer than the
+// time since the session began (with a day to spare for a clock set back or
+// forward, daylight saving included). Then -1.
+int32_t PlausibleElapsed() {
+  const uint32_t elapsed = settings.checkpointElapsed;
+  if (elapsed > 0x7FFFFFFFu) return -1;
+  const LocalTime now = ReadLocalTime();
+  const int64_t since = (DayNumber(now.year, now.month, now.day) - CheckpointDay()) * 86400 +
+                        now.hour * 3600 + now.minute * 60 + now.second - SecondsOfDay(settings.checkpointLogOn);
+  return elapsed <= std::max<int64_t>(since, 0) + 86400 ? static_cast<int32_t>(elapsed) : -1;
 }
 
 }  // namespace
@@ -131,7 +188,12 @@ bool EndSession() {
   SetRecordLogOff(slot, LogOffHour, LogOffMinute, LogOffSecond);
   SetPreviousSessionLogOff(now.hour, now.minute, now.second);
 
-  StoreNameAndSave(slot, SessionConnectionName);
+  if (!StoreNameAndSave(slot, SessionConnectionName)) {
+    // The log did not save: the checkpoint takes the whole session, which a start
+    // after a kill then records.
+    SetCheckpointTime(RecordName(slot), LogOffHour, LogOffMinute, LogOffSecond, static_cast<uint32_t>(elapsed));
+    SaveSettings();
+  }
   CallHook(sessionHooks.checkUnconfiguredConnections);
   return true;
 }
@@ -160,15 +222,25 @@ void RecoverInterruptedSession() {
   // The stored name may be unterminated in a damaged file: copy the field alone.
   char name[kCheckpointNameSize + 1] = {};
   std::memcpy(name, settings.checkpointName, kCheckpointNameSize);
+  bool done = true;  // nothing (more) to record
   // A program stopped between saving the log and saving the cleared marker left
   // the session already recorded; recording it again would count it twice.
-  const bool recorded = IsCheckpointRecorded(name) || RecordInterruptedSession(
-      name, settings.checkpointLogOn.hour, settings.checkpointLogOn.minute,
-      settings.checkpointLogOn.second, settings.checkpointTime.hour, settings.checkpointTime.minute,
-      settings.checkpointTime.second, static_cast<int32_t>(settings.checkpointElapsed),
-      settings.checkpointDayOfWeek, settings.checkpointMonth, settings.checkpointDay,
-      settings.checkpointYear);
-  if (recorded) {
+  if (IsCheckpointWhole(name) && !IsCheckpointRecorded(name)) {
+    int32_t elapsed = PlausibleElapsed();
+    if (elapsed < 0) {
+      // A damaged length: the checkpoint's own times tell how long the session ran.
+      const int64_t span = SecondsOfDay(settings.checkpointTime) - SecondsOfDay(settings.checkpointLogOn);
+      elapsed = static_cast<int32_t>((span + 86400) % 86400);
+      TellDamagedCheckpoint(name);
+    }
+    done = RecordInterruptedSession(name, settings.checkpointLogOn.hour, settings.checkpointLogOn.minute,
+                                    settings.checkpointLogOn.second, settings.checkpointTime.hour,
+                                    settings.checkpointTime.minute, settings.checkpointTime.second, elapsed,
+                                    settings.checkpointDayOfWeek, settings.checkpointMonth,
+                                    settings.checkpointDay, settings.checkpointYear) &&
+           lastLogSaved;
+  }
+  if (done) {
     settings.sessionOpenMarker = kNoSessionOpen;
     SaveSettings();
   }

@@ -9,6 +9,11 @@ class DialUpProbe;
 
 constexpr uint32_t kCheckpointPeriodMs = 180000;
 
+// Told when a session recovered at start-up had a length that cannot be true.
+constexpr char kDamagedCheckpointFormat[] =
+    "The session of %s that was open when Orvalen stopped had a damaged length.\n"
+    "It is recorded with the length its log-on and log-off times give.";
+
 extern uint32_t SessionOpen;          // 1 while a session is open
 extern uint32_t SessionClosed;        // always the complement of SessionOpen
 extern uint32_t SessionStartSeconds;  // tick counter / 1000 when the session opened

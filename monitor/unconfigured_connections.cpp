@@ -6,6 +6,7 @@
 #include "storage/fixed_text.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
+#include "storage/startup.h"
 
 char ConnectionToConfigure[kConnectionToConfigureSize] = {};
 uint8_t OpenedFromNotice = 0;
@@ -46,7 +47,9 @@ bool AskToConfigure(const char* name) {
 
 bool CheckUnconfiguredConnections() {
   AddLogConnectionsToAccounts();
-  if (!CheckRunning) {
+  // While the configuration cannot be read its accounts are unknown: asking about
+  // every connection would only confuse.
+  if (!CheckRunning && !FileHeld(kConfigurationFile)) {
     CheckRunning = true;
     for (std::size_t k = 0; k < kAccountCount; ++k) {
       // Read afresh each time: the dialogs before may have changed the table.

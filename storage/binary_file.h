@@ -1,34 +1,58 @@
 // Whole-block file access shared by the log and the configuration: each call
-// opens, reads or writes from offset 0, and closes again, so no handle stays open.
+// opens, reads or writes, and closes again, so no handle stays open.
 #pragma once
 #include <cstddef>
 #include <cstdio>
+#include <string>
 
-// Opens an existing file for reading and writing, or creates it when missing.
-// Writing through it never truncates: an older, longer file keeps its tail.
-std::FILE* OpenOrCreateForUpdate(const char* path);
+// True when something of that name is on disk, file or folder, readable or not.
+bool IsOnDisk(const char* path);
 
 // True when the file exists and can be opened for reading.
 bool FileExists(const char* path);
 
-// Reads up to size bytes from the start of a file (created empty when missing).
-// False when it cannot be opened or the read fails; bytesRead tells how many came.
+// Opens the newest complete copy of a file for reading only ("rb", which shares
+// reading and writing with other programs): a read-only file, or one another
+// program holds open, still loads. nullptr when it cannot be opened.
+std::FILE* OpenForReading(const char* path);
+
+// Reads up to size bytes from the start of a file. False when it is missing,
+// cannot be opened, or the read fails; bytesRead tells how many came.
 bool ReadFileStart(const char* path, void* buffer, std::size_t size, std::size_t* bytesRead);
 
-// Writes the blocks, one after the other, from offset 0 without truncating.
-// Up to kSingleWriteLimit bytes in all reach the system as one write call, so a
-// process killed while saving leaves either the old file or the new one, never
-// the head of one on the tail of the other.
+// Replaces a file's content with the blocks, one after the other. The file is
+// never written in place: the whole new content goes to "<name>.tmp", which is
+// renamed "<name>.new" once complete and flushed; then the old file is deleted and
+// "<name>.new" takes its name (Windows 95 has no MoveFileEx to replace in one step).
+// A power cut or a kill at any point leaves the old file, or a complete "<name>.new"
+// that FinishInterruptedSave puts in place. Bytes of the old file past the new
+// content are kept, as a write in place would have left them.
 struct WriteBlock {
   const void* data;
   std::size_t size;
 };
 bool WriteFileStart(const char* path, const WriteBlock* blocks, std::size_t blockCount);
 
+// At start-up, before the file is looked at: deletes an unfinished "<name>.tmp" and
+// puts a complete "<name>.new" in the file's place. When the old file cannot be
+// deleted (another program holds it), "<name>.new" stays and OpenForReading reads it.
+void FinishInterruptedSave(const char* path);
+
+// Whether the file can be created or replaced: its "<name>.tmp" can be made.
+bool CanCreate(const char* path);
+
+// The system's text for the last failed file call ("Permission denied", ...).
+std::string LastFileError();
+// Notes the system's reason for a failure just seen, before clean-up calls change
+// it; always false.
+bool FileCallFailed();
+
 constexpr std::size_t kSingleWriteLimit = 64u * 1024u * 1024u;
 
-// Crash tests only: given a write's path and size, answers how many of its
-// leading bytes reach the file (a kill or power cut at that point); the write
-// then reports failure. Empty (the program's case): every byte is written.
-using WriteCutoff = std::size_t (*)(const char* path, std::size_t size);
+// Crash tests only: given a path, the step of its save and that step's size (the
+// content's byte count; 1 for a rename or deletion), answers how much of it
+// happens (a kill or power cut at that point); the save then reports failure.
+// Empty (the program's case): every step happens whole.
+enum class SaveStep { Content, Commit, RemoveOld, Rename };
+using WriteCutoff = std::size_t (*)(const char* path, SaveStep step, std::size_t size);
 extern WriteCutoff fileWriteCutoff;

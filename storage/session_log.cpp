@@ -8,6 +8,7 @@
 #include "storage/binary_file.h"
 #include "storage/fixed_text.h"
 #include "storage/program_paths.h"
+#include "storage/settings.h"
 #include "storage/startup.h"
 
 SessionLog sessionLog;
@@ -42,40 +43,109 @@ SessionRecord* RecordToChange(uint32_t index) {
   return &sessionLog.records[index];
 }
 
-// Room at once for the records the file can give: growing the array chunk by
-// chunk would copy a large log several times over and touch its memory twice.
-// Without a usable size (a file past 2 GB on Windows) the array grows as it is
-// read. False only when the read position could not be restored.
-bool ReserveForFile(std::FILE* file, uint32_t claimed, std::vector<SessionRecord>* records) {
-  const long start = std::ftell(file);
-  if (start < 0 || std::fseek(file, 0, SEEK_END) != 0) return true;  // not moved
-  const long end = std::ftell(file);
-  if (std::fseek(file, start, SEEK_SET) != 0) return false;
-  if (end < start) return true;
-  const std::size_t present = (static_cast<std::size_t>(end - start) + kRecordSize - 1) / kRecordSize;
-  records->reserve(std::min<std::size_t>(claimed, present + kMissingRecordsPadded));
-  return true;
+bool heldFromLegacy = false;  // the held log waits for an older release's file
+
+// The byte length of an open file, or -1 when it cannot be told (past 2 GB on
+// Windows). The read position is put back to `start`; false when it cannot be.
+bool FileLength(std::FILE* file, long start, long* length) {
+  *length = -1;
+  if (std::fseek(file, 0, SEEK_END) != 0) return true;  // not moved
+  *length = std::ftell(file);
+  return std::fseek(file, start, SEEK_SET) == 0;
 }
 
 // Reads the records that follow the header, in chunks, so memory follows the data
-// actually in the file rather than the count the header claims.
-bool ReadRecords(std::FILE* file, uint32_t claimed, std::vector<SessionRecord>* records) {
-  if (!ReserveForFile(file, claimed, records)) return false;
+// actually in the file rather than the count the header claims. Room for them is
+// taken at once: growing the array chunk by chunk would copy a large log several
+// times over.
+bool ReadRecords(std::FILE* file, uint32_t claimed, std::size_t present, std::vector<SessionRecord>* records) {
+  records->reserve(std::min<std::size_t>(claimed, present + kMissingRecordsPadded));
   while (records->size() < claimed) {
     const std::size_t wanted = std::min<std::size_t>(kRecordsPerRead, claimed - records->size());
     const std::size_t first = records->size();
     records->resize(first + wanted);  // zero-filled: a short tail reads as Blank
     const std::size_t bytes = std::fread(&(*records)[first], 1, wanted * kRecordSize, file);
-    if (std::ferror(file)) return false;
+    if (std::ferror(file)) return FileCallFailed();
     for (std::size_t i = first; i < records->size(); ++i) TerminateName(&(*records)[i]);
     if (bytes < wanted * kRecordSize) {
       // End of file: keep a partly present record, then decide about the rest.
-      const std::size_t present = first + (bytes + kRecordSize - 1) / kRecordSize;
-      const bool plausible = claimed - present <= kMissingRecordsPadded;
-      records->resize(plausible ? claimed : present);
+      const std::size_t kept = first + (bytes + kRecordSize - 1) / kRecordSize;
+      const bool plausible = claimed - kept <= kMissingRecordsPadded;
+      records->resize(plausible ? claimed : kept);
       return true;
     }
   }
+  return true;
+}
+
+// The records of a current log file, as LoadLog takes them.
+bool ReadLogFile(const char* path, std::vector<SessionRecord>* records) {
+  std::FILE* file = OpenForReading(path);
+  if (file == nullptr) return false;
+  uint32_t header[2] = {0, 0};
+  const std::size_t headerBytes = std::fread(header, 1, sizeof header, file);
+  bool read = std::ferror(file) == 0 || FileCallFailed();
+  if (read && headerBytes < sizeof header) {
+    // No complete header means no records at all: a fresh log.
+    records->assign(2, SessionRecord{});
+  } else if (read) {
+    // A count smaller than the records the file holds (a damaged header) must not
+    // hide them: every whole record present is loaded, and so kept by the next save.
+    long length = -1;
+    read = FileLength(file, static_cast<long>(sizeof header), &length);
+    const std::size_t present = length > 8 ? static_cast<std::size_t>(length - 8) / kRecordSize : 0;
+    const uint32_t inFile = static_cast<uint32_t>(std::min<std::size_t>(present, kMaxLogRecords));
+    const uint32_t claimed = std::min(std::max(header[0], inFile), LogRecordLimit);
+    try {
+      read = read && ReadRecords(file, claimed, present + 1, records);
+    } catch (const std::bad_alloc&) {
+      read = false;
+    }
+  }
+  std::fclose(file);
+  return read;
+}
+
+std::vector<SessionRecord> LegacyRecords() {
+  std::vector<SessionRecord> records;
+  for (const SessionRecord& record : LegacyLogTable) {
+    if (record.status != InUse) continue;
+    records.push_back(record);
+    TerminateName(&records.back());
+  }
+  records.resize(records.size() + 2);
+  return records;
+}
+
+// The log becomes the file's records, and the sessions recorded while it was held
+// go into its free slots, as the recorder would have put them.
+void KeepRunSessionsOver(std::vector<SessionRecord> records) {
+  std::vector<SessionRecord> run;
+  for (const SessionRecord& record : sessionLog.records) {
+    if (record.status == InUse) run.push_back(record);
+  }
+  sessionLog.records.swap(records);
+  sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
+  for (const SessionRecord& record : run) {
+    const uint32_t slot = FindFreeSlot();
+    if (slot == kNoSlot) break;
+    sessionLog.records[slot] = record;
+  }
+  NoteLogChanged();
+}
+
+// A held log's file read again; false while it still cannot be.
+bool ReadHeldLogAgain(const char* path) {
+  std::vector<SessionRecord> records;
+  if (heldFromLegacy) {
+    if (!LoadLegacyLog(LegacyLogPath().c_str())) return false;
+    records = LegacyRecords();
+    CopyFixedText(settings.formatMarker, kFormatMarker);
+  } else if (!ReadLogFile(path, &records)) {
+    return false;
+  }
+  KeepRunSessionsOver(std::move(records));
+  HoldFile(kLogFile, false);
   return true;
 }
 
@@ -86,30 +156,8 @@ uint64_t LogGeneration() { return logGeneration; }
 void NoteLogChanged() { ++logGeneration; }
 
 bool LoadLog(const char* path) {
-  std::FILE* file = OpenOrCreateForUpdate(path);
-  if (file == nullptr) return false;
-  uint32_t header[2] = {0, 0};
-  const std::size_t headerBytes = std::fread(header, 1, sizeof header, file);
-  if (std::ferror(file)) {
-    std::fclose(file);
-    return false;
-  }
-  if (headerBytes < sizeof header) {
-    // No complete header means no records at all: start a fresh log.
-    std::fclose(file);
-    SetFreshLog();
-    return true;
-  }
-  const uint32_t claimed = std::min(header[0], LogRecordLimit);
   std::vector<SessionRecord> records;
-  bool read = false;
-  try {
-    read = ReadRecords(file, claimed, &records);
-  } catch (const std::bad_alloc&) {
-    read = false;
-  }
-  std::fclose(file);
-  if (!read) return false;
+  if (!ReadLogFile(path, &records)) return false;
   sessionLog.records.swap(records);
   sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
   NoteLogChanged();
@@ -117,12 +165,19 @@ bool LoadLog(const char* path) {
 }
 
 bool SaveLog(const char* path) {
-  if (SavesRefused()) return false;
+  // A log that could not be read is never saved over: it is read first.
+  if (FileHeld(kLogFile) && !ReadHeldLogAgain(path)) return false;
   sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
   const uint32_t header[2] = {sessionLog.count, static_cast<uint32_t>(sessionLog.count * kRecordSize)};
   const WriteBlock blocks[] = {{header, sizeof header},
                                {sessionLog.records.data(), sessionLog.records.size() * kRecordSize}};
-  return WriteFileStart(path, blocks, 2);
+  return NoteSaveResult(kLogFile, path, WriteFileStart(path, blocks, 2));
+}
+
+void KeepSessionsUntilLogRead(const char* path, bool legacy) {
+  ReportUnreadable(kLogFile, path);
+  heldFromLegacy = legacy;
+  SetFreshLog();
 }
 
 bool CreateEmptyLog(const char* path) {
@@ -137,13 +192,7 @@ bool LoadLegacyLog(const char* path) {
 }
 
 bool ConvertLegacyLog() {
-  sessionLog.records.clear();
-  for (const SessionRecord& record : LegacyLogTable) {
-    if (record.status != InUse) continue;
-    sessionLog.records.push_back(record);
-    TerminateName(&sessionLog.records.back());
-  }
-  sessionLog.records.resize(sessionLog.records.size() + 2);
+  sessionLog.records = LegacyRecords();
   sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
   NoteLogChanged();
   SaveLog(LogFilePath().c_str());

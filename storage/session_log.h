@@ -39,8 +39,15 @@ extern uint32_t LogRecordLimit;
 uint64_t LogGeneration();
 void NoteLogChanged();
 
+// Reads the file only. Every whole record the file holds is loaded, also past a
+// header count that says fewer.
 bool LoadLog(const char* path);
+// Refused (false, nothing written) while the log is held; see FileHeld.
 bool SaveLog(const char* path);
+// After the log's file (path; an older release's when legacy) could not be read:
+// tells the user, holds the log and starts a fresh one in memory for the sessions
+// of this run. The first save that can read the file keeps both.
+void KeepSessionsUntilLogRead(const char* path, bool legacy);
 bool CreateEmptyLog(const char* path);
 bool LoadLegacyLog(const char* path);
 bool ConvertLegacyLog();

@@ -43,18 +43,18 @@ bool LoadSettings(const char* path) {
 }
 
 bool SaveSettingsTo(const char* path) {
-  // After a configuration file could not be read, writing would replace it with zeros.
-  if (SavesRefused()) return false;
+  // A configuration file that could not be read is never replaced by the defaults.
+  if (FileHeld(kConfigurationFile)) return false;
   const WriteBlock block = {&settings, sizeof settings};
-  return WriteFileStart(path, &block, 1);
+  return NoteSaveResult(kConfigurationFile, path, WriteFileStart(path, &block, 1));
 }
 
 bool SaveSettings() { return SaveSettingsTo(SettingsPath()); }
 
 bool CreateSettings(const char* path) {
-  std::FILE* file = OpenOrCreateForUpdate(path);
-  if (file == nullptr) return false;
-  std::fclose(file);
+  // The file itself appears only once written whole, so a first run stopped before
+  // that is a first run again at the next start.
+  if (!CanCreate(path)) return false;
   ApplyDefaultSettings();
   if (installHooks.markFirstRun) installHooks.markFirstRun();
   if (installHooks.installProgram) installHooks.installProgram();

@@ -1,5 +1,6 @@
 #include "storage/startup.h"
 
+#include <cstdio>
 #include <cstring>
 
 #include "storage/binary_file.h"
@@ -8,28 +9,12 @@
 #include "storage/session_log.h"
 #include "storage/settings.h"
 
-#ifdef _WIN32
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
-
 StartupHooks startupHooks = PlatformStartupHooks();
 
 namespace {
 
-bool savesRefused = false;
-
-// A configuration that is there but cannot be opened (locked by another process,
-// or a folder of that name) is not a first run: it must be neither replaced by
-// defaults nor overwritten later.
-bool IsOnDisk(const char* path) {
-#ifdef _WIN32
-  return FileExists(path) || _access(path, 0) == 0;
-#else
-  return FileExists(path) || access(path, F_OK) == 0;
-#endif
-}
+bool held[2] = {false, false};
+bool failing[2] = {false, false};  // told already; quiet until a save succeeds
 
 char LowerAscii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
 
@@ -39,6 +24,15 @@ bool SameIgnoringCase(const std::string& a, const std::string& b) {
     if (LowerAscii(a[i]) != LowerAscii(b[i])) return false;
   }
   return true;
+}
+
+void TellOnce(StoredFile file, const char* format, const char* path) {
+  if (failing[file]) return;
+  failing[file] = true;  // before the box: saves in its message loop stay quiet
+  if (!startupHooks.showFileProblem) return;
+  char text[768];
+  std::snprintf(text, sizeof text, format, path, LastFileError().c_str());
+  startupHooks.showFileProblem(text, kFileProblemCaption);
 }
 
 void ShowLogMissing(void* owner) {
@@ -69,29 +63,68 @@ void InstallProgram() {
   CallSetAutoStart(true);
 }
 
+void LoadCurrentLog(const std::string& path) {
+  if (!LoadLog(path.c_str())) KeepSessionsUntilLogRead(path.c_str(), false);
+}
+
 void LoadFirstRunLog() {
   const std::string current = LogFilePath();
   const std::string legacy = LegacyLogPath();
-  if (FileExists(current.c_str())) {
-    LoadLog(current.c_str());
-  } else if (FileExists(legacy.c_str())) {
-    LoadLegacyLog(legacy.c_str());
-    ConvertLegacyLog();
+  if (IsOnDisk(current.c_str())) {
+    LoadCurrentLog(current);
+  } else if (IsOnDisk(legacy.c_str())) {
+    if (LoadLegacyLog(legacy.c_str())) {
+      ConvertLegacyLog();
+    } else {
+      KeepSessionsUntilLogRead(legacy.c_str(), true);
+    }
   } else {
     CreateEmptyLog(current.c_str());
   }
 }
 
+// A configuration file of no bytes is what an older release's first run left when
+// it was stopped before writing it: the first run is done again.
+bool IsEmptyFile(const char* path) {
+  char first = 0;
+  std::size_t bytesRead = 0;
+  return ReadFileStart(path, &first, 1, &bytesRead) && bytesRead == 0;
+}
+
+// A current configuration that never recorded a session, beside no log: the first
+// run was stopped between writing the configuration and creating the log.
+bool FirstRunUnfinished() {
+  return settings.previousSessionValid == 0 && settings.sessionOpenMarker != kSessionOpen;
+}
+
 }  // namespace
 
-void RefuseSaves(bool refuse) { savesRefused = refuse; }
-bool SavesRefused() { return savesRefused; }
+void HoldFile(StoredFile file, bool hold) { held[file] = hold; }
+bool FileHeld(StoredFile file) { return held[file]; }
+
+void ReportUnreadable(StoredFile file, const char* path) {
+  HoldFile(file, true);
+  TellOnce(file, kFileUnreadableFormat, path);
+}
+
+bool NoteSaveResult(StoredFile file, const char* path, bool saved) {
+  if (saved) {
+    failing[file] = false;
+  } else {
+    TellOnce(file, kFileNotSavedFormat, path);
+  }
+  return saved;
+}
 
 bool InitialiseStorage(void* owner) {
-  RefuseSaves(false);
+  for (int file = 0; file < 2; ++file) held[file] = failing[file] = false;
   const std::string path = SettingsPath();
+  const std::string log = LogFilePath();
+  // A save cut short by a kill or a power cut is settled before anything is read.
+  FinishInterruptedSave(path.c_str());
+  FinishInterruptedSave(log.c_str());
 
-  if (!IsOnDisk(path.c_str())) {
+  if (!IsOnDisk(path.c_str()) || IsEmptyFile(path.c_str())) {
     if (startupHooks.showWelcome) startupHooks.showWelcome(owner);
     if (!installHooks.installProgram) installHooks.installProgram = InstallProgram;
     CreateSettings(path.c_str());
@@ -104,37 +137,47 @@ bool InitialiseStorage(void* owner) {
   }
 
   if (!LoadSettings(path.c_str())) {
-    // A half-read block is worse than none: the rest of the program sees zeros,
-    // and the file on disk stays as it is.
+    // Locked, or a folder of that name: the run goes on with the defaults, and
+    // the file stays as it is. Sessions still reach the log.
+    ReportUnreadable(kConfigurationFile, path.c_str());
     std::memset(&settings, 0, sizeof settings);
-    RefuseSaves(true);
+    ApplyDefaultSettings();
+    if (IsOnDisk(log.c_str())) {
+      LoadCurrentLog(log);
+    } else {
+      // Whether a log is missing or an older one waits for conversion, only the
+      // configuration can tell: nothing is written until it has been read.
+      KeepSessionsUntilLogRead(log.c_str(), false);
+    }
     return false;
   }
 
-  const std::string log = LogFilePath();
   bool reinstallCheck = true;
   // A current log on disk is always loaded, also beside a configuration that looks
   // like an older release's: a damaged marker must not cost the recorded sessions.
-  if (HasCurrentFormatMarker() || FileExists(log.c_str())) {
+  if (HasCurrentFormatMarker() || IsOnDisk(log.c_str())) {
     if (!HasCurrentFormatMarker()) CopyFixedText(settings.formatMarker, kFormatMarker);
-    if (!FileExists(log.c_str())) {
-      ShowLogMissing(owner);
+    if (!IsOnDisk(log.c_str())) {
+      if (!FirstRunUnfinished()) ShowLogMissing(owner);
       CreateEmptyLog(log.c_str());
+    } else {
+      LoadCurrentLog(log);
     }
-    LoadLog(log.c_str());
   } else {
     // Written by an older release: its log, if any, is converted; every other
     // field is taken as it is.
     const std::string legacy = LegacyLogPath();
-    if (!FileExists(legacy.c_str())) {
+    if (!IsOnDisk(legacy.c_str())) {
       ShowLogMissing(owner);
       CreateEmptyLog(log.c_str());
       CopyFixedText(settings.formatMarker, kFormatMarker);
       reinstallCheck = false;
-    } else {
-      LoadLegacyLog(legacy.c_str());
+    } else if (LoadLegacyLog(legacy.c_str())) {
       CopyFixedText(settings.formatMarker, kFormatMarker);
       ConvertLegacyLog();
+    } else {
+      // The marker stays an older release's until the conversion is done.
+      KeepSessionsUntilLogRead(legacy.c_str(), true);
     }
   }
 

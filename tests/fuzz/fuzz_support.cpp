@@ -67,7 +67,8 @@ void FreshProgramState() {
   reportHooks = ReportHooks{};
   PendingReport.clear();
   FinishedReport.clear();
-  RefuseSaves(false);
+  HoldFile(kConfigurationFile, false);
+  HoldFile(kLogFile, false);
   fileWriteCutoff = nullptr;
 }
 

@@ -1,8 +1,10 @@
-// The program killed at every file write of a day's use: sessions ended, sessions
-// checkpointed, a session cut short and recovered at the next start. Each run
-// lets the first k writes reach the disk and drops the rest, as a kill -9 at that
-// moment would; then the program starts again from what is on disk, and the log
-// must hold every session once, the one cut short from its last checkpoint.
+// The program killed at every step of every save of a day's use: sessions ended,
+// sessions checkpointed, one across midnight, a session cut short and recovered
+// at the next start. Each run lets the first k steps (a content write, or one of
+// the renames and the deletion that put it in place) reach the disk and drops the
+// rest, as a kill -9 at that moment would, or tears step k after some bytes, as a
+// power cut would; then the program starts again from what is on disk, and the
+// log must hold every session once, the one cut short from its last checkpoint.
 #include <cstring>
 #include <map>
 #include <string>
@@ -24,6 +26,7 @@ using State = ScriptedRas::State;
 
 // What one write carried, noted from the program's memory as the write happens.
 struct WriteNote {
+  SaveStep step;
   bool settingsFile;
   uint8_t marker;              // settings writes only
   std::string checkpointName;  // the open session's, with marker 218
@@ -41,7 +44,10 @@ struct Cut {
 };
 Cut cut;
 
-std::size_t CutWrite(const char* path, std::size_t size) {
+// A torn write that stops one byte short of its end.
+constexpr std::size_t kAllButOne = SIZE_MAX;
+
+std::size_t CutWrite(const char* path, SaveStep step, std::size_t size) {
   const std::size_t index = cut.seen++;
   if (cut.notes != nullptr) {
     // Not SettingsPath(): it rebuilds the text that path may point into.
@@ -49,17 +55,19 @@ std::size_t CutWrite(const char* path, std::size_t size) {
     const auto text = [](const char* field, std::size_t width) {
       return std::string(field, FixedTextLength(field, width));
     };
-    cut.notes->push_back({settingsFile, settings.sessionOpenMarker,
+    cut.notes->push_back({step, settingsFile, settings.sessionOpenMarker,
                           text(settings.checkpointName, kCheckpointNameSize), settings.checkpointElapsed,
                           text(settings.previousSession.connectionName, kPreviousNameSize)});
   }
   if (index < cut.intact) return size;
-  return index == cut.intact ? cut.torn : 0;
+  if (index > cut.intact) return 0;
+  return cut.torn == kAllButOne ? size - 1 : cut.torn;
 }
 
-const char* const kSessions[] = {"ISP A", "ISP B", "ISP C", "ISP D"};
+const char* const kSessions[] = {"ISP A", "ISP B", "ISP C", "ISP D", "ISP E"};
 
 // Where each session's writes fall in the list of writes of an uncut day.
+// A save counts from its commit step on: from then a start finds the new content.
 struct SessionWrites {
   std::vector<std::pair<std::size_t, uint32_t>> openSaves;  // (index, checkpoint elapsed)
   std::size_t logSave = SIZE_MAX;       // the log with its record
@@ -98,6 +106,9 @@ class CrashRecovery : public ProgramStateTest {
     ras_ = ScriptedRas{};
     probe_ = DialUpProbe{};
     clock_ = FakeClock{};
+    for (const std::string& file : {std::string(SettingsPath()), LogFilePath()}) {
+      for (const char* suffix : {"", ".tmp", ".new"}) std::remove((file + suffix).c_str());
+    }
     ASSERT_TRUE(CreateSettings(SettingsPath()));
     ASSERT_TRUE(CreateEmptyLog(LogFilePath().c_str()));
   }
@@ -125,7 +136,7 @@ class CrashRecovery : public ProgramStateTest {
   }
 
   // Two sessions, a third cut short by a kill while on-line, the start that
-  // recovers it, and one more session.
+  // recovers it, one more session, and one across midnight.
   void PlayDay() {
     Online("ISP A", 400);
     ras_.state = State::Disconnected;
@@ -138,6 +149,10 @@ class CrashRecovery : public ProgramStateTest {
     clock_.Advance(600);
     Start();
     Online("ISP D", 100);
+    ras_.state = State::Disconnected;
+    Tick();
+    clock_.Advance(24 * 3600 - (clock_.now.hour * 3600 + clock_.now.minute * 60 + clock_.now.second) - 120);
+    Online("ISP E", 400);
     ras_.state = State::Disconnected;
     Tick();
   }
@@ -155,6 +170,7 @@ class CrashRecovery : public ProgramStateTest {
     std::map<std::string, SessionWrites> day;
     for (std::size_t i = 0; i < notes.size(); ++i) {
       const WriteNote& note = notes[i];
+      if (note.step != SaveStep::Commit) continue;
       if (note.settingsFile && note.marker == kSessionOpen) {
         day[note.checkpointName].openSaves.push_back({i, note.elapsed});
       } else if (!note.settingsFile) {
@@ -162,16 +178,17 @@ class CrashRecovery : public ProgramStateTest {
         session.logSave = i;
         // A recovery saves the settings once with the marker still 218, then again.
         for (std::size_t j = i + 1; j < notes.size() && session.markerCleared == SIZE_MAX; ++j) {
-          if (notes[j].settingsFile && notes[j].marker == kNoSessionOpen) session.markerCleared = j;
+          if (notes[j].step == SaveStep::Commit && notes[j].settingsFile && notes[j].marker == kNoSessionOpen) {
+            session.markerCleared = j;
+          }
         }
       }
     }
+    steps_ = notes;
     for (const SessionRecord& record : sessionLog.records) {
       if (record.status == InUse) day[record.connectionName].recordedDuration = record.durationSeconds;
     }
     writeCount_ = notes.size();
-
-
     return day;
   }
 
@@ -202,29 +219,9 @@ class CrashRecovery : public ProgramStateTest {
     return count;
   }
 
-  std::size_t writeCount_ = 0;
-  DialUpProbe probe_;
-};
-
-TEST_F(CrashRecovery, UncutDayRecordsEverySessionOnce) {
-  const auto day = MapUncutDay();
-  Start();
-  for (const char* name : kSessions) EXPECT_EQ(RecordsOf(name).size(), 1u) << name;
-  EXPECT_EQ(InUseCount(), 4);
-  EXPECT_EQ(RecordsOf("ISP A").at(0)->durationSeconds, 400);
-  EXPECT_EQ(RecordsOf("ISP C").at(0)->durationSeconds, 360) << "from its second checkpoint";
-  EXPECT_EQ(day.at("ISP A").markerCleared, day.at("ISP A").logSave + 1);
-  EXPECT_EQ(day.at("ISP C").markerCleared, day.at("ISP C").logSave + 2)
-      << "a recovery saves the settings, still marked open, before clearing the marker";
-  EXPECT_EQ(writeCount_, 19u);
-}
-
-TEST_F(CrashRecovery, KilledAtEveryWriteEverySessionOnce) {
-  const auto day = MapUncutDay();
-  ASSERT_EQ(day.size(), 4u);
-  for (std::size_t k = 0; k <= writeCount_; ++k) {
-    SCOPED_TRACE("killed before write " + std::to_string(k) + " of " + std::to_string(writeCount_));
-    PlayDayCut(k, 0);
+  // After a cut, whatever the program did: every session once, the one cut short
+  // from its last checkpoint on disk, the configuration whole, nothing open.
+  void ExpectEverySessionOnce(const std::map<std::string, SessionWrites>& day, std::size_t k) {
     const std::vector<uint8_t> config = ReadBytes(SettingsPath());
     ASSERT_EQ(config.size(), sizeof(Settings));
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(config.data())), kFormatMarker) << "never zeroed";
@@ -242,10 +239,12 @@ TEST_F(CrashRecovery, KilledAtEveryWriteEverySessionOnce) {
         EXPECT_EQ(records[0]->durationSeconds, session.recordedDuration);
       } else if (session.OpenedBefore(k)) {
         ASSERT_EQ(records.size(), 1u) << "cut short: recorded once at the next start";
-        EXPECT_EQ(records[0]->durationSeconds, static_cast<int32_t>(session.CheckpointBefore(k)));
-        EXPECT_EQ(records[0]->logOffHour * 3600 + records[0]->logOffMinute * 60 + records[0]->logOffSecond -
-                      (records[0]->logOnHour * 3600 + records[0]->logOnMinute * 60 + records[0]->logOnSecond),
-                  session.CheckpointBefore(k))
+        const uint32_t checkpoint = session.CheckpointBefore(k);
+        EXPECT_EQ(records[0]->durationSeconds, static_cast<int32_t>(checkpoint));
+        EXPECT_EQ((records[0]->logOffHour * 3600 + records[0]->logOffMinute * 60 + records[0]->logOffSecond +
+                   86400 - (records[0]->logOnHour * 3600 + records[0]->logOnMinute * 60 + records[0]->logOnSecond)) %
+                      86400,
+                  checkpoint)
             << "log-off is the checkpoint's time";
       } else {
         EXPECT_TRUE(records.empty()) << "killed before its first save: nothing to record";
@@ -254,34 +253,49 @@ TEST_F(CrashRecovery, KilledAtEveryWriteEverySessionOnce) {
     }
     EXPECT_EQ(InUseCount(), expectedTotal) << "no other records";
 
-    // Yet another start records nothing more.
+    // Yet another start records nothing more, and no sibling file is left.
     const std::vector<uint8_t> log = ReadBytes(LogFilePath());
     Start();
     EXPECT_EQ(ReadBytes(LogFilePath()), log);
+    for (const std::string& file : {std::string(SettingsPath()), LogFilePath()}) {
+      EXPECT_FALSE(Exists(file + ".tmp") || Exists(file + ".new")) << file;
+    }
   }
+
+  std::vector<WriteNote> steps_;
+  std::size_t writeCount_ = 0;
+  DialUpProbe probe_;
+};
+
+TEST_F(CrashRecovery, UncutDayRecordsEverySessionOnce) {
+  const auto day = MapUncutDay();
+  Start();
+  for (const char* name : kSessions) EXPECT_EQ(RecordsOf(name).size(), 1u) << name;
+  EXPECT_EQ(InUseCount(), 5);
+  EXPECT_EQ(RecordsOf("ISP A").at(0)->durationSeconds, 400);
+  EXPECT_EQ(RecordsOf("ISP C").at(0)->durationSeconds, 360) << "from its second checkpoint";
+  EXPECT_EQ(RecordsOf("ISP E").at(0)->day, 8u) << "dated by its end, the day after its checkpoint's";
+  EXPECT_EQ(day.at("ISP A").markerCleared, day.at("ISP A").logSave + 4) << "the next save, four steps on";
+  EXPECT_EQ(day.at("ISP C").markerCleared, day.at("ISP C").logSave + 8)
+      << "a recovery saves the settings, still marked open, before clearing the marker";
+  EXPECT_EQ(writeCount_, 4u * 24u) << "24 saves of four steps each";
 }
 
-TEST_F(CrashRecovery, TornWritesNeverLoseARecordedSessionNorZeroTheSettings) {
-  // A power cut can leave part of a write. The program's own kills cannot (each
-  // save is one write), but whatever part lands, the start must still work and
-  // keep every session that was recorded before.
+TEST_F(CrashRecovery, KilledAtEveryStepOrTornAtAnyByteEverySessionOnce) {
   const auto day = MapUncutDay();
-  const std::size_t cuts[] = {1, 8, 135, 200, 4096, 6351};
-  for (std::size_t k = 0; k < writeCount_; ++k) {
+  ASSERT_EQ(day.size(), 5u);
+  // 0 is a kill before the step; the others tear a content write inside its
+  // header, at its end, past the configuration's marker, inside the first
+  // record, at the C library's buffer size, and one byte short.
+  const std::size_t cuts[] = {0, 1, 7, 8, 135, 200, 4096, kAllButOne};
+  for (std::size_t k = 0; k <= writeCount_; ++k) {
     for (const std::size_t torn : cuts) {
-      SCOPED_TRACE("write " + std::to_string(k) + " torn after " + std::to_string(torn) + " bytes");
+      if (torn != 0 && (k == writeCount_ || steps_[k].step != SaveStep::Content)) continue;
+      SCOPED_TRACE("step " + std::to_string(k) + " of " + std::to_string(writeCount_) + " cut after " +
+                   std::to_string(torn) + " bytes");
       PlayDayCut(k, torn);
-      const std::vector<uint8_t> config = ReadBytes(SettingsPath());
-      ASSERT_EQ(config.size(), sizeof(Settings));
-      EXPECT_EQ(std::string(reinterpret_cast<const char*>(config.data())), kFormatMarker);
-      EXPECT_EQ(config[134], kNoSessionOpen);
-      for (const char* name : kSessions) {
-        const SessionWrites& session = day.at(name);
-        if (session.logSave >= k) continue;
-        const auto records = RecordsOf(name);
-        ASSERT_FALSE(records.empty()) << name << " was recorded before the cut";
-        EXPECT_EQ(records[0]->durationSeconds, session.recordedDuration) << name;
-      }
+      // A torn content write never reaches the file: it counts as a kill before it.
+      ExpectEverySessionOnce(day, k);
     }
   }
 }

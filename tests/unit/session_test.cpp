@@ -238,6 +238,8 @@ TEST_F(Session, NoMarkerNothingRecovered) {
 
 TEST_F(Session, DamagedCheckpointNameIsCutInsideItsField) {
   settings.sessionOpenMarker = 218;
+  settings.checkpointMonth = settings.checkpointDay = 1;
+  settings.checkpointYear = 2002;
   std::memset(settings.checkpointName, 'C', sizeof settings.checkpointName);
   RecoverInterruptedSession();
   EXPECT_EQ(std::strlen(sessionLog.records[0].connectionName), 60u);
@@ -268,6 +270,8 @@ TEST_F(Session, RecoveryWithoutRoomKeepsTheMarkerForTheNextStart) {
   for (SessionRecord& record : sessionLog.records) record.status = InUse;
   LogRecordLimit = 2;
   settings.sessionOpenMarker = 218;
+  settings.checkpointMonth = settings.checkpointDay = 1;
+  settings.checkpointYear = 2002;
   std::strcpy(settings.checkpointName, "Home ISP");
   RecoverInterruptedSession();
   EXPECT_EQ(settings.sessionOpenMarker, 218);

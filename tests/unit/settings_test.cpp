@@ -81,10 +81,9 @@ TEST_F(SettingsFile, SavingNeverShortensALongerFile) {
   EXPECT_EQ(bytes[134], 219);
 }
 
-TEST_F(SettingsFile, LoadingAMissingFileCreatesItEmpty) {
-  ASSERT_TRUE(LoadSettings(SettingsPath()));
-  EXPECT_TRUE(Exists(SettingsPath()));
-  EXPECT_EQ(ReadBytes(SettingsPath()).size(), 0u);
+TEST_F(SettingsFile, LoadingOnlyReadsAndCreatesNothing) {
+  EXPECT_FALSE(LoadSettings(SettingsPath()));
+  EXPECT_FALSE(Exists(SettingsPath()));
 }
 
 TEST_F(SettingsFile, MarkerMatchesIgnoringLetterCaseOnly) {

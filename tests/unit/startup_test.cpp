@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "storage/binary_file.h"
 #include "storage/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
@@ -34,7 +35,6 @@ class Startup : public ProgramStateTest {
     events.clear();
     welcomeOwner = alertOwner = nullptr;
     currentDirectory = ProgramFolder();
-    RefuseSaves(false);
     startupHooks = StartupHooks{};
     startupHooks.showWelcome = [](void* owner) {
       welcomeOwner = owner;
@@ -50,42 +50,46 @@ class Startup : public ProgramStateTest {
     startupHooks.createShortcuts = [] { events.push_back("shortcuts"); };
     startupHooks.setAutoStart = [](bool on) { events.push_back(on ? "autostart on" : "autostart off"); };
     startupHooks.currentDirectory = [] { return currentDirectory; };
+    startupHooks.showFileProblem = [](const char* text, const char* caption) {
+      events.push_back(std::string("problem: ") + text + " | " + caption);
+    };
     installHooks.markFirstRun = [] { events.push_back("mark first run"); };
   }
 
   void TearDown() override {
+    fileWriteCutoff = nullptr;
     startupHooks = PlatformStartupHooks();
-    RefuseSaves(false);
     ProgramStateTest::TearDown();
   }
 
   // A configuration as a release with the given marker left it; memory is then
   // cleared again, as in a new process.
-  void WriteConfiguration(const char* marker, uint32_t runAtStartup = 1) {
+  // A configuration that has recorded a session unless told otherwise.
+  void WriteConfiguration(const char* marker, uint32_t runAtStartup = 1, uint32_t previousSessionValid = 1) {
+    const Settings inMemory = settings;
     std::memset(&settings, 0, sizeof settings);
     ApplyDefaultSettings();
     std::memset(settings.formatMarker, 0, sizeof settings.formatMarker);
     std::strcpy(settings.formatMarker, marker);
     std::strcpy(settings.currencyName, "DM");
     settings.runAtStartup = runAtStartup;
-    ASSERT_TRUE(SaveSettingsTo(SettingsPath()));
-    std::memset(&settings, 0, sizeof settings);
+    settings.previousSessionValid = previousSessionValid;
+    const auto* bytes = reinterpret_cast<const uint8_t*>(&settings);
+    WriteBytes(SettingsPath(), std::vector<uint8_t>(bytes, bytes + sizeof settings));
+    settings = inMemory;
   }
 
-  // A current log holding one InUse record per name, then a Blank one.
+  // A current log holding one InUse record per name, then a Blank one; memory
+  // is left alone.
   void WriteCurrentLog(const std::vector<std::string>& names) {
-    sessionLog = SessionLog{};
-    for (const std::string& name : names) {
-      SessionRecord record{};
-      record.status = InUse;
-      record.durationSeconds = 60;
-      std::strcpy(record.connectionName, name.c_str());
-      sessionLog.records.push_back(record);
-    }
-    sessionLog.records.push_back(SessionRecord{});
-    sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
-    ASSERT_TRUE(SaveLog(LogFilePath().c_str()));
-    sessionLog = SessionLog{};
+    std::vector<SessionRecord> records;
+    for (const std::string& name : names) records.push_back(UsedRecord(name.c_str(), 60));
+    records.push_back(SessionRecord{});
+    const uint32_t header[2] = {static_cast<uint32_t>(records.size()), static_cast<uint32_t>(records.size() * 192)};
+    std::vector<uint8_t> bytes(8 + records.size() * sizeof(SessionRecord));
+    std::memcpy(bytes.data(), header, sizeof header);
+    std::memcpy(bytes.data() + 8, records.data(), records.size() * sizeof(SessionRecord));
+    WriteBytes(LogFilePath(), bytes);
   }
 
   // A legacy table of 2000 records with the given slots InUse.
@@ -271,33 +275,77 @@ TEST_F(Startup, DamagedMarkerBesideACurrentLogKeepsTheLog) {
   EXPECT_EQ(MarkerOnDisk(), "orvalen_v015");
 }
 
-// --- Unreadable configuration ---------------------------------------------
+// --- Files that cannot be read, saves that fail ------------------------------
 
-TEST_F(Startup, UnreadableConfigurationStopsAndIsNeverOverwritten) {
+TEST_F(Startup, AnUnreadableFileIsToldOnceLeftAloneAndMergedWhenReadable) {
+  struct Row {
+    const char* marker;
+    std::string (*path)();  // the file that is a folder
+    bool currentLogOnDisk;
+    bool started;                         // InitialiseStorage's result
+    std::vector<std::string> afterSave;   // the log once the file can be read
+  };
+  const Row rows[] = {
+      {"orvalen_v015", [] { return std::string(SettingsPath()); }, true, false, {"Home ISP", "Run"}},
+      {"orvalen_v015", LogFilePath, false, true, {"Home ISP", "Run"}},
+      {"orvalen_v012", LegacyLogPath, false, true, {"Slot 0", "Run", "<blank>"}},
+  };
+  for (const Row& row : rows) {
+    const std::string path = row.path();
+    SCOPED_TRACE(path);
+    std::filesystem::remove_all(folder_);
+    std::filesystem::create_directories(folder_);
+    events.clear();
+    WriteConfiguration(row.marker);
+    if (row.currentLogOnDisk) WriteCurrentLog({"Home ISP"});
+    std::filesystem::remove(path);
+    std::filesystem::create_directory(path);
+
+    EXPECT_EQ(InitialiseStorage(&owner_), row.started);
+    const uint32_t slot = FindFreeSlot();
+    SetRecordStatus(slot, InUse);
+    SetRecordName(slot, "Run");
+    SaveLog(LogFilePath().c_str());
+    SaveSettings();
+    ASSERT_EQ(events.size(), 1u) << "told once, and no other message";
+    EXPECT_EQ(events[0].rfind("problem: Orvalen cannot read " + path + " (", 0), 0u) << events[0];
+    EXPECT_TRUE(std::filesystem::is_directory(path)) << "left as it is";
+
+    // Readable again: the next save keeps what is on disk and what was recorded.
+    std::filesystem::remove(path);
+    if (path == LogFilePath()) WriteCurrentLog({"Home ISP"});
+    if (path == LegacyLogPath()) WriteLegacyLog({0});
+    if (path == SettingsPath()) WriteConfiguration(row.marker);
+    ASSERT_TRUE(SaveLog(LogFilePath().c_str()));
+    EXPECT_EQ(LoadedNames(), row.afterSave);
+    EXPECT_EQ(std::string(settings.formatMarker), "orvalen_v015");
+    EXPECT_EQ(SaveSettings(), path != SettingsPath()) << "a configuration is read again at the next start";
+    EXPECT_TRUE(InitialiseStorage(&owner_));
+    EXPECT_EQ(LoadedNames(), row.afterSave);
+  }
+}
+
+TEST_F(Startup, AFailedSaveIsToldOnceUntilASaveSucceedsAndTheDataStay) {
+  WriteConfiguration("orvalen_v015");
   WriteCurrentLog({"Home ISP"});
-  // Something of the configuration's name that cannot be read as a file.
-  std::filesystem::create_directory(SettingsPath());
-  EXPECT_FALSE(InitialiseStorage(&owner_));
-  EXPECT_EQ(events, Events{}) << "neither a first run nor a message";
-  EXPECT_EQ(sessionLog.count, 0u) << "the log is not loaded";
-  EXPECT_TRUE(SettingsAreAllZero());
-  EXPECT_TRUE(SavesRefused());
+  ASSERT_TRUE(InitialiseStorage(&owner_));
+  fileWriteCutoff = [](const char*, SaveStep, std::size_t size) { return size - 1; };  // a full disk
   const std::vector<uint8_t> log = ReadBytes(LogFilePath());
-  EXPECT_FALSE(SaveLog(LogFilePath().c_str())) << "the empty log must not replace the recorded one";
-  EXPECT_EQ(ReadBytes(LogFilePath()), log);
-
-  // Later the file can be read again (a lock let go): the zeros must not reach it.
-  std::filesystem::remove(SettingsPath());
-  const std::vector<uint8_t> real(6352, 0x5A);
-  WriteBytes(SettingsPath(), real);
+  AppendToLog(UsedRecord("Run", 60));
+  EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
+  EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
   EXPECT_FALSE(SaveSettings());
-  EXPECT_FALSE(SaveSettingsTo(SettingsPath()));
-  EXPECT_EQ(ReadBytes(SettingsPath()), real);
-
-  // A start that can read it again lifts the refusal.
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_FALSE(SavesRefused());
-  EXPECT_TRUE(SaveSettings());
+  EXPECT_EQ(ReadBytes(LogFilePath()), log);
+  const std::string told = "problem: Orvalen could not save " + LogFilePath() + " (";
+  ASSERT_EQ(events.size(), 2u) << "once for each file";
+  EXPECT_EQ(events[0].rfind(told, 0), 0u) << events[0];
+  fileWriteCutoff = nullptr;
+  EXPECT_TRUE(SaveLog(LogFilePath().c_str()));
+  EXPECT_EQ(U32At(ReadBytes(LogFilePath()), 0), 3u) << "the next save has it all";
+  fileWriteCutoff = [](const char*, SaveStep, std::size_t size) { return size - 1; };
+  EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
+  fileWriteCutoff = nullptr;
+  EXPECT_EQ(events.size(), 3u) << "a new run of failures is told again";
 }
 
 #ifdef _WIN32

@@ -9,6 +9,7 @@
 #include "monitor/session.h"
 #include "storage/program_paths.h"
 #include "storage/session_log.h"
+#include "storage/startup.h"
 #include "storage/settings.h"
 #include "storage/usage_cache.h"
 
@@ -81,6 +82,8 @@ void ProgramStateTest::SetUp() {
   NoteLogChanged();
   ClearUsageCache();
   LogRecordLimit = kMaxLogRecords;
+  HoldFile(kConfigurationFile, false);
+  HoldFile(kLogFile, false);
   ResetSessionState();
   sessionHooks = SessionHooks{};
   installHooks = InstallHooks{};
