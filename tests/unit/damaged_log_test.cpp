@@ -2,6 +2,7 @@
 // are (a weekday or month out of range leaves its text out), names without a
 // terminator stay inside their record, and saving such a log after a session keeps
 // every record that was recorded.
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -106,6 +107,24 @@ TEST_F(DamagedLog, ASessionRecordedIntoADamagedLogKeepsEveryRecordOnDisk) {
   EXPECT_EQ(std::string(sessionLog.records[1].connectionName), std::string(kRecordNameSize - 1, 'n'));
   EXPECT_EQ(sessionLog.records[3].status, 7) << "an unknown status is kept, not reused";
   EXPECT_EQ(U32At(ReadBytes(LogFilePath()), 0), 4u) << "the header's count is repaired";
+}
+
+TEST_F(DamagedLog, AHeaderCountBelowTheRecordsInTheFileHidesNone) {
+  std::vector<SessionRecord> five;
+  for (const char* name : {"A", "B", "C", "D", "E"}) five.push_back(UsedRecord(name, 60));
+  for (const uint32_t claimed : {0u, 1u, 4u, 5u, 7u}) {
+    SCOPED_TRACE(claimed);
+    WriteLogFile(claimed, five);
+    ASSERT_TRUE(LoadLog(LogFilePath().c_str()));
+    EXPECT_EQ(sessionLog.count, std::max(claimed, 5u));
+    ASSERT_TRUE(RecordInterruptedSession("New", 10, 0, 0, 10, 3, 0, 180, 1, 1, 7, 2002));
+    sessionLog = SessionLog{};
+    ASSERT_TRUE(LoadLog(LogFilePath().c_str()));
+    EXPECT_FALSE(IsLogEmpty());
+    EXPECT_EQ(std::count_if(sessionLog.records.begin(), sessionLog.records.end(),
+                            [](const SessionRecord& record) { return record.status == InUse; }),
+              6) << "the five on disk and the new one";
+  }
 }
 
 }  // namespace

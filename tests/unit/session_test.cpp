@@ -9,6 +9,7 @@
 #include "storage/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
+#include "storage/startup.h"
 #include "test_support.h"
 
 namespace {
@@ -122,14 +123,91 @@ TEST_F(Session, ASessionAcrossMidnightIsDatedByItsEnd) {
   EXPECT_EQ(record.durationSeconds, 1200);
 }
 
-TEST_F(Session, DurationIsMeasuredOnTheTickCounterNotTheClock) {
-  ras_.Connect("Home ISP");
-  Tick();
-  clock_.tickMs += 90 * 1000;
-  clock_.now.hour = 3;  // the user moved the clock back
-  ras_.state = State::Disconnected;
-  Tick();
-  EXPECT_EQ(sessionLog.records[0].durationSeconds, 90);
+TEST_F(Session, AClockMovedDuringASessionNeverChangesItsLength) {
+  // The clock set back or forward an hour (daylight saving) or a day while on-line;
+  // the session ends, or is cut short and recovered from its checkpoint of 360 s.
+  const int jumps[][2] = {{-1, 0}, {1, 0}, {0, -1}, {0, 1}};  // hours, days
+  for (const auto& jump : jumps) {
+    for (const bool killed : {false, true}) {
+      SCOPED_TRACE(std::to_string(jump[0]) + " h " + std::to_string(jump[1]) + " d" + (killed ? ", killed" : ""));
+      sessionLog = SessionLog{};
+      ResetSessionState();
+      probe_ = DialUpProbe{};
+      clock_ = FakeClock{};
+      ASSERT_TRUE(CreateSettings(SettingsPath()));
+      ASSERT_TRUE(CreateEmptyLog(LogFilePath().c_str()));
+      ras_.Connect("Home ISP");
+      Tick();
+      RunWithCheckpoints(180);
+      clock_.now.hour += jump[0];
+      clock_.now.day += jump[1];
+      clock_.now.dayOfWeek = (clock_.now.dayOfWeek + 7 + jump[1]) % 7;
+      RunWithCheckpoints(200);
+      ras_.state = State::Disconnected;
+      if (killed) {
+        Restart();
+        RecoverInterruptedSession();
+      } else {
+        Tick();
+      }
+      ASSERT_EQ(sessionLog.records[0].status, InUse);
+      EXPECT_EQ(sessionLog.records[0].durationSeconds, killed ? 360 : 380);
+      EXPECT_EQ(MarkerOnDisk(), 219);
+    }
+  }
+}
+
+TEST_F(Session, ADamagedCheckpointIsRepairedAndToldOrNotRecorded) {
+  struct Row {
+    const char* damage;
+    void (*apply)();
+    std::size_t fileCutAt;  // 0: the file stays whole
+    int32_t recorded;       // -1: nothing recorded
+  };
+  const Row rows[] = {
+      {"elapsed -1", [] { settings.checkpointElapsed = 0xFFFFFFFFu; }, 0, 540},
+      {"elapsed most negative", [] { settings.checkpointElapsed = 0x80000000u; }, 0, 540},
+      {"elapsed 68 years", [] { settings.checkpointElapsed = 0x7FFFFFFFu; }, 0, 540},
+      {"elapsed past now", [] { settings.checkpointElapsed = 3 * 86400; }, 0, 540},
+      {"no name", [] { settings.checkpointName[0] = '\0'; }, 0, -1},
+      {"no date", [] { settings.checkpointMonth = 0; }, 0, -1},
+      {"log-on hour 25", [] { settings.checkpointLogOn.hour = 25; }, 0, -1},
+      {"file cut after the marker", [] {}, 135, -1},
+      {"file cut inside the checkpoint", [] {}, 6291, -1},
+  };
+  startupHooks.showFileProblem = [](const char* text, const char*) { events.push_back(text); };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.damage);
+    sessionLog = SessionLog{};
+    ResetSessionState();
+    probe_ = DialUpProbe{};
+    clock_ = FakeClock{};
+    ASSERT_TRUE(CreateSettings(SettingsPath()));
+    ASSERT_TRUE(CreateEmptyLog(LogFilePath().c_str()));
+    ras_.Connect("Home ISP");
+    Tick();
+    RunWithCheckpoints(600);  // the last checkpoint: 540 s, at 10:09:00
+    events.clear();
+    if (row.fileCutAt != 0) {
+      std::vector<uint8_t> bytes = ReadBytes(SettingsPath());
+      bytes.resize(row.fileCutAt);
+      WriteBytes(SettingsPath(), bytes);
+    }
+    Restart();
+    row.apply();
+    RecoverInterruptedSession();
+    EXPECT_EQ(settings.sessionOpenMarker, 219);
+    if (row.recorded < 0) {
+      EXPECT_TRUE(IsLogEmpty());
+      EXPECT_TRUE(events.empty());
+    } else {
+      EXPECT_EQ(sessionLog.records[0].durationSeconds, row.recorded) << "from its log-on and checkpoint times";
+      EXPECT_EQ(events, (std::vector<std::string>{"The session of Home ISP that was open when Orvalen stopped had a "
+                                                  "damaged length.\nIt is recorded with the length its log-on and "
+                                                  "log-off times give."}));
+    }
+  }
+  startupHooks.showFileProblem = nullptr;
 }
 
 TEST_F(Session, TickCounterWrapDoesNotSpoilTheDuration) {

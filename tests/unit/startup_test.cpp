@@ -230,6 +230,21 @@ TEST_F(Startup, MissingLogShowsOneMessageAndCreatesAFreshLog) {
   EXPECT_EQ(sessionLog.count, 2u);
 }
 
+TEST_F(Startup, AFirstRunCutShortIsFinishedWithoutTheMissingLogMessage) {
+  // Stopped before the configuration was whole (older releases left it empty) ...
+  WriteBytes(SettingsPath(), {});
+  EXPECT_TRUE(InitialiseStorage(&owner_));
+  EXPECT_EQ(events.at(0), "welcome");
+  EXPECT_EQ(ReadBytes(SettingsPath()).size(), 6352u);
+  // ... or between writing it and creating the log.
+  events.clear();
+  std::filesystem::remove(LogFilePath());
+  WriteConfiguration("orvalen_v015", 1, 0);
+  EXPECT_TRUE(InitialiseStorage(&owner_));
+  EXPECT_EQ(events, Events{});
+  EXPECT_EQ(ReadBytes(LogFilePath()).size(), 392u);
+}
+
 TEST_F(Startup, MarkerInAnotherLetterCaseIsCurrent) {
   WriteConfiguration("ORVALEN_V015");
   WriteCurrentLog({"Home ISP"});
