@@ -51,20 +51,29 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
               sessionLog.records[0].durationSeconds == 3600,
           "the logged session is kept");
   if (input.sessionOpenMarker == kSessionOpen) {
-    // The checkpoint of the very session already logged is not recorded again.
+    // The checkpoint of the very session already logged is not recorded again,
+    // nor one without a name, a real date or real times.
     const SessionRecord& logged = sessionLog.records[0];
-    const bool alreadyLogged =
-        input.checkpointDay == logged.day && input.checkpointMonth == logged.month &&
-        input.checkpointYear == logged.year && input.checkpointLogOn.hour == logged.logOnHour &&
-        input.checkpointLogOn.minute == logged.logOnMinute && input.checkpointLogOn.second == logged.logOnSecond &&
+    const bool sameStart =
+        input.checkpointLogOn.hour == logged.logOnHour && input.checkpointLogOn.minute == logged.logOnMinute &&
+        input.checkpointLogOn.second == logged.logOnSecond &&
         std::strncmp(input.checkpointName, logged.connectionName, kCheckpointNameSize) == 0;
+    const auto isTime = [](const TimeOfDay& time) { return time.hour < 24 && time.minute < 60 && time.second < 60; };
+    const bool whole = input.checkpointName[0] != '\0' && input.checkpointMonth >= 1 && input.checkpointMonth <= 12 &&
+                       input.checkpointDay >= 1 && input.checkpointDay <= 31 && input.checkpointYear >= 1980 &&
+                       input.checkpointYear <= 9999 && input.checkpointDayOfWeek <= 6 &&
+                       isTime(input.checkpointLogOn) && isTime(input.checkpointTime);
     uint32_t used = 0;
     for (const SessionRecord& record : sessionLog.records) used += record.status == InUse ? 1 : 0;
-    Require(used == (alreadyLogged ? 1u : 2u), "the open session is recorded once");
+    Require(used == 2 || (used == 1 && (!whole || sameStart)), "the open session is recorded once");
     Require(settings.sessionOpenMarker == kNoSessionOpen, "and the marker is cleared");
-    if (!alreadyLogged) {
+    if (used == 2) {
       const SessionRecord& recovered = sessionLog.records.at(1);
-      Require(recovered.durationSeconds == static_cast<int32_t>(input.checkpointElapsed), "from its checkpoint");
+      Require(whole, "only a whole checkpoint is recorded");
+      Require(recovered.durationSeconds == static_cast<int32_t>(input.checkpointElapsed) ||
+                  (recovered.durationSeconds >= 0 && recovered.durationSeconds < 86400),
+              "from its checkpoint, or its damaged length repaired from its times");
+      Require(recovered.durationSeconds >= 0, "never negative");
       Require(std::strncmp(recovered.connectionName, input.checkpointName, kCheckpointNameSize) == 0,
               "under its checkpoint name, cut to the field");
     }

@@ -697,6 +697,20 @@ std::string ToOutput(const std::string& ansiText) {
   return utf8;
 }
 
+// Holds a file open as a virus scanner or a backup program would, reading with
+// read sharing only (others may read it, nobody may write or delete it), until a
+// release file appears; prints "held" once open.
+void HoldFile(const Options& options) {
+  const std::string path = options.RequiredStr("path");
+  const std::string release = options.RequiredStr("release-when");
+  HANDLE file = CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+  if (file == INVALID_HANDLE_VALUE) Fail("cannot open " + path + ": error " + std::to_string(GetLastError()));
+  PrintLine("held");
+  std::fflush(stdout);
+  while (GetFileAttributesA(release.c_str()) == INVALID_FILE_ATTRIBUTES) Sleep(50);
+  CloseHandle(file);
+}
+
 const std::vector<Command>& Commands() {
   using V = std::vector<std::string>;
   static const V kSelect = {"title", "class", "hwnd", "timeout-ms", "raw"};
@@ -734,6 +748,7 @@ const std::vector<Command>& Commands() {
       {"select", "--title T | --class C --id N --index I [--force]", with(kSelect, {"id", "index", "force"}), Select},
       {"check", "--title T | --class C --id N --value 0|1|2 [--force]", with(kSelect, {"id", "value", "force"}),
        Check},
+      {"hold-file", "--path P --release-when P", {"path", "release-when"}, HoldFile},
       {"double-click-list", "--title T | --class C --id N --index I [--force]",
        with(kSelect, {"id", "index", "force"}), DoubleClickList},
   };
