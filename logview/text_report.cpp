@@ -52,7 +52,7 @@ void PrependReportHeader(int count, float totalSeconds) {
 
 bool WriteTextFile(const char* text, const char* path) {
   const WriteBlock block{text, text != nullptr ? std::strlen(text) : 0};
-  return WriteFileStart(path, &block, 1);
+  return WriteFileStart(path, &block, 1, true);
 }
 
 namespace {

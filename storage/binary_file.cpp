@@ -95,10 +95,10 @@ bool ReadFileStart(const char* path, void* buffer, std::size_t size, std::size_t
   return !failed;
 }
 
-bool WriteFileStart(const char* path, const WriteBlock* blocks, std::size_t blockCount) {
+bool WriteFileStart(const char* path, const WriteBlock* blocks, std::size_t blockCount, bool keepTail) {
   std::size_t total = 0;
   for (std::size_t i = 0; i < blockCount; ++i) total += blocks[i].size;
-  const std::vector<char> tail = TailPast(path, total);
+  const std::vector<char> tail = keepTail ? TailPast(path, total) : std::vector<char>();
   const std::size_t allowed = Allowed(path, SaveStep::Content, total);
 
   const std::string temporary = Sibling(path, ".tmp");

@@ -25,13 +25,13 @@ bool ReadFileStart(const char* path, void* buffer, std::size_t size, std::size_t
 // renamed "<name>.new" once complete and flushed; then the old file is deleted and
 // "<name>.new" takes its name (Windows 95 has no MoveFileEx to replace in one step).
 // A power cut or a kill at any point leaves the old file, or a complete "<name>.new"
-// that FinishInterruptedSave puts in place. Bytes of the old file past the new
-// content are kept, as a write in place would have left them.
+// that FinishInterruptedSave puts in place. With keepTail, bytes of the old file
+// past the new content are kept, as a write in place would have left them.
 struct WriteBlock {
   const void* data;
   std::size_t size;
 };
-bool WriteFileStart(const char* path, const WriteBlock* blocks, std::size_t blockCount);
+bool WriteFileStart(const char* path, const WriteBlock* blocks, std::size_t blockCount, bool keepTail);
 
 // At start-up, before the file is looked at: deletes an unfinished "<name>.tmp" and
 // puts a complete "<name>.new" in the file's place. When the old file cannot be

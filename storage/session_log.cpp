@@ -171,7 +171,8 @@ bool SaveLog(const char* path) {
   const uint32_t header[2] = {sessionLog.count, static_cast<uint32_t>(sessionLog.count * kRecordSize)};
   const WriteBlock blocks[] = {{header, sizeof header},
                                {sessionLog.records.data(), sessionLog.records.size() * kRecordSize}};
-  return NoteSaveResult(kLogFile, path, WriteFileStart(path, blocks, 2));
+  // Written to its exact length: whole records past the count would load again.
+  return NoteSaveResult(kLogFile, path, WriteFileStart(path, blocks, 2, false));
 }
 
 void KeepSessionsUntilLogRead(const char* path, bool legacy) {
