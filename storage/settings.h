@@ -124,8 +124,8 @@ bool LoadSettings(const char* path);
 bool SaveSettingsTo(const char* path);
 bool SaveSettings();
 
-// First run: creates the file, applies the defaults, installs the program and
-// writes the block.
+// First run: checks that the file can be created, applies the defaults, installs
+// the program and writes the block; the file appears only once written whole.
 bool CreateSettings(const char* path);
 
 // True when formatMarker is this release's, ignoring letter case.
