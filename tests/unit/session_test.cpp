@@ -51,6 +51,18 @@ class Session : public ProgramStateTest {
     ASSERT_TRUE(LoadLog(LogFilePath().c_str()));
   }
 
+  // A new process on fresh files at the fake clock's first moment, then on-line.
+  void ConnectAfresh() {
+    sessionLog = SessionLog{};
+    ResetSessionState();
+    probe_ = DialUpProbe{};
+    clock_ = FakeClock{};
+    CreateSettings(SettingsPath());
+    CreateEmptyLog(LogFilePath().c_str());
+    ras_.Connect("Home ISP");
+    Tick();
+  }
+
   // Checkpoints every three minutes, as the timer does, over the given seconds.
   void RunWithCheckpoints(uint32_t seconds) {
     for (uint32_t elapsed = 1; elapsed <= seconds; ++elapsed) {
@@ -130,14 +142,7 @@ TEST_F(Session, AClockMovedDuringASessionNeverChangesItsLength) {
   for (const auto& jump : jumps) {
     for (const bool killed : {false, true}) {
       SCOPED_TRACE(std::to_string(jump[0]) + " h " + std::to_string(jump[1]) + " d" + (killed ? ", killed" : ""));
-      sessionLog = SessionLog{};
-      ResetSessionState();
-      probe_ = DialUpProbe{};
-      clock_ = FakeClock{};
-      ASSERT_TRUE(CreateSettings(SettingsPath()));
-      ASSERT_TRUE(CreateEmptyLog(LogFilePath().c_str()));
-      ras_.Connect("Home ISP");
-      Tick();
+      ConnectAfresh();
       RunWithCheckpoints(180);
       clock_.now.hour += jump[0];
       clock_.now.day += jump[1];
@@ -178,14 +183,7 @@ TEST_F(Session, ADamagedCheckpointIsRepairedAndToldOrNotRecorded) {
   startupHooks.showFileProblem = [](const char* text, const char*) { events.push_back(text); };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.damage);
-    sessionLog = SessionLog{};
-    ResetSessionState();
-    probe_ = DialUpProbe{};
-    clock_ = FakeClock{};
-    ASSERT_TRUE(CreateSettings(SettingsPath()));
-    ASSERT_TRUE(CreateEmptyLog(LogFilePath().c_str()));
-    ras_.Connect("Home ISP");
-    Tick();
+    ConnectAfresh();
     RunWithCheckpoints(600);  // the last checkpoint: 540 s, at 10:09:00
     events.clear();
     if (row.fileCutAt != 0) {
