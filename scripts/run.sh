@@ -80,7 +80,7 @@ if driver wait-window --title "Welcome to Orvalen" --timeout-ms 1500 >/dev/null 
   driver click --title "Welcome to Orvalen" --id 1 >/dev/null
 fi
 if ! driver wait-window --title "$dialog" --timeout-ms 3000 >/dev/null 2>&1; then
-  driver post --class Orvalen --msg 10 --lparam 515 >/dev/null
+  driver post --class Orvalen --msg WM_APP+1 --lparam WM_LBUTTONDBLCLK >/dev/null
   driver wait-window --title "$dialog" --timeout-ms 10000 >/dev/null
 fi
 driver wait-text --title "$dialog" --id 110 --contains ":" --timeout-ms 5000 >/dev/null
