@@ -43,6 +43,8 @@ void StopSessionTimers() {
   KillTimer(mainWindow, kAlarmTimer);
 }
 
+bool startupDone = false;  // storage ready and the start-up notices answered
+
 void ReportOutOfSpace() { MessageBoxA(nullptr, "Out of space to record session", "Diagnostic Message", MB_OK); }
 
 void OnCreate(HWND window) {
@@ -71,6 +73,7 @@ void OnCreate(HWND window) {
   SetTimer(window, kSlowStatusTimer, 10000, nullptr);
   CheckUnconfiguredConnections();
   if (settings.showMainWindowAtStart != 0 || showMainDialogOnce) ShowMainDialog();
+  startupDone = true;
 }
 
 void OnTimer(UINT_PTR timer) {
@@ -120,9 +123,10 @@ void OnEndSession(HWND window) {
 
 // A second start asks for the program: the main status dialog is shown, and the
 // window to bring forward (an open modal box first) is returned to the new process,
-// which may make it the foreground window.
+// which may make it the foreground window. During the start-up (Welcome, the
+// notices) only the box that waits is brought forward.
 LRESULT OnActivateRequest() {
-  ShowMainDialog();
+  if (startupDone) ShowMainDialog();
   HWND popup = GetLastActivePopup(mainWindow);
   if (popup != mainWindow && IsWindowVisible(popup)) return reinterpret_cast<LRESULT>(popup);
   if (!mainDialogVisible) return 0;

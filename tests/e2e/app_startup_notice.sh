@@ -37,7 +37,9 @@ recorded_today() { [[ "$(today_records | wc -l)" == "$1" ]]; }
 dial connect "Home ISP"
 connected_at=$SECONDS
 check_true "notice unanswered: the session opens (marker 218)" app_wait_until 10 app_u8_is "$APP_CONFIG" 134 218
-drv wait-window --title "Orvalen Notification Alarm" --timeout-ms 75000 >/dev/null \
+alarm_within() { drv wait-window --title "Orvalen Notification Alarm" --timeout-ms "$1" >/dev/null; }
+# Two looks: one driver call may run 60 s at most.
+alarm_within 40000 || alarm_within 35000 \
   || app_abort "an alarm every 0 h 1 min reminds within 75 s of the connection"
 echo "      (the alarm came $(( SECONDS - connected_at )) s after the connection)"
 check "alarm: the reminder's period" "$(drv text --title "Orvalen Notification Alarm" --id 1510 | tr -d '\r' | sed -n 2p)" \
