@@ -71,7 +71,7 @@ sheet="Configure Orvalen"
 shot() { import -window root "$shots/$1.png" && echo "screenshot: build/screenshots/$1.png"; }
 # Waits for a window and takes its picture; the rest of the desktop is kept, so
 # that a dialog's owner shows behind it.
-shot_of() {  # NAME TITLE [TIMEOUT-MS]
+shot_of() {  # NAME TITLE [TIMEOUT-MS, at most 60000]
   driver wait-window --title "$2" --timeout-ms "${3:-20000}" >/dev/null && sleep 0.5 && shot "$1"
 }
 page() {  # NAME INDEX A-CONTROL-OF-THAT-PAGE
@@ -128,7 +128,9 @@ driver wait-text --title "$dialog" --id 113 --contains "Min" --timeout-ms 5000 >
 shot main-dialog-online
 echo "on-line for: $(driver text --title "$dialog" --id 113)"
 echo "waiting for the alarm, set to every minute"
-shot_of alarm-notice "Orvalen Notification Alarm" 80000
+# One driver call may run 60 s at most: two looks.
+driver wait-window --title "Orvalen Notification Alarm" --timeout-ms 45000 >/dev/null 2>&1 || true
+shot_of alarm-notice "Orvalen Notification Alarm" 40000
 driver click --title "Orvalen Notification Alarm" --id 1 >/dev/null || true
 
 dialup disconnect
