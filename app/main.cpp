@@ -15,22 +15,62 @@ namespace {
 
 constexpr char kClassName[] = "Orvalen";
 
-// A second start brings the running instance forward and ends silently.
-bool ActivateRunningInstance() {
+constexpr char kInstanceMutexName[] = "Orvalen.OneInstance";
+constexpr DWORD kWaitForRunningMs = 10000;
+
+// A second start hands over to the running instance: that one shows its main
+// status dialog and names the window to bring forward, which this process (the
+// one the user just started) is allowed to make the foreground window.
+void ActivateRunningInstance() {
+  // The running instance may still be in its splash: its window comes after it.
   HWND running = FindWindowA(kClassName, nullptr);
-  if (!IsWindow(running)) return false;
-  HWND popup = GetLastActivePopup(running);
-  HWND target = IsWindow(popup) ? popup : running;
+  for (DWORD waited = 0; !IsWindow(running) && waited < kWaitForRunningMs; waited += 100) {
+    Sleep(100);
+    running = FindWindowA(kClassName, nullptr);
+  }
+  if (!IsWindow(running)) return;
+  DWORD_PTR answer = 0;
+  if (!SendMessageTimeoutA(running, kActivateMessage, 0, 0, SMTO_ABORTIFHUNG, 5000, &answer)) return;
+  HWND target = reinterpret_cast<HWND>(answer);
+  if (!IsWindow(target)) return;
   SetForegroundWindow(target);
   if (IsIconic(target)) ShowWindow(target, SW_SHOWNORMAL);
-  return true;
+}
+
+// Dispatches a message, giving the modeless dialogs (the main status dialog,
+// View Log) their keyboard first: Tab, Enter and Esc. Modal dialogs run their
+// own loop, so a dialog here is always a modeless one.
+void Dispatch(MSG& message) {
+  HWND top = message.hwnd;
+  while (top != nullptr && (GetWindowLongA(top, GWL_STYLE) & WS_CHILD) != 0) top = GetParent(top);
+  char className[8] = {};
+  if (top != nullptr && GetClassNameA(top, className, sizeof className) > 0 && lstrcmpA(className, "#32770") == 0) {
+    // Esc does what the dialog's close box does (in View Log, the Cancel id
+    // belongs to Manage Log), unless the control wants the key itself (an open
+    // drop-down list).
+    if (message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE &&
+        (SendMessageA(message.hwnd, WM_GETDLGCODE, message.wParam, reinterpret_cast<LPARAM>(&message)) &
+         DLGC_WANTMESSAGE) == 0) {
+      PostMessageA(top, WM_CLOSE, 0, 0);
+      return;
+    }
+    if (IsDialogMessageA(top, &message)) return;
+  }
+  TranslateMessage(&message);
+  DispatchMessageA(&message);
 }
 
 int Run(HINSTANCE instance) {
   InitCommonControls();
   instanceHandle = instance;
   Win::WindowClass windowClass(instance, kClassName, MainWindowProc);
-  if (ActivateRunningInstance()) return 0;
+  // Taken before the splash: the main window, which a later start looks for,
+  // exists only after it. The system releases the mutex when the process ends.
+  CreateMutexA(nullptr, FALSE, kInstanceMutexName);
+  if (GetLastError() == ERROR_ALREADY_EXISTS) {
+    ActivateRunningInstance();
+    return 0;
+  }
   windowClass.Register();
   Win::WindowCreator creator(instance, windowClass.GetName());
   creator.SetPosition(350, 290, 135, 100);
@@ -39,12 +79,11 @@ int Run(HINSTANCE instance) {
   ShowWindow(window, SW_HIDE);
   UpdateWindow(window);
 
-  // Plain dispatch: the modeless dialogs get their messages without IsDialogMessage.
   MSG message;
   BOOL result;
   while ((result = GetMessageA(&message, nullptr, 0, 0)) != 0) {
     if (result == -1) return -1;
-    DispatchMessageA(&message);
+    Dispatch(message);
   }
   return static_cast<int>(message.wParam);
 }

@@ -72,7 +72,9 @@ void ShowSessionTexts(MainDialogState& state) {
     SetText(state.connectionName, CurrentConnectionName);
     return;
   }
-  if (!state.probe.IsConnected() && OnLineFlag == 0) EnableWindow(state.configure, TRUE);
+  // Whenever no session is open, also after a connection vanished from the list
+  // without a "disconnected" state.
+  if (SessionOpen == 0) EnableWindow(state.configure, TRUE);
   if (NoConnectionSeen) return;  // nothing to tell until a first connection
   SetText(state.firstCaption, "Your Last Logon was at :");
   SetText(state.secondCaption, "Your Last Logon Took Up :");

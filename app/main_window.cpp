@@ -43,6 +43,8 @@ void StopSessionTimers() {
   KillTimer(mainWindow, kAlarmTimer);
 }
 
+bool startupDone = false;  // storage ready and the start-up notices answered
+
 void ReportOutOfSpace() { MessageBoxA(nullptr, "Out of space to record session", "Diagnostic Message", MB_OK); }
 
 void OnCreate(HWND window) {
@@ -68,14 +70,15 @@ void OnCreate(HWND window) {
   };
   InitialiseStorage(window);
   RecoverInterruptedSession();
-  CheckUnconfiguredConnections();
+  // The poll runs before the notice about connections without an account can
+  // open: a session made while it waits for an answer is timed and recorded.
   AddTrayIcon(window);
   SetTimer(window, kPollTimer, 100, nullptr);
   SetTimer(window, kStatusTimer, 500, nullptr);
   SetTimer(window, kSlowStatusTimer, 10000, nullptr);
-  if (settings.showMainWindowAtStart != 0 || showMainDialogOnce) {
-    mainDialog = CreateDialogParamA(instanceHandle, MAKEINTRESOURCEA(IDD_MAIN_STATUS), nullptr, MainDialogProc, 0);
-  }
+  CheckUnconfiguredConnections();
+  if (settings.showMainWindowAtStart != 0 || showMainDialogOnce) ShowMainDialog();
+  startupDone = true;
 }
 
 void OnTimer(UINT_PTR timer) {
@@ -102,6 +105,40 @@ void Quit(HWND window) {
   KillTimer(window, kStatusTimer);
   KillTimer(window, kSlowStatusTimer);
   RemoveTrayIcon(window);
+}
+
+// The system is shutting down or the user logging off: the open session is
+// recorded as it stands now, without any box that would hold the shutdown up,
+// and the program ends.
+void OnEndSession(HWND window) {
+  if (SessionOpen != 0) {
+    SessionOpen = 0;
+    SessionClosed = 1;
+    StopSessionTimers();
+    OneShotFired = 0;
+    const SessionHooks hooks = sessionHooks;
+    const auto showFileProblem = startupHooks.showFileProblem;
+    sessionHooks.checkUnconfiguredConnections = nullptr;
+    startupHooks.showFileProblem = nullptr;
+    // Out of space or a failed save: the marker stays set on disk, so the next
+    // start records the session from its checkpoint.
+    EndSession();
+    sessionHooks = hooks;
+    startupHooks.showFileProblem = showFileProblem;
+  }
+  Quit(window);
+}
+
+// A second start asks for the program: the main status dialog is shown, and the
+// window to bring forward (an open modal box first) is returned to the new process,
+// which may make it the foreground window. During the start-up (Welcome, the
+// notices) only the box that waits is brought forward.
+LRESULT OnActivateRequest() {
+  if (startupDone) ShowMainDialog();
+  HWND popup = GetLastActivePopup(mainWindow);
+  if (popup != mainWindow && IsWindowVisible(popup)) return reinterpret_cast<LRESULT>(popup);
+  if (!mainDialogVisible) return 0;
+  return reinterpret_cast<LRESULT>(GetLastActivePopup(mainDialog));
 }
 
 LRESULT OnCommand(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -139,7 +176,14 @@ void ShowMainDialog() {
 }
 
 LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  // Sent to every top-level window when the taskbar starts again (Explorer
+  // restarted): the icon is the only way to the program, so it is added again.
+  static const UINT taskbarCreated = RegisterWindowMessageA("TaskbarCreated");
   mainWindow = window;
+  if (message == taskbarCreated && taskbarCreated != 0) {
+    AddTrayIcon(window);
+    return 0;
+  }
   switch (message) {
     case WM_CREATE:
       OnCreate(window);
@@ -154,8 +198,15 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
       else if (lParam == kTrayRightButton) ShowTrayMenu(window, cursor.x, cursor.y);
       return 1;
     }
+    case kActivateMessage:
+      return OnActivateRequest();
     case WM_COMMAND:
       return OnCommand(window, message, wParam, lParam);
+    case WM_QUERYENDSESSION:
+      return TRUE;
+    case WM_ENDSESSION:
+      if (wParam) OnEndSession(window);
+      return 0;
     case WM_DESTROY:
       // The window is already going, so a "No" could not keep the program alive:
       // end it without asking, leaving any open session to the next start.

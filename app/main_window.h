@@ -8,6 +8,10 @@ constexpr UINT_PTR kSlowStatusTimer = 10;   // 10 s: status text
 constexpr UINT_PTR kCheckpointTimer = 20;   // 3 min, while a session is open
 constexpr UINT_PTR kAlarmTimer = 30;        // while a session is open
 
+// A second start sends this to the running program's main window; the answer is
+// the window to bring to the foreground (0 for none).
+constexpr UINT kActivateMessage = WM_APP + 2;
+
 LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 // Creates the main status dialog, or brings the open one to the front.
 void ShowMainDialog();

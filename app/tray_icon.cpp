@@ -36,6 +36,10 @@ void RemoveTrayIcon(HWND window) { NotifyShell(window, NIM_DELETE); }
 void ShowTrayMenu(HWND window, int x, int y) {
   HMENU menu = LoadMenuA(instanceHandle, MAKEINTRESOURCEA(IDM_TRAY));
   if (menu == nullptr) return;
+  // The menu closes on a click elsewhere only when its window is the foreground
+  // one; the posted message makes the next right-click open it again at once.
+  SetForegroundWindow(window);
   TrackPopupMenu(GetSubMenu(menu, 0), TPM_RIGHTBUTTON, x, y, 0, window, nullptr);
+  PostMessageA(window, WM_NULL, 0, 0);
   DestroyMenu(menu);
 }

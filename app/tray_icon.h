@@ -3,7 +3,9 @@
 #include <windows.h>
 
 // The shell sends this message to the main window for mouse events on the icon.
-constexpr UINT kTrayCallbackMessage = 10;
+// A private number: a system message's (10 is WM_ENABLE, which the window also
+// gets whenever a dialog it owns opens) would be taken for a click.
+constexpr UINT kTrayCallbackMessage = WM_APP + 1;
 constexpr UINT kTrayIconId = 22;
 
 void AddTrayIcon(HWND window);

@@ -14,10 +14,11 @@ uint8_t AlarmModeState = 0;
 namespace {
 
 // Stored fields are signed bytes; a damaged file may hold negative values, so the
-// arithmetic is done wide and anything not positive counts as no period.
+// arithmetic is done wide and anything not positive counts as no period. Any
+// positive period, one minute included, is kept as set.
 uint32_t PeriodMs(int8_t hours, int8_t minutes) {
   const int64_t ms = (static_cast<int64_t>(hours) * 60 + minutes) * 60 * 1000;
-  if (ms < static_cast<int64_t>(kMinimumAlarmPeriodMs)) return kMinimumAlarmPeriodMs;
+  if (ms <= 0) return kDefaultAlarmPeriodMs;
   return static_cast<uint32_t>(ms);  // at most (127 * 60 + 127) minutes
 }
 
@@ -39,7 +40,7 @@ uint32_t AlarmPeriodMs() {
   }
   // No mode: the timer still runs (the session step always starts it), slowly,
   // and FireAlarm gives nothing for such a mode.
-  return kMinimumAlarmPeriodMs;
+  return kDefaultAlarmPeriodMs;
 }
 
 void OnAlarmTimer() {

@@ -17,10 +17,10 @@ constexpr char kOneShotAlarmFormat[] =
     "\n%s\nThe Time Set On The Alarm Has Elapsed.\nThis Reminder Will Not Come Again In This Session";
 constexpr char kRepeatingAlarmFormat[] = "\nThis Reminder Comes Every %s  From the\n time You First Logged On ";
 
-// The shortest period the Alarm page can set (0 h 0 min is stored as 0 h 5 min).
-// Stored settings that would give less, or no period at all, get this one, so
-// timer 30 can never fire in a tight loop.
-constexpr uint32_t kMinimumAlarmPeriodMs = 5u * 60u * 1000u;
+// What 0 h 0 min means on the Alarm page (it is stored as 0 h 5 min). Stored
+// settings with no period at all (0, negative) or no known mode get this one, so
+// timer 30 can never fire in a tight loop; 1 to 4 minutes are kept.
+constexpr uint32_t kDefaultAlarmPeriodMs = 5u * 60u * 1000u;
 
 // The upper limits of the page's up-down controls.
 constexpr uint32_t kAlarmMaxHours = 24;
@@ -36,7 +36,7 @@ struct AlarmHooks {
 };
 extern AlarmHooks alarmHooks;
 
-// Period of timer 30 for a session opening now; never below kMinimumAlarmPeriodMs.
+// Period of timer 30 for a session opening now; kDefaultAlarmPeriodMs when none is set.
 // In repeating mode it also clears OneShotFired.
 uint32_t AlarmPeriodMs();
 

@@ -12,7 +12,7 @@ set -euo pipefail
 wanted=(
   "wine                        /usr/bin/wine"
   "wine64                      /usr/lib/wine/wine64"
-  "fonts-wine                  /usr/share/wine/fonts/tahoma.ttf"
+  "fonts-wine                  /usr/share/wine/fonts/sserife.fon"
   "xvfb                        /usr/bin/Xvfb"
   "xdotool                     /usr/bin/xdotool"
   "imagemagick                 /usr/bin/import-im6.q16"

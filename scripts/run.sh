@@ -7,8 +7,8 @@
 #
 # With a display the program stays up until you quit it from its tray menu; switch
 # the dial-up connection from another terminal with scripts/dialup. Without one, an
-# Xvfb is started, one session is played and screenshots of the main status dialog
-# are saved in build/screenshots/.
+# Xvfb is started, one session is played and a screenshot of every dialog is
+# saved in build/screenshots/ (about two minutes: the alarm is set to a minute).
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$root"
@@ -31,7 +31,9 @@ headless=0
 if [[ ${ORVALEN_XVFB:-} == 1 ]] || ! orv_display_ok; then headless=1; fi
 orv_xvfb_ensure "$wine_dir"
 tpl=$(orv_wine_template "$wine_dir")
-orv_wine_prefix_current "$prefix" || orv_wine_fresh_prefix "$tpl" "$prefix"
+# Without a display the scripted run starts from a fresh prefix, so that it shows
+# the first run's Welcome too.
+if (( headless == 1 )) || ! orv_wine_prefix_current "$prefix"; then orv_wine_fresh_prefix "$tpl" "$prefix"; fi
 
 # The program installs itself from the folder it is started in: stage it with its
 # files and the stand-in rasapi32.dll (also beside the installed copy, which the
@@ -62,29 +64,62 @@ EOT
 fi
 
 shots=$root/build/screenshots
+rm -rf "$shots"
 mkdir -p "$shots"
 dialog="Orvalen - Connections Monitor  V1.5"
+sheet="Configure Orvalen"
 shot() { import -window root "$shots/$1.png" && echo "screenshot: build/screenshots/$1.png"; }
+# Waits for a window and takes its picture; the rest of the desktop is kept, so
+# that a dialog's owner shows behind it.
+shot_of() {  # NAME TITLE [TIMEOUT-MS, at most 60000]
+  driver wait-window --title "$2" --timeout-ms "${3:-20000}" >/dev/null && sleep 0.5 && shot "$1"
+}
+page() {  # NAME INDEX A-CONTROL-OF-THAT-PAGE
+  driver post --title "$sheet" --msg WM_USER+101 --wparam "$2" >/dev/null
+  driver wait-state --title "$sheet" --id "$3" --visible 1 >/dev/null && sleep 0.5 && shot "$1"
+}
 
-echo "== no display: running one scripted session under Xvfb ($DISPLAY)"
+echo "== no display: one scripted session under Xvfb ($DISPLAY), with a picture of every dialog"
 dialup none
-(cd "$stage" && orv_wine_run -t 300 "$prefix" "$stage/Orvalen.exe" >"$root/build/run.log" 2>&1) &
+(cd "$stage" && orv_wine_run -t 600 "$prefix" "$stage/Orvalen.exe" >"$root/build/run.log" 2>&1) &
 program=$!
 trap 'orv_wine_stop "$prefix"; orv_xvfb_stop "$wine_dir"' EXIT
 
 # A first run greets with the Welcome dialog and then shows the main dialog;
 # later runs start in the tray, so ask for the dialog as a double click would.
+if driver wait-window --class "#32770" --title "" --timeout-ms 30000 >/dev/null 2>&1; then shot splash; fi
 driver wait-window --class Orvalen --any-visibility --timeout-ms 30000 >/dev/null
-if driver wait-window --title "Welcome to Orvalen" --timeout-ms 1500 >/dev/null 2>&1; then
+if driver wait-window --title "Welcome to Orvalen" --timeout-ms 3000 >/dev/null 2>&1; then
+  sleep 0.5
   shot welcome
   driver click --title "Welcome to Orvalen" --id 1 >/dev/null
 fi
 if ! driver wait-window --title "$dialog" --timeout-ms 3000 >/dev/null 2>&1; then
-  driver post --class Orvalen --msg 10 --lparam 515 >/dev/null
+  driver post --class Orvalen --msg WM_APP+1 --lparam WM_LBUTTONDBLCLK >/dev/null
   driver wait-window --title "$dialog" --timeout-ms 10000 >/dev/null
 fi
 driver wait-text --title "$dialog" --id 110 --contains ":" --timeout-ms 5000 >/dev/null
 shot main-dialog-before
+
+driver click --title "$dialog" --id 108 >/dev/null
+shot_of about "About Orvalen "
+driver click --title "About Orvalen " --id 1 >/dev/null
+driver wait-gone --title "About Orvalen " >/dev/null
+
+# The settings sheet, each page; the alarm is set to remind every minute.
+driver click --title "$dialog" --id 106 >/dev/null
+shot_of settings-general "$sheet"
+page settings-accounts 1 601
+page settings-log 2 1702
+page settings-alarm-off 3 1401
+driver click --title "$sheet" --id 1402 >/dev/null
+driver set-text --title "$sheet" --id 1403 --text 0 >/dev/null
+driver set-text --title "$sheet" --id 1412 --text 1 >/dev/null
+driver check --title "$sheet" --id 1422 --value 1 >/dev/null
+sleep 0.5
+shot settings-alarm-on
+driver click --title "$sheet" --id 1 >/dev/null
+driver wait-gone --title "$sheet" >/dev/null
 
 dialup connect "Home ISP"
 driver wait-text --title "$dialog" --id 104 --equals "You've Been Logged on since:" --timeout-ms 10000 >/dev/null
@@ -92,15 +127,36 @@ sleep 3
 driver wait-text --title "$dialog" --id 113 --contains "Min" --timeout-ms 5000 >/dev/null
 shot main-dialog-online
 echo "on-line for: $(driver text --title "$dialog" --id 113)"
+echo "waiting for the alarm, set to every minute"
+# One driver call may run 60 s at most: two looks.
+driver wait-window --title "Orvalen Notification Alarm" --timeout-ms 45000 >/dev/null 2>&1 || true
+shot_of alarm-notice "Orvalen Notification Alarm" 40000
+driver click --title "Orvalen Notification Alarm" --id 1 >/dev/null || true
 
 dialup disconnect
 driver wait-text --title "$dialog" --id 104 --equals "Your Last Logon was at :" --timeout-ms 10000 >/dev/null
+# A connection without an account: the notice, then its account dialog.
+shot_of account-notice "Orvalen Notification..."
+driver answer-box --title "Orvalen Notification..." --button ok >/dev/null
+shot_of account-dialog "Orvalen....Configure Account Details For --Home ISP"
+driver click --title "Orvalen....Configure Account Details For --Home ISP" --id 2 >/dev/null
+shot_of account-not-set-up "Orvalen Notification"
+driver answer-box --title "Orvalen Notification" --button ok >/dev/null
 driver wait-text --title "$dialog" --id 601 --contains "" --timeout-ms 3000 >/dev/null || true
 sleep 1.5
 shot main-dialog-after
 echo "previous session:"
 driver list --title "$dialog" --id 601 | sed 's/^/  /'
 
+driver click --title "$dialog" --id 114 >/dev/null
+shot_of view-log "View Log File..."
+driver click --title "View Log File..." --id 2 >/dev/null
+shot_of manage-log "Manage Log File"
+driver post --title "Manage Log File" --msg WM_CLOSE >/dev/null
+driver wait-gone --title "Manage Log File" >/dev/null
+driver click --title "View Log File..." --id 1 >/dev/null
+
 driver command --class Orvalen --id 2 >/dev/null
+shot_of quit-question ""
 driver answer-box --title "" --contains "quit Orvalen" --button yes >/dev/null
 wait "$program" && echo "Orvalen ended with exit code 0"

@@ -30,7 +30,7 @@
 # Xvfb even when DISPLAY works).
 
 ORV_WINE_OVERRIDES="winemenubuilder.exe=d;mscoree=d;mshtml=d;rasapi32=n,b"
-ORV_TEMPLATE_RECIPE=3   # raise when _orv_make_template changes: templates are remade
+ORV_TEMPLATE_RECIPE=4   # raise when _orv_make_template changes: templates are remade
 ORV_DESKTOP_SIZE=1024x768
 
 _orv_say() { printf 'wine-env: %s\n' "$*" >&2; }
@@ -148,8 +148,12 @@ _orv_make_template() {
     timeout 180 "$ORV_WINE64" wineboot --init
     timeout 20 "$ORV_WINESERVER" -p1 || true   # 2 = already running: fine
     mkdir -p "$tpl/drive_c/windows/Fonts"
-    # Without these fonts caption buttons render as letters ("0 1 r").
-    cp /usr/share/wine/fonts/*.ttf "$tpl/drive_c/windows/Fonts/"
+    # Without these fonts caption buttons render as letters ("0 1 r"). The
+    # dialogs ask for "Helv" and "MS Shell Dlg", which a Windows 98 machine
+    # draws with the bitmap MS Sans Serif (sserife.fon): Wine's outline copy of
+    # it is wider and cuts texts short, so the bitmap one is used, as there.
+    cp /usr/share/wine/fonts/*.ttf /usr/share/wine/fonts/*.fon "$tpl/drive_c/windows/Fonts/"
+    rm -f "$tpl/drive_c/windows/Fonts/ms_sans_serif.ttf"
     # Virtual desktop: a taskbar and a visible tray without a window manager
     # (EnableShell: Wine shows the taskbar on a desktop not named "shell" only
     # on request), and no 2 s tray-withdraw delay at every exit.
@@ -168,6 +172,10 @@ REGEDIT4
 [HKEY_CURRENT_USER\\Software\\Wine\\Explorer\\Desktops\\Default]
 "EnableShell"=dword:00000001
 
+[HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows NT\\CurrentVersion\\FontSubstitutes]
+"Helv"="MS Sans Serif"
+"MS Shell Dlg"="MS Sans Serif"
+
 [HKEY_CURRENT_USER\\Software\\Wine\\WineDbg]
 "ShowCrashDialog"=dword:00000000
 
@@ -183,7 +191,8 @@ EOF
   _orv_wait_server_gone "$tpl" 60 || orv_wine_stop "$tpl"
   rm -f "$tpl.reg"
   if (( rc != 0 )) || ! grep -q "$ORV_DESKTOP_SIZE" "$tpl/user.reg" 2>/dev/null \
-      || ! grep -q orvalen-no-debugger "$tpl/system.reg" 2>/dev/null; then
+      || ! grep -q orvalen-no-debugger "$tpl/system.reg" 2>/dev/null \
+      || ! grep -qF '"MS Shell Dlg"="MS Sans Serif"' "$tpl/system.reg" 2>/dev/null; then
     _orv_say "creating $tpl failed; the end of $log:"
     tail -n 20 "$log" >&2
     return 1

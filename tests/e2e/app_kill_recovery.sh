@@ -51,7 +51,7 @@ check "previous session: duration 0" "$(app_u32 "$APP_CONFIG" 6240)" 0
 check "previous session stored" "$(app_u32 "$APP_CONFIG" 120)" 1
 
 # A later start shows no dialog by itself; the tray's double click does.
-drv post --class Orvalen --msg 10 --lparam 515 >/dev/null
+drv post --class Orvalen --msg WM_APP+1 --lparam WM_LBUTTONDBLCLK >/dev/null
 drv wait-window --title "$D" >/dev/null || app_abort "a double click on the tray icon shows the dialog"
 list_has() { [[ "$(drv list-count --title "$D" --id 601)" == "$1" ]]; }
 check_true "the previous-session list is filled (6 lines)" app_wait_until 5 list_has 6

@@ -25,6 +25,7 @@
 #   check NAME ACTUAL EXPECTED      one check; check_true NAME CMD...
 #   app_finish                      summary and exit status
 #   app_first_run_through_welcome   start on a fresh prefix, Proceed, main dialog
+#   app_through_welcome             the same for a program already started
 #   app_wait_online NAME            the main status dialog shows NAME on-line
 #   app_decline_account_notice NAME answer "not now" to the account notice
 #   app_screenshot FILE             PNG of the prefix's virtual desktop
@@ -238,6 +239,10 @@ app_window_pid() {  # TITLE
 # written; Proceed creates the configuration and opens the main status dialog.
 app_first_run_through_welcome() {
   app_start
+  app_through_welcome
+}
+
+app_through_welcome() {
   drv wait-window --title "Welcome to Orvalen" --timeout-ms 30000 >/dev/null \
     || app_abort "the Welcome dialog appears on the first run"
   drv click --title "Welcome to Orvalen" --id 1 >/dev/null \

@@ -58,6 +58,8 @@ TEST_F(Alarm, RepeatingPeriodComesFromTheRepeatFields) {
   EXPECT_EQ(AlarmPeriodMs(), 3600000u);
   Repeating(0, 45);
   EXPECT_EQ(AlarmPeriodMs(), 45u * 60u * 1000u);
+  Repeating(0, 1);
+  EXPECT_EQ(AlarmPeriodMs(), 60000u);
   Repeating(24, 59);
   EXPECT_EQ(AlarmPeriodMs(), (24u * 60u + 59u) * 60u * 1000u);
 }
@@ -80,16 +82,16 @@ TEST_F(Alarm, RepeatingPeriodClearsOneShotFiredButOneShotPeriodDoesNot) {
 
 TEST_F(Alarm, ZeroPeriodOrUnknownModeNeverGivesATightLoop) {
   Repeating(0, 0);
-  EXPECT_EQ(AlarmPeriodMs(), kMinimumAlarmPeriodMs);
+  EXPECT_EQ(AlarmPeriodMs(), kDefaultAlarmPeriodMs);
   OneShot(0, 0);
-  EXPECT_EQ(AlarmPeriodMs(), kMinimumAlarmPeriodMs);
+  EXPECT_EQ(AlarmPeriodMs(), kDefaultAlarmPeriodMs);
   Repeating(-3, 10);  // damaged file
-  EXPECT_EQ(AlarmPeriodMs(), kMinimumAlarmPeriodMs);
+  EXPECT_EQ(AlarmPeriodMs(), kDefaultAlarmPeriodMs);
   for (uint8_t mode : {0, 7, 31, 255}) {
     settings.alarmMode = mode;
-    EXPECT_EQ(AlarmPeriodMs(), kMinimumAlarmPeriodMs) << int(mode);
+    EXPECT_EQ(AlarmPeriodMs(), kDefaultAlarmPeriodMs) << int(mode);
   }
-  EXPECT_EQ(kMinimumAlarmPeriodMs, 300000u);
+  EXPECT_EQ(kDefaultAlarmPeriodMs, 300000u);
 }
 
 TEST_F(Alarm, RepeatingGivesEveryFiringWithItsText) {

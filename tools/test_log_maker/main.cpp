@@ -11,7 +11,8 @@
 //           from UNTIL (YYYY-MM-DD or "today"), each SECONDS to 2*SECONDS-1 long
 //   account NAME KIND [HOURS MONTHLY EXCESS VAT]            a configured account entry
 //   setting FIELD VALUE                                     logInitialFilter,
-//           logSystemColours, showMainWindowAtStart, currencyName, previousConnection
+//           logSystemColours, showMainWindowAtStart, currencyName, previousConnection,
+//           alarmOn, alarmRepeatMinutes (the repeat period: 0 h and that many minutes)
 //
 // Lines that are empty or start with '#' are skipped. The day of week and the
 // log-off time follow from the date, the log-on time and the duration. Exits 1 with
@@ -191,6 +192,11 @@ void ApplySetting(const std::vector<std::string>& f, int lineNumber) {
     settings.logSystemColours = static_cast<uint32_t>(Number(value, lineNumber));
   } else if (field == "showMainWindowAtStart") {
     settings.showMainWindowAtStart = static_cast<uint8_t>(Number(value, lineNumber));
+  } else if (field == "alarmOn") {
+    settings.alarmOn = static_cast<uint8_t>(Number(value, lineNumber));
+  } else if (field == "alarmRepeatMinutes") {
+    settings.alarmRepeatHours = 0;
+    settings.alarmRepeatMinutes = static_cast<int8_t>(Number(value, lineNumber));
   } else if (field == "currencyName") {
     CopyFixedText(settings.currencyName, value.c_str());
   } else if (field == "previousConnection") {

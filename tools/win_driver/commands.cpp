@@ -1,6 +1,7 @@
 #include "commands.h"
 
 #include <windows.h>
+#include <shellapi.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -84,11 +85,16 @@ const Named kNames[] = {
     {"EN_KILLFOCUS", 0x0200},     {"EN_CHANGE", 0x0300},       {"EN_UPDATE", 0x0400},
     {"IDOK", 1},                  {"IDCANCEL", 2},             {"IDABORT", 3},
     {"IDRETRY", 4},               {"IDIGNORE", 5},             {"IDYES", 6},
-    {"IDNO", 7},
+    {"IDNO", 7},                  {"WM_KEYDOWN", 0x0100},      {"VK_TAB", 0x09},
 };
 
 long long ParseValue(const std::string& option, const std::string& text) {
   if (auto number = ParseNumber(text)) return *number;
+  // A message registered by name, as the shell's "TaskbarCreated".
+  const std::string registered = "registered:";
+  if (text.compare(0, registered.size(), registered) == 0) {
+    return RegisterWindowMessageA(text.c_str() + registered.size());
+  }
   std::string name = text;
   long long offset = 0;
   const size_t plus = text.find('+');
@@ -548,6 +554,31 @@ void PostRaw(const Options& options) {
   PrintLine("ok");
 }
 
+// The keyboard focus and the active window of the window's thread, and the
+// foreground window of the desktop.
+void Focus(const Options& options) {
+  const HWND window = WaitTarget(options, false).Window();
+  GUITHREADINFO info = {};
+  info.cbSize = sizeof info;
+  if (!GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info)) {
+    Fail("GetGUIThreadInfo failed: error " + std::to_string(GetLastError()));
+  }
+  const std::string id = info.hwndFocus != nullptr ? std::to_string(GetDlgCtrlID(info.hwndFocus)) : "none";
+  PrintLine("focus=" + id + " active=" + HexHandle(info.hwndActive) + " foreground=" +
+            HexHandle(GetForegroundWindow()));
+}
+
+// Whether the shell shows the window's icon --icon N ("present" or "absent"),
+// after taking it away with --delete, as a restarting taskbar loses it.
+void TrayIcon(const Options& options) {
+  NOTIFYICONDATAA data = {};
+  data.cbSize = NOTIFYICONDATAA_V1_SIZE;
+  data.hWnd = WaitTarget(options, false).top;
+  data.uID = static_cast<UINT>(options.RequiredInt("icon"));
+  if (options.Flag("delete")) Shell_NotifyIconA(NIM_DELETE, &data);
+  PrintLine(Shell_NotifyIconA(NIM_MODIFY, &data) ? "present" : "absent");
+}
+
 void AnswerBox(const Options& options) {
   struct ButtonName {
     const char* name;
@@ -742,6 +773,8 @@ const std::vector<Command>& Commands() {
       {"answer-box", "--title T [--contains S] --button yes|no|ok|cancel [--timeout-ms N]",
        with(kSelect, {"contains", "button", "any-visibility"}), AnswerBox},
       {"box-text", "--title T [--contains S]", with(kSelect, {"contains", "any-visibility"}), BoxTextCommand},
+      {"focus", "--title T | --class C", kSelect, Focus},
+      {"tray-icon", "--title T | --class C --icon N [--delete]", with(kSelect, {"icon", "delete"}), TrayIcon},
       {"windows", "", {"raw"}, ListWindows},
       {"children", "--title T | --class C", kSelect, Children},
       {"set-text", "--title T | --class C --id N --text S [--force]", with(kSelect, {"id", "text", "force"}), SetText},

@@ -8,7 +8,7 @@ namespace driver {
 namespace {
 
 // Options that stand alone; every other option takes the next argument.
-const std::set<std::string> kFlagNames = {"any-visibility", "force", "raw"};
+const std::set<std::string> kFlagNames = {"any-visibility", "force", "raw", "delete"};
 
 }  // namespace
 
