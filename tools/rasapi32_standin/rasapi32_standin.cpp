@@ -11,6 +11,11 @@
 // kept both (so the program's idle cost is not mostly ours). A missing,
 // unreadable or malformed file simply means "no connection". scripts/dialup writes
 // it (atomically, so a poll never sees half a file).
+//
+// When C:\orvalen-dialup-calls.txt exists as the first call is made, the stand-in
+// counts the calls made to it and rewrites that file at most once a second with
+// "enum=N status=M tick=T" (T the tick count of the write), so a measurement can
+// tell how often the program asks the service (scripts/measure-idle-cpu.sh).
 #include <windows.h>
 
 #include <cstdint>
@@ -151,6 +156,61 @@ Session CurrentSession() {
   return cache.session;
 }
 
+constexpr char kCallCountFile[] = "C:\\orvalen-dialup-calls.txt";
+constexpr DWORD kCallCountPeriodMs = 1000;
+
+struct CallCounts {
+  bool checked = false;
+  bool wanted = false;
+  unsigned long enumCalls = 0;
+  unsigned long statusCalls = 0;
+  DWORD writtenAt = 0;
+};
+
+CallCounts callCounts;
+
+// Appends "key=value" and a separator; the DLL keeps to kernel32, so no printf.
+char* AppendCount(char* out, const char* key, unsigned long value, char separator) {
+  while (*key) *out++ = *key++;
+  char digits[24];
+  int count = 0;
+  do {
+    digits[count++] = static_cast<char>('0' + value % 10);
+    value /= 10;
+  } while (value != 0);
+  while (count > 0) *out++ = digits[--count];
+  *out++ = separator;
+  return out;
+}
+
+void WriteCallCounts(DWORD now) {
+  char text[96];
+  char* end = AppendCount(text, "enum=", callCounts.enumCalls, ' ');
+  end = AppendCount(end, "status=", callCounts.statusCalls, ' ');
+  end = AppendCount(end, "tick=", now, '\n');
+  const DWORD length = static_cast<DWORD>(end - text);
+  HANDLE file = CreateFileA(kCallCountFile, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                            CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return;
+  DWORD written = 0;
+  WriteFile(file, text, length, &written, nullptr);
+  CloseHandle(file);
+}
+
+// One more call of the given counter; the file follows once a second.
+void CountCall(unsigned long& counter) {
+  if (!callCounts.checked) {
+    callCounts.checked = true;
+    callCounts.wanted = GetFileAttributesA(kCallCountFile) != INVALID_FILE_ATTRIBUTES;
+  }
+  if (!callCounts.wanted) return;
+  ++counter;
+  const DWORD now = GetTickCount();
+  if (now - callCounts.writtenAt < kCallCountPeriodMs) return;
+  callCounts.writtenAt = now;
+  WriteCallCounts(now);
+}
+
 bool IsListed(const Session& session) {
   return session.phase == Phase::kDialing || session.phase == Phase::kConnected ||
          session.phase == Phase::kDisconnected;
@@ -178,6 +238,7 @@ void CopyText(char* target, size_t capacity, const char* text) {
 
 extern "C" DWORD WINAPI RasEnumConnectionsA(ras::Connection95* connections, DWORD* bufferSize,
                                             DWORD* connectionCount) {
+  CountCall(callCounts.enumCalls);
   if (bufferSize == nullptr || connectionCount == nullptr) return kErrorInvalidParameter;
   if (connections == nullptr) {
     if (*bufferSize != 0) return kErrorInvalidParameter;
@@ -209,6 +270,7 @@ extern "C" DWORD WINAPI RasEnumConnectionsA(ras::Connection95* connections, DWOR
 
 extern "C" DWORD WINAPI RasGetConnectStatusA(ras::ConnectionHandle connection,
                                              ras::ConnectionStatus95* status) {
+  CountCall(callCounts.statusCalls);
   if (status == nullptr) return kErrorInvalidParameter;
   if (status->dwSize != sizeof(ras::ConnectionStatus95)) return ras::kErrorInvalidSize;
 
