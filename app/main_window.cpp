@@ -73,10 +73,7 @@ void OnCreate(HWND window) {
   }
 }
 
-void OnTimer(UINT_PTR timer) {
-  if (timer == kPollTimer) RunSessionStep(WindowProbe());
-  RefreshStatusText();
-}
+void OnTimer(UINT_PTR timer) { OnMainWindowTimer(timer == kPollTimer, mainDialogVisible, WindowProbe()); }
 
 // Returns true when the user confirmed the quit.
 bool ConfirmQuit() {
