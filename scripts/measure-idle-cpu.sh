@@ -80,7 +80,7 @@ mkdir -p "$install_dir"
 cp -f "$exe" "$install_dir/Orvalen.exe"
 for file in ReadMe.txt OrvalenManual.doc Alarm.wav; do cp -f "$(dirname "$exe")/$file" "$install_dir/"; done
 (( builtin_ras )) || orv_wine_install_standin "$standin" "$install_dir"
-# Its presence asks the stand-in to count the calls into it (once a second).
+# Its presence asks the stand-in to count the calls into it (every five seconds).
 calls_file=$prefix/drive_c/orvalen-dialup-calls.txt
 rm -f "$calls_file"
 (( builtin_ras )) || : >"$calls_file"

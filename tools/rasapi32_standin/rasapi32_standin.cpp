@@ -7,13 +7,14 @@
 //
 // state is one of none, dialing, connected, disconnected, vanished. A test can
 // change the session while the program polls: the file is read again whenever its
-// time stamp or size changed, and at least every quarter second in case a change
-// kept both (so the program's idle cost is not mostly ours). A missing,
+// time stamp or size changed, and at least every two seconds in case a change
+// kept both; the two calls of one poll, made in the same millisecond, share one
+// look at the file (so the program's idle cost is not mostly ours). A missing,
 // unreadable or malformed file simply means "no connection". scripts/dialup writes
 // it (atomically, so a poll never sees half a file).
 //
 // When C:\orvalen-dialup-calls.txt exists as the first call is made, the stand-in
-// counts the calls made to it and rewrites that file at most once a second with
+// counts the calls made to it and rewrites that file at most every five seconds with
 // "enum=N status=M tick=T" (T the tick count of the write), so a measurement can
 // tell how often the program asks the service (scripts/measure-idle-cpu.sh).
 #include <windows.h>
@@ -125,25 +126,28 @@ Session ReadSession() {
   return session;
 }
 
-constexpr DWORD kLongestReuseMs = 250;
+constexpr DWORD kLongestReuseMs = 2000;
 
 struct CachedSession {
   bool valid = false;
   FILETIME written = {};
   DWORD sizeLow = 0;
   DWORD readAt = 0;
+  DWORD checkedAt = 0;
   Session session;
 };
 
 // The session the file describes, read again only when the file may have changed.
 Session CurrentSession() {
   static CachedSession cache;
+  const DWORD now = GetTickCount();
+  if (cache.valid && now == cache.checkedAt) return cache.session;
   WIN32_FILE_ATTRIBUTE_DATA attributes;
   if (!GetFileAttributesExA(kStateFile, GetFileExInfoStandard, &attributes)) {
     cache.valid = false;
     return Session();
   }
-  const DWORD now = GetTickCount();
+  cache.checkedAt = now;
   if (cache.valid && CompareFileTime(&cache.written, &attributes.ftLastWriteTime) == 0 &&
       cache.sizeLow == attributes.nFileSizeLow && now - cache.readAt < kLongestReuseMs) {
     return cache.session;
@@ -157,7 +161,7 @@ Session CurrentSession() {
 }
 
 constexpr char kCallCountFile[] = "C:\\orvalen-dialup-calls.txt";
-constexpr DWORD kCallCountPeriodMs = 1000;
+constexpr DWORD kCallCountPeriodMs = 5000;
 
 struct CallCounts {
   bool checked = false;
@@ -197,7 +201,7 @@ void WriteCallCounts(DWORD now) {
   CloseHandle(file);
 }
 
-// One more call of the given counter; the file follows once a second.
+// One more call of the given counter; the file follows every five seconds.
 void CountCall(unsigned long& counter) {
   if (!callCounts.checked) {
     callCounts.checked = true;
