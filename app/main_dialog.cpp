@@ -1,5 +1,6 @@
 #include "app/main_dialog.h"
 
+#include <cstring>
 #include <string>
 
 #include "app/app_state.h"
@@ -54,15 +55,35 @@ class MainDialogState {
 
 MainDialogState* dialogState = nullptr;
 
-void SetText(HWND control, const char* text) { SetWindowTextA(control, text); }
+// The refresh writes only what changed: a control given the text it already
+// shows, the state it already has or the icon it already holds would be redrawn
+// for nothing, every second.
+void SetText(HWND control, const char* text) {
+  char shown[kStatusTextSize + 1];
+  const int length = GetWindowTextA(control, shown, sizeof shown);
+  if (length >= 0 && static_cast<std::size_t>(length) < kStatusTextSize && std::strcmp(shown, text) == 0) return;
+  SetWindowTextA(control, text);
+}
+
+void Enable(HWND control, BOOL enable) {
+  if (!IsWindowEnabled(control) != !enable) EnableWindow(control, enable);
+}
+
+void SetIcon(HWND dialog, int control, HICON icon) {
+  if (reinterpret_cast<HICON>(SendDlgItemMessageA(dialog, control, STM_GETIMAGE, IMAGE_ICON, 0)) == icon) return;
+  SendDlgItemMessageA(dialog, control, STM_SETIMAGE, IMAGE_ICON, reinterpret_cast<LPARAM>(icon));
+}
 
 void ShowSessionTexts(MainDialogState& state) {
-  ShowWindow(state.connectionCaption, SW_SHOW);
-  EnableWindow(state.connectionCaption, TRUE);
-  EnableWindow(state.connectionName, TRUE);
-  if (state.probe.IsConnected() && OnLineFlag == 1) {
-    EnableWindow(state.configure, FALSE);
-    ShowWindow(state.firstCaption, SW_SHOW);
+  // The answer of the latest poll tick, which the status text shown here was
+  // built on too.
+  const bool connected = TickConnected != 0;
+  if (!IsWindowVisible(state.connectionCaption)) ShowWindow(state.connectionCaption, SW_SHOW);
+  Enable(state.connectionCaption, TRUE);
+  Enable(state.connectionName, TRUE);
+  if (connected && OnLineFlag == 1) {
+    Enable(state.configure, FALSE);
+    if (!IsWindowVisible(state.firstCaption)) ShowWindow(state.firstCaption, SW_SHOW);
     SetText(state.firstCaption, "You've Been Logged on since:");
     SetText(state.secondCaption, "Your've Been Logged on for:");
     SetText(state.secondValue, GetElapsedText());
@@ -74,7 +95,7 @@ void ShowSessionTexts(MainDialogState& state) {
   }
   // Whenever no session is open, also after a connection vanished from the list
   // without a "disconnected" state.
-  if (SessionOpen == 0) EnableWindow(state.configure, TRUE);
+  if (SessionOpen == 0) Enable(state.configure, TRUE);
   if (NoConnectionSeen) return;  // nothing to tell until a first connection
   SetText(state.firstCaption, "Your Last Logon was at :");
   SetText(state.secondCaption, "Your Last Logon Took Up :");
@@ -86,7 +107,7 @@ void ShowSessionTexts(MainDialogState& state) {
 }
 
 void FillPreviousSession(MainDialogState& state) {
-  EnableWindow(state.previousSession, TRUE);
+  Enable(state.previousSession, TRUE);
   SendMessageA(state.previousSession, LB_RESETCONTENT, 0, 0);
   for (const std::string& line : PreviousSessionLines()) {
     SendMessageA(state.previousSession, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line.c_str()));
@@ -95,8 +116,8 @@ void FillPreviousSession(MainDialogState& state) {
 
 void OnRefreshTimer(HWND dialog, MainDialogState& state) {
   ShowSessionTexts(state);
-  HICON alarmIcon = LoadIconA(instanceHandle, MAKEINTRESOURCEA(settings.alarmOn ? IDI_ALARM_ON : IDI_ALARM_OFF));
-  SendDlgItemMessageA(dialog, IDC_MAIN_ALARM_ICON, STM_SETIMAGE, IMAGE_ICON, reinterpret_cast<LPARAM>(alarmIcon));
+  SetIcon(dialog, IDC_MAIN_ALARM_ICON,
+          LoadIconA(instanceHandle, MAKEINTRESOURCEA(settings.alarmOn ? IDI_ALARM_ON : IDI_ALARM_OFF)));
   SetText(state.time, ClockText());
   const LocalTime today = ReadLocalTime();
   char date[kDateTextSize];
@@ -121,6 +142,7 @@ BOOL OnInitDialog(HWND dialog) {
   SetText(state->accountStatus, kInitialStatusText);
   dialogState = state;
   mainDialogVisible = true;
+  RefreshStatusText();  // the timers rebuild it only while a dialog shows it
   SetTimer(dialog, kRefreshTimer, 1000, nullptr);
   state->greyBrush = CreateSolidBrush(kDialogGrey);
   state->greenBrush = CreateSolidBrush(kGreen);

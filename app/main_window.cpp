@@ -81,10 +81,7 @@ void OnCreate(HWND window) {
   startupDone = true;
 }
 
-void OnTimer(UINT_PTR timer) {
-  if (timer == kPollTimer) RunSessionStep(WindowProbe());
-  RefreshStatusText();
-}
+void OnTimer(UINT_PTR timer) { OnMainWindowTimer(timer == kPollTimer, mainDialogVisible, WindowProbe()); }
 
 // Returns true when the user confirmed the quit.
 bool ConfirmQuit() {

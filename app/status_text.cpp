@@ -16,11 +16,6 @@ namespace {
 
 constexpr float kHoursPerSecond = 0.00027777778f;
 
-DialUpProbe& StatusProbe() {
-  static DialUpProbe probe;
-  return probe;
-}
-
 template <typename... Args>
 std::string Format(const char* format, Args... args) {
   char text[512];  // room for two full clock texts
@@ -55,8 +50,7 @@ void RefreshStatusText() { RefreshStatusTextWith(kCachedUsage); }
 
 void RefreshStatusTextWith(const UsageQueries& usage) {
   const int32_t elapsed = ElapsedSeconds();
-  DialUpProbe& probe = StatusProbe();
-  if (probe.IsConnected()) {
+  if (TickConnected != 0) {
     std::string kind;
     std::string detail;
     switch (usage.accountKindOf(CurrentConnectionName)) {
@@ -86,7 +80,12 @@ void RefreshStatusTextWith(const UsageQueries& usage) {
     std::snprintf(statusText, sizeof statusText, "\nType of Account: %s\n %s", kind.c_str(), detail.c_str());
     return;
   }
-  if (!probe.IsConnected()) CopyFixedText(statusText, kOffLineStatusText);
+  CopyFixedText(statusText, kOffLineStatusText);
+}
+
+void OnMainWindowTimer(bool pollTick, bool statusShown, DialUpProbe& probe) {
+  if (pollTick) RunSessionStep(probe);
+  if (statusShown) RefreshStatusText();
 }
 
 std::vector<std::string> PreviousSessionLines() { return PreviousSessionLinesWith(kCachedUsage); }

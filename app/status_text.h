@@ -7,6 +7,8 @@
 
 #include "storage/usage_cache.h"
 
+class DialUpProbe;
+
 constexpr std::size_t kStatusTextSize = 256;
 
 extern char statusText[kStatusTextSize];
@@ -14,10 +16,17 @@ extern char statusText[kStatusTextSize];
 constexpr char kInitialStatusText[] = "\t\t   Status: \n\n        No  Active  Dial-Up  Connections...";
 constexpr char kOffLineStatusText[] = "\t\t      Status :\n\n           No  Active  Dial-Up  Connections ...";
 
-// Takes the account figures from the usage cache, so a rebuild costs the same
-// whatever the log's size; the With forms take them from the family given.
+// Built on the answer of the latest poll tick (TickConnected), so it asks the
+// dial-up service nothing. Takes the account figures from the usage cache, so a
+// rebuild costs the same whatever the log's size; the With forms take them from
+// the family given.
 void RefreshStatusText();
 void RefreshStatusTextWith(const UsageQueries& usage);
+
+// A tick of the main window's timers 2, 5 and 10: timer 2's tick (pollTick) runs
+// the session step, the one dial-up query of the tick; every tick rebuilds the
+// status text while the main status dialog exists to show it.
+void OnMainWindowTimer(bool pollTick, bool statusShown, DialUpProbe& probe);
 
 // "0.50 Hr." / "1.01 Hrs.": an hour figure with its unit.
 std::string HoursText(float hours);

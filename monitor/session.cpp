@@ -22,6 +22,7 @@ char SessionConnectionName[50] = "";
 uint32_t LogOnHour = 0, LogOnMinute = 0, LogOnSecond = 0;
 uint32_t LogOffHour = 0, LogOffMinute = 0, LogOffSecond = 0;
 uint8_t LastSessionChanged = 1;
+uint8_t TickConnected = 0;
 SessionHooks sessionHooks;
 
 namespace {
@@ -131,9 +132,11 @@ int32_t PlausibleElapsed() {
 }  // namespace
 
 void RunSessionStep(DialUpProbe& probe) {
+  const bool connected = probe.IsConnected();
+  TickConnected = connected ? 1 : 0;
   // The flags change before anything that can open a message box, so a tick that
   // runs inside that box neither opens nor closes the same session twice.
-  if (probe.IsConnected() && SessionOpen == 0) {
+  if (connected && SessionOpen == 0) {
     SessionClosed = 0;
     SessionOpen = 1;
     StartSession();
@@ -141,7 +144,7 @@ void RunSessionStep(DialUpProbe& probe) {
     SaveSettings();  // the file now holds the marker and the first checkpoint
     CallHook(sessionHooks.startSessionTimers);
   }
-  if (!probe.IsConnected() && SessionClosed == 0) {
+  if (!connected && SessionClosed == 0) {
     SessionClosed = 1;
     SessionOpen = 0;
     CallHook(sessionHooks.stopSessionTimers);
@@ -272,6 +275,7 @@ void ResetSessionState() {
   LogOnHour = LogOnMinute = LogOnSecond = 0;
   LogOffHour = LogOffMinute = LogOffSecond = 0;
   LastSessionChanged = 1;
+  TickConnected = 0;
   OneShotFired = 0;
   CurrentConnectionName[0] = '\0';
   OnLineFlag = 0;

@@ -21,6 +21,10 @@ extern char SessionConnectionName[50];
 extern uint32_t LogOnHour, LogOnMinute, LogOnSecond;
 extern uint32_t LogOffHour, LogOffMinute, LogOffSecond;
 extern uint8_t LastSessionChanged;    // the main dialog redraws its previous session
+// The answer of the latest session step's poll. The other readers of that tick
+// (the status text) and the main dialog's refresh take it rather than asking
+// the dial-up service again.
+extern uint8_t TickConnected;
 
 // What the session step needs from the window layer and from later features.
 struct SessionHooks {
@@ -31,8 +35,9 @@ struct SessionHooks {
 };
 extern SessionHooks sessionHooks;
 
-// One tick of the 100 ms timer: the first poll may open a session, the second
-// may close it; both can happen in one tick.
+// One tick of the 100 ms timer: one poll, whose answer both checks take (up
+// while no session is open opens one, down while one is open closes it) and
+// which stays in TickConnected.
 void RunSessionStep(DialUpProbe& probe);
 
 void StartSession();

@@ -9,11 +9,13 @@
 # S seconds (default 60) twice: off-line, then on-line (the stand-in dial-up
 # service connected to "Home ISP", a connection of the log with a pre-paid card).
 # It prints percent of one core for the Orvalen.exe process, for the prefix's
-# wineserver and for the prefix's other Wine processes (desktop, services).
+# wineserver and for the prefix's other Wine processes (desktop, services), and
+# how often the program asked the dial-up service: polls (enumerations) and
+# service calls (enumerations and status queries) a second, as the stand-in
+# counted them.
 #
-# The program makes about 90 dial-up service calls a second off-line (each poll
-# is two calls), and the stand-in answers each from its state file: with
-# --builtin-ras the program gets Wine's own rasapi32 instead (always off-line) and
+# The stand-in answers each call from its state file: with --builtin-ras the
+# program gets Wine's own rasapi32 instead (always off-line, no call counts) and
 # only the off-line figure is measured, to tell the program's own cost from the
 # stand-in's.
 #
@@ -78,6 +80,10 @@ mkdir -p "$install_dir"
 cp -f "$exe" "$install_dir/Orvalen.exe"
 for file in ReadMe.txt OrvalenManual.doc Alarm.wav; do cp -f "$(dirname "$exe")/$file" "$install_dir/"; done
 (( builtin_ras )) || orv_wine_install_standin "$standin" "$install_dir"
+# Its presence asks the stand-in to count the calls into it (every five seconds).
+calls_file=$prefix/drive_c/orvalen-dialup-calls.txt
+rm -f "$calls_file"
+(( builtin_ras )) || : >"$calls_file"
 cp -f "$log_maker" "$prefix/drive_c/test_log_maker.exe"
 # Four connections, four sessions a day going back from today, every connection
 # with a configured account (a card, a limited and an unlimited one).
@@ -143,6 +149,22 @@ ticks_of() {
 
 hz=$(getconf CLK_TCK)
 
+# "ENUM STATUS TICK" from the stand-in's count file ("- - -" without one); a read
+# that meets the file while it is rewritten is tried again.
+calls_of() {
+  local line _
+  for _ in 1 2 3 4 5 6 7 8 9 10; do
+    line=$(cat "$calls_file" 2>/dev/null) || line=
+    if [[ $line =~ ^enum=([0-9]+)\ status=([0-9]+)\ tick=([0-9]+) ]]; then
+      echo "${BASH_REMATCH[1]} ${BASH_REMATCH[2]} ${BASH_REMATCH[3]}"
+      return 0
+    fi
+    (( builtin_ras )) && break
+    sleep 0.1
+  done
+  echo "- - -"
+}
+
 if [[ -n $show_dialog ]]; then
   drv wait-window --title "$dialog_title" --timeout-ms 60000 >/dev/null \
     || { echo "the main status dialog did not open" >&2; drv windows >&2 || true; exit 1; }
@@ -160,11 +182,13 @@ measure() {  # LABEL
   # Start-up work (reading the log, the splash) is over well before this point;
   # let the last of it settle before counting.
   sleep 3
-  local a0 s0 o0 a1 s1 o1 t0 t1
+  local a0 s0 o0 a1 s1 o1 t0 t1 c0 c1
   t0=$(date +%s%N)
   a0=$(ticks_of "$app_pid") s0=$(ticks_of "$server_pid") o0=$(ticks_of "${others[@]}")
+  c0=$(calls_of)
   sleep "$seconds"
   a1=$(ticks_of "$app_pid") s1=$(ticks_of "$server_pid") o1=$(ticks_of "${others[@]}")
+  c1=$(calls_of)
   t1=$(date +%s%N)
   [[ -f $run_file ]] && { echo "the program ended during the measurement" >&2; exit 1; }
   awk -v label="$1" -v a=$(( a1 - a0 )) -v s=$(( s1 - s0 )) -v o=$(( o1 - o0 )) \
@@ -173,6 +197,15 @@ measure() {  # LABEL
     printf "%-9s Orvalen.exe %6.3f%%   wineserver %6.3f%%   other Wine processes %6.3f%%   (of one core, %.1f s)\n",
       label, 100 * a / hz / wall, 100 * s / hz / wall, 100 * o / hz / wall, wall
   }'
+  local e0 q0 k0 e1 q1 k1
+  read -r e0 q0 k0 <<<"$c0"
+  read -r e1 q1 k1 <<<"$c1"
+  if [[ $e0 != - && $e1 != - ]] && (( k1 > k0 )); then
+    awk -v label="$1" -v e=$(( e1 - e0 )) -v q=$(( q1 - q0 )) -v ms=$(( k1 - k0 )) 'BEGIN {
+      printf "%-9s polls %.1f/s, dial-up service calls %.1f/s (over %.1f s)\n",
+        label, 1000 * e / ms, 1000 * (e + q) / ms, ms / 1000
+    }'
+  fi
 }
 
 measure off-line

@@ -1,7 +1,12 @@
 #include <cstring>
 #include <string>
 
+#include "app/status_text.h"
 #include "monitor/dial_up_probe.h"
+#include "monitor/session.h"
+#include "storage/program_paths.h"
+#include "storage/session_log.h"
+#include "storage/settings.h"
 #include "test_support.h"
 
 namespace {
@@ -91,6 +96,25 @@ TEST_F(Probe, EachProbeKeepsItsOwnLastHandle) {
   DialUpProbe fresh;
   fresh.IsConnected();
   EXPECT_EQ(ras_.queriedHandles.back(), 0u) << "a new probe has seen no connection";
+}
+
+TEST_F(Probe, EachPollTickAsksTheServiceOnceAndTheSessionFollowsItsAnswer) {
+  ASSERT_TRUE(CreateSettings(SettingsPath()));
+  ASSERT_TRUE(CreateEmptyLog(LogFilePath().c_str()));
+  // The service at a tick of timer 2, and whether a session is open after it.
+  const struct { State state; uint32_t open; } ticks[] = {
+      {State::None, 0},      {State::Dialling, 0},     {State::Connected, 1}, {State::Connected, 1},
+      {State::Vanished, 0},  {State::Connected, 1},    {State::Disconnected, 0}, {State::Unavailable, 0}};
+  int polls = 0;
+  for (bool dialogShown : {false, true}) {
+    for (const auto& tick : ticks) {
+      ras_.state = tick.state;
+      OnMainWindowTimer(true, dialogShown, probe_);  // timer 2
+      OnMainWindowTimer(false, dialogShown, probe_);  // timer 5 or 10 in the same 100 ms
+      EXPECT_EQ(ras_.enumCalls, ++polls) << "one dial-up query a tick, none for the other timers";
+      EXPECT_EQ(SessionOpen, tick.open) << "opened or closed by the tick that saw the change";
+    }
+  }
 }
 
 }  // namespace

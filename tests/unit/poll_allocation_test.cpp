@@ -1,4 +1,4 @@
-// The poll runs twenty to thirty times a second for as long as the program runs:
+// The poll runs ten times a second for as long as the program runs:
 // it must not allocate. This executable replaces the global operator new and
 // delete with counting ones (its own program, so no other test is affected) and
 // polls in every state of the dial-up service. The poll uses no C stdio and no

@@ -216,17 +216,6 @@ TEST_F(Session, TickCounterWrapDoesNotSpoilTheDuration) {
   EXPECT_NEAR(ElapsedSeconds(), 60, 1);
 }
 
-TEST_F(Session, ConnectAndDisconnectInOneTick) {
-  ras_.Connect("Blink");
-  ras_.disconnectAtEnumCall = 2;  // the second poll of the tick sees it gone
-  Tick();
-  EXPECT_EQ(SessionOpen, 0u);
-  EXPECT_EQ(sessionLog.records[0].status, InUse);
-  EXPECT_LE(sessionLog.records[0].durationSeconds, 1);
-  EXPECT_STREQ(sessionLog.records[0].connectionName, "Blink");
-  EXPECT_EQ(MarkerOnDisk(), 219);
-}
-
 TEST_F(Session, CheckpointsEveryThreeMinutesFollowTheOpenSession) {
   clock_.now = {2002, 1, 1, 7, 10, 0, 0};
   ras_.Connect("Home ISP");

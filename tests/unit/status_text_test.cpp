@@ -25,6 +25,7 @@ class StatusText : public ProgramStateTest {
   // On-line in a session that has run for the given seconds.
   void OnLineFor(uint32_t seconds) {
     ras_.Connect("Card ISP");
+    TickConnected = DialUpProbe().IsConnected();
     SessionStartSeconds = clock_.tickMs / 1000;
     clock_.Advance(seconds);
   }

@@ -31,7 +31,6 @@ void FakeClock::Advance(uint32_t seconds) {
 uint32_t ScriptedRas::EnumConnections(ras::Connection95* connections, uint32_t* bufferSize,
                                       uint32_t* connectionCount) {
   ++enumCalls;
-  if (disconnectAtEnumCall != 0 && enumCalls >= disconnectAtEnumCall) state = State::Disconnected;
   lastEnumBufferSize = *bufferSize;
   lastEntrySize = connections[0].dwSize;
   if (state == State::Unavailable) return 711;

@@ -38,7 +38,6 @@ class ScriptedRas : public RasService {
   uint32_t lastEnumBufferSize = 0;
   uint32_t lastEntrySize = 0;
   uint32_t lastStatusSize = 0;
-  int disconnectAtEnumCall = 0;  // that enumeration and later ones see "disconnected"
 
   void Connect(const std::string& connectionName) {
     name = connectionName;

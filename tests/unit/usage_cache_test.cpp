@@ -92,6 +92,7 @@ TEST_F(UsageCache, RepeatedQueriesWalkTheLogOncePerConnection) {
   EXPECT_EQ(UsageCacheLogWalks(), walks);
   // The status text of a whole on-line minute at twelve rebuilds a second.
   ras_.Connect("Card ISP");
+  TickConnected = DialUpProbe().IsConnected();
   SessionStartSeconds = clock_.tickMs / 1000;
   for (int i = 0; i < 720; ++i) RefreshStatusText();
   EXPECT_EQ(UsageCacheLogWalks(), walks);
