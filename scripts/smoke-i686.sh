@@ -17,6 +17,7 @@
 #   apt/     a private apt state: the system's sources, architectures and dpkg
 #            database are never touched
 #   wine/    the 64-bit template prefix with Wine's 32-bit DLLs in syswow64
+#   fontconfig-cache/  the 32-bit fontconfig's caches (kept out of /var/cache)
 # Each run clones a fresh prefix from the template (wine/app-smoke-i686) and
 # leaves its screenshots in build/smoke-i686/shots/.
 #
@@ -55,6 +56,8 @@ fi
 # What must look the same afterwards.
 dpkg_status_before=$(md5sum </var/lib/dpkg/status)
 foreign_before=$(dpkg --print-foreign-architectures | tr '\n' ' ')
+fc32_caches() { find /var/cache/fontconfig -name '*le32*' 2>/dev/null | sort | md5sum; }
+fc32_before=$(fc32_caches)
 
 "$top/scripts/install-deps.sh" >&2 || exit 1
 
@@ -180,6 +183,16 @@ if [[ ! -f $tpl/.smoke-32bit-side ]]; then
   add_32bit_side || { say "cannot add the 32-bit side to $tpl"; exit 1; }
 fi
 
+mkdir -p "$S/fontconfig-cache"
+cat >"$S/fonts.conf" <<EOF
+<?xml version="1.0"?>
+<!DOCTYPE fontconfig SYSTEM "urn:fontconfig:fonts.dtd">
+<fontconfig>
+  <cachedir>$S/fontconfig-cache</cachedir>
+  <include ignore_missing="yes">/etc/fonts/fonts.conf</include>
+</fontconfig>
+EOF
+
 SHOTS=$S/shots
 rm -rf "$SHOTS"
 APP_OWN_DISPLAY=1
@@ -194,6 +207,8 @@ app_start() {
     cd "$APP_SETUP_DIR" || exit 1
     orv_wine_export "$APP_PREFIX"
     export QEMU_LD_PREFIX=$ROOT WINELOADER=$ROOT/usr/lib/wine/wine WINESERVER=$ORV_WINESERVER
+    # The 32-bit fontconfig keeps its own caches, here rather than in /var/cache.
+    export FONTCONFIG_FILE=$S/fonts.conf
     export WINEDEBUG=${ORVALEN_WINEDEBUG:-err+all,fixme-all}
     rc=0
     timeout -k 5 "$START_LIMIT" "$ROOT/usr/lib/wine/wine" ./Orvalen.exe >>"$APP_HOME/orvalen.out" 2>&1 || rc=$?
@@ -222,6 +237,7 @@ smoke_finish() {
   echo "--- after the run"
   check "dpkg's architectures unchanged" "$(dpkg --print-foreign-architectures | tr '\n' ' ')" "$foreign_before"
   check "dpkg's package state unchanged" "$(md5sum </var/lib/dpkg/status)" "$dpkg_status_before"
+  check "no 32-bit font cache left in /var/cache/fontconfig" "$(fc32_caches)" "$fc32_before"
   check_true "wine64 still runs" bash -c '/usr/lib/wine/wine64 --version >/dev/null 2>&1'
   if (( app_failed > 0 )) && [[ -s $APP_HOME/orvalen.out ]]; then
     echo "--- Wine's errors in the emulated process (last 30 lines of $APP_HOME/orvalen.out)"
