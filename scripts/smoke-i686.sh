@@ -264,6 +264,8 @@ D=$APP_MAIN_DIALOG
 
 # ---------------------------------------------------------------- first run
 echo "--- first run"
+check "the program and the stand-in are 32-bit" \
+  "$(i686-w64-mingw32-objdump -f "$EXE" "$STANDIN" | grep -c 'file format pei-i386$')" 2
 check "no configuration before the first start" "$( [[ -e $APP_CONFIG ]] && echo present || echo absent )" absent
 app_start
 drv wait-window --title "Welcome to Orvalen" --timeout-ms $(( START_LIMIT * 1000 )) >/dev/null \
