@@ -7,7 +7,7 @@
 
 #include "logview/text_report.h"
 #include "monitor/dial_up_probe.h"
-#include "monitor/system_clock.h"
+#include "platform/system_clock.h"
 #include "monitor/time_text.h"
 #include "storage/accounts.h"
 #include "storage/fixed_text.h"

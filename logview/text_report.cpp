@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <cstring>
 
-#include "monitor/system_clock.h"
-#include "storage/binary_file.h"
-#include "storage/program_paths.h"
+#include "platform/system_clock.h"
+#include "platform/binary_file.h"
+#include "platform/program_paths.h"
 
 std::string PendingReport;
 std::string FinishedReport;

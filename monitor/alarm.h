@@ -71,10 +71,5 @@ void LoadAlarmPageState();
 // sheet's caller saves them).
 void StoreAlarmPage(uint32_t repeatHours, uint32_t repeatMinutes, uint32_t onceHours, uint32_t onceMinutes);
 
-// Controls that EnableDetailControls switches, on whichever page has them: the
-// first eight are the Accounts page's detail fields, the rest the Alarm page's.
-constexpr int kDetailControlIds[] = {913,  917,  915,  922,  119,  203,  204,  117,  1407, 1408, 1403,
-                                     1412, 1415, 1418, 1404, 1405, 1422, 1421, 1409, 1413, 1417, 1419};
-
 // Back to the state of a freshly started process (tests, tools).
 void ResetAlarmState();

@@ -1,18 +1,11 @@
 // The Accounts page's plain logic: how it reads figures from its edit boxes, what
-// it shows for an entry, and what OK / Apply store in the entry. The dialog itself
-// belongs to the window layer.
+// it shows for an entry, and what OK / Apply store in the entry. The dialog and
+// its texts belong to the window layer.
 #pragma once
 #include <cstddef>
 #include <cstdint>
 
 #include "storage/account_record.h"
-
-constexpr char kAccountsCaptionFor[] = "Orvalen....Configure Account Details For --";  // + the name
-constexpr char kAccountsCaptionAll[] = "Orvalen....Configure  Account Details For Dial-Up Connections";
-constexpr char kAccountsBanner[] =
-    "Choose a Connection to enter account details.\nPrevious accounts can also be reconfigured here";
-constexpr char kAccountsComboPrompt[] = "Select One";
-constexpr char kAccountsFirstItem[] = "Connection";
 
 // Money and VAT edits are read from their first 4 characters only ("100.75" reads
 // as 100.0).

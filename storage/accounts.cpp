@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "monitor/system_clock.h"
+#include "platform/system_clock.h"
 #include "storage/fixed_text.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"

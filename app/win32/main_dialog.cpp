@@ -1,0 +1,211 @@
+#include "app/win32/main_dialog.h"
+
+#include <string>
+
+#include "ui/win32/app_state.h"
+#include "ui/win32/dialog_colours.h"
+#include "app/win32/greeting_dialogs.h"
+#include "app/win32/settings_sheet.h"
+#include "app/status_text.h"
+#include "app/win32/tray_icon.h"
+#include "logview/win32/view_log_dialog.h"
+#include "monitor/dial_up_probe.h"
+#include "monitor/session.h"
+#include "platform/system_clock.h"
+#include "monitor/time_text.h"
+#include "resources/resource_ids.h"
+#include "storage/session_log.h"
+#include "storage/settings.h"
+
+namespace {
+
+constexpr UINT_PTR kRefreshTimer = 1;
+constexpr COLORREF kGreen = RGB(0, 255, 0);
+constexpr COLORREF kLightGreen = RGB(194, 248, 146);
+
+class MainDialogState {
+ public:
+  explicit MainDialogState(HWND dialog)
+      : dialog(dialog),
+        hide(GetDlgItem(dialog, IDC_MAIN_HIDE)),
+        configure(GetDlgItem(dialog, IDC_MAIN_CONFIGURE)),
+        viewLog(GetDlgItem(dialog, IDC_MAIN_VIEW_LOG)),
+        about(GetDlgItem(dialog, IDC_MAIN_ABOUT)),
+        date(GetDlgItem(dialog, IDC_MAIN_DATE)),
+        time(GetDlgItem(dialog, IDC_MAIN_TIME)),
+        connectionCaption(GetDlgItem(dialog, IDC_MAIN_CONNECTION_CAPTION)),
+        connectionName(GetDlgItem(dialog, IDC_MAIN_CONNECTION_NAME)),
+        firstCaption(GetDlgItem(dialog, IDC_MAIN_FIRST_CAPTION)),
+        firstValue(GetDlgItem(dialog, IDC_MAIN_FIRST_VALUE)),
+        secondCaption(GetDlgItem(dialog, IDC_MAIN_SECOND_CAPTION)),
+        secondValue(GetDlgItem(dialog, IDC_MAIN_SECOND_VALUE)),
+        accountStatus(GetDlgItem(dialog, IDC_MAIN_ACCOUNT_STATUS)),
+        previousSession(GetDlgItem(dialog, IDC_MAIN_PREVIOUS_SESSION)) {}
+  virtual ~MainDialogState() = default;
+
+  HWND dialog;
+  HWND hide, configure, viewLog, about, date, time, connectionCaption, connectionName, firstCaption, firstValue,
+      secondCaption, secondValue, accountStatus, previousSession;
+  HBRUSH greyBrush = nullptr;
+  HBRUSH greenBrush = nullptr;
+  HBRUSH lightGreenBrush = nullptr;
+  DialUpProbe probe;
+};
+
+MainDialogState* dialogState = nullptr;
+
+void SetText(HWND control, const char* text) { SetWindowTextA(control, text); }
+
+void ShowSessionTexts(MainDialogState& state) {
+  ShowWindow(state.connectionCaption, SW_SHOW);
+  EnableWindow(state.connectionCaption, TRUE);
+  EnableWindow(state.connectionName, TRUE);
+  if (state.probe.IsConnected() && OnLineFlag == 1) {
+    EnableWindow(state.configure, FALSE);
+    ShowWindow(state.firstCaption, SW_SHOW);
+    SetText(state.firstCaption, "You've Been Logged on since:");
+    SetText(state.secondCaption, "Your've Been Logged on for:");
+    SetText(state.secondValue, GetElapsedText());
+    SetText(state.firstValue, GetLogOnText());
+    SetText(state.accountStatus, statusText);
+    SetText(state.connectionCaption, "Active Connection :");
+    SetText(state.connectionName, CurrentConnectionName);
+    return;
+  }
+  // Whenever no session is open, also after a connection vanished from the list
+  // without a "disconnected" state.
+  if (SessionOpen == 0) EnableWindow(state.configure, TRUE);
+  if (NoConnectionSeen) return;  // nothing to tell until a first connection
+  SetText(state.firstCaption, "Your Last Logon was at :");
+  SetText(state.secondCaption, "Your Last Logon Took Up :");
+  SetText(state.firstValue, GetLogOnText());
+  SetText(state.secondValue, GetLastDurationText());
+  SetText(state.connectionCaption, "Last Connection :");
+  SetText(state.connectionName, CurrentConnectionName);
+  SetText(state.accountStatus, statusText);
+}
+
+void FillPreviousSession(MainDialogState& state) {
+  EnableWindow(state.previousSession, TRUE);
+  SendMessageA(state.previousSession, LB_RESETCONTENT, 0, 0);
+  for (const std::string& line : PreviousSessionLines()) {
+    SendMessageA(state.previousSession, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line.c_str()));
+  }
+}
+
+void OnRefreshTimer(HWND dialog, MainDialogState& state) {
+  ShowSessionTexts(state);
+  HICON alarmIcon = LoadIconA(instanceHandle, MAKEINTRESOURCEA(settings.alarmOn ? IDI_ALARM_ON : IDI_ALARM_OFF));
+  SendDlgItemMessageA(dialog, IDC_MAIN_ALARM_ICON, STM_SETIMAGE, IMAGE_ICON, reinterpret_cast<LPARAM>(alarmIcon));
+  SetText(state.time, ClockText());
+  const LocalTime today = ReadLocalTime();
+  char date[kDateTextSize];
+  FormatDate(date, today.dayOfWeek, today.month, today.day, today.year);
+  SetText(state.date, date);
+  if (settings.previousSessionValid != 0 && LastSessionChanged) {
+    FillPreviousSession(state);
+    LastSessionChanged = 0;
+  }
+}
+
+BOOL OnInitDialog(HWND dialog) {
+  if (mainDialogVisible) {  // only one main status dialog exists
+    DestroyWindow(dialog);
+    return TRUE;
+  }
+  MainDialogState* state = new MainDialogState(dialog);
+  HICON icon = LoadIconA(instanceHandle, MAKEINTRESOURCEA(IDI_PROGRAM));
+  SendMessageA(dialog, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
+  SendMessageA(dialog, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon));
+  SetText(state->connectionName, "");
+  SetText(state->accountStatus, kInitialStatusText);
+  dialogState = state;
+  mainDialogVisible = true;
+  SetTimer(dialog, kRefreshTimer, 1000, nullptr);
+  state->greyBrush = CreateSolidBrush(kDialogGrey);
+  state->greenBrush = CreateSolidBrush(kGreen);
+  state->lightGreenBrush = CreateSolidBrush(kLightGreen);
+  if (settings.previousSessionValid != 0) LastSessionChanged = 1;
+  if (IsLogEmpty()) LastSessionChanged = 0;
+  showMainDialogOnce = false;
+  return TRUE;
+}
+
+void ReleaseState(HWND dialog) {
+  if (dialogState == nullptr || dialogState->dialog != dialog) return;  // a refused duplicate
+  KillTimer(dialog, kRefreshTimer);
+  DeleteObject(dialogState->greyBrush);
+  DeleteObject(dialogState->greenBrush);
+  DeleteObject(dialogState->lightGreenBrush);
+  delete dialogState;
+  dialogState = nullptr;
+  mainDialogVisible = false;
+}
+
+void OnButton(HWND dialog, WORD id) {
+  switch (id) {
+    case IDC_MAIN_CONFIGURE:
+      ShowSettingsSheet(dialog);
+      SaveSettings();
+      break;
+    case IDC_MAIN_ABOUT:
+      DialogBoxParamA(instanceHandle, MAKEINTRESOURCEA(IDD_ABOUT), dialog, AboutDialogProc, 0);
+      break;
+    case IDC_MAIN_VIEW_LOG:
+      if (!viewLogOpen) OpenViewLog(dialog);
+      break;
+    case IDC_MAIN_HIDE:
+      viewLogOpen = false;  // the View Log dialog is owned by this one and goes with it
+      DestroyWindow(dialog);
+      mainDialogVisible = false;
+      break;
+    default:
+      break;
+  }
+}
+
+void OnClose(HWND dialog) {
+  MainDialogState* state = dialogState;
+  if (state && state->probe.IsConnected() && OnLineFlag == 1) {
+    MessageBeep(MB_ICONEXCLAMATION);
+    MessageBoxA(dialog, "You are still on-line\nOrvalen will not record session if you quit now.",
+                "Orvalen Notification", MB_ICONEXCLAMATION | MB_OK);
+  }
+  if (MessageBoxA(dialog, "Are You Sure You Want to quit Orvalen ?", "", MB_YESNO | MB_ICONQUESTION) == IDNO) return;
+  // The session is not recorded: the settings file still says it is open.
+  DestroyWindow(dialog);
+  RemoveTrayIcon(mainWindow);
+  PostQuitMessage(0);
+  LastSessionChanged = 1;
+}
+
+}  // namespace
+
+INT_PTR CALLBACK MainDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
+  switch (message) {
+    case WM_INITDIALOG:
+      return OnInitDialog(dialog);
+    case WM_TIMER:
+      if (wParam == kRefreshTimer && dialogState && dialogState->dialog == dialog) OnRefreshTimer(dialog, *dialogState);
+      return TRUE;
+    case WM_COMMAND:
+      if (HIWORD(wParam) == BN_CLICKED) OnButton(dialog, LOWORD(wParam));
+      return FALSE;
+    case WM_CLOSE:
+      OnClose(dialog);
+      return TRUE;
+    case WM_DESTROY:
+      ReleaseState(dialog);
+      return FALSE;
+    case WM_CTLCOLORLISTBOX:
+      return dialogState ? PaintControl(wParam, kLightGreen, dialogState->lightGreenBrush) : 0;
+    case WM_CTLCOLOREDIT:
+      return dialogState ? PaintControl(wParam, kGreen, dialogState->greenBrush) : 0;
+    case WM_CTLCOLORBTN:
+    case WM_CTLCOLORDLG:
+    case WM_CTLCOLORSTATIC:
+      return dialogState ? PaintControl(wParam, kDialogGrey, dialogState->greyBrush) : 0;
+    default:
+      return FALSE;
+  }
+}
