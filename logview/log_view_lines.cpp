@@ -24,15 +24,6 @@ FilterTexts LastFilter = {};
 
 namespace {
 
-char LowerAscii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool EqualsIgnoringCase(const char* a, const char* b) {
-  for (; *a != '\0' && *b != '\0'; ++a, ++b) {
-    if (LowerAscii(*a) != LowerAscii(*b)) return false;
-  }
-  return *a == *b;
-}
-
 std::size_t NameLength(const SessionRecord& record) {
   return FixedTextLength(record.connectionName, kRecordNameSize);
 }

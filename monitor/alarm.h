@@ -7,9 +7,10 @@
 #include <cstdint>
 
 #include "monitor/alarm_state.h"
+#include "platform/program_paths.h"
 
 constexpr std::size_t kAlarmMessageSize = 224;
-constexpr char kAlarmSoundPath[] = "c:\\Program Files\\Orvalen\\alarm.wav";
+constexpr char kAlarmSoundPath[] = ORVALEN_INSTALLED_FOLDER "\\alarm.wav";
 constexpr uint32_t kAlarmNoticeLifetimeMs = 20000;  // the notice closes itself
 
 constexpr char kAlarmPeriodFormat[] = "%d Hr and  %d Min.";

@@ -10,6 +10,14 @@ constexpr char kPathSeparator = '\\';
 constexpr char kPathSeparator = '/';
 #endif
 
+// Where the program installs itself, as the shortcuts, the alarm sound and the
+// text report name it. (A macro as well, so fixed paths inside it are one literal.)
+// Two texts keep capitals of their own because they are shown or stored as they
+// are: the folder the program reads from (ProgramFolder(), "c:\program files\Orvalen")
+// and the start-up registry value (kAutoStartCommand).
+#define ORVALEN_INSTALLED_FOLDER "c:\\Program Files\\Orvalen"
+constexpr char kInstalledFolder[] = ORVALEN_INSTALLED_FOLDER;
+
 std::string JoinPath(const std::string& directory, const char* name);
 
 const std::string& WindowsDirectory();

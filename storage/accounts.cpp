@@ -13,8 +13,6 @@ namespace {
 
 const char* OrEmpty(const char* name) { return name != nullptr ? name : ""; }
 
-char LowerAscii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
-
 // Compares a field's text with the first fieldSize - 1 characters of name: the cut
 // that CopyFixedText makes when the name is stored. Never reads past the field,
 // even when a damaged file left it unterminated.

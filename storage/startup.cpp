@@ -11,16 +11,6 @@
 
 namespace {
 
-char LowerAscii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool SameIgnoringCase(const std::string& a, const std::string& b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (LowerAscii(a[i]) != LowerAscii(b[i])) return false;
-  }
-  return true;
-}
-
 void ShowLogMissing(void* owner) {
   if (startupHooks.showAlert) startupHooks.showAlert(owner, kLogMissingText, kLogMissingCaption);
 }
@@ -152,7 +142,7 @@ bool InitialiseStorage(void* owner) {
 
   // Started from anywhere but the program folder (the set-up medium, say): refresh
   // the installed copy, whatever runAtStartup says.
-  if (reinstallCheck && !SameIgnoringCase(CurrentDirectory(), ProgramFolder())) {
+  if (reinstallCheck && !EqualsIgnoringCase(CurrentDirectory().c_str(), ProgramFolder().c_str())) {
     CallInstallFiles();
     CallCreateShortcuts();
     CallSetAutoStart(true);

@@ -74,11 +74,11 @@ void InstallFiles() {
 void CreateShortcuts() {
   const std::string folder = ShellFolder(CSIDL_PROGRAMS, "\\Start Menu\\Programs") + "\\Orvalen";
   CreateDirectoryA(folder.c_str(), nullptr);
-  CreateShortcut("c:\\Program Files\\Orvalen\\ReadMe.txt", (folder + "\\ReadMe.lnk").c_str(), "ReadMe");
-  CreateShortcut("c:\\Program Files\\Orvalen\\OrvalenManual.doc", (folder + "\\Manual.lnk").c_str(), "Manual");
-  CreateShortcut("c:\\Program Files\\Orvalen\\Orvalen.exe", (folder + "\\Orvalen.lnk").c_str(), "Orvalen");
+  CreateShortcut(JoinPath(kInstalledFolder, "ReadMe.txt").c_str(), (folder + "\\ReadMe.lnk").c_str(), "ReadMe");
+  CreateShortcut(JoinPath(kInstalledFolder, "OrvalenManual.doc").c_str(), (folder + "\\Manual.lnk").c_str(), "Manual");
+  CreateShortcut(JoinPath(kInstalledFolder, "Orvalen.exe").c_str(), (folder + "\\Orvalen.lnk").c_str(), "Orvalen");
   const std::string desktop = ShellFolder(CSIDL_DESKTOPDIRECTORY, "\\Desktop");
-  CreateShortcut("c:\\Program Files\\Orvalen\\Orvalen.exe", (desktop + "\\Orvalen.lnk").c_str(), "OrvalenDev");
+  CreateShortcut(JoinPath(kInstalledFolder, "Orvalen.exe").c_str(), (desktop + "\\Orvalen.lnk").c_str(), "OrvalenDev");
 }
 
 long CreateShortcut(const char* target, const char* linkFile, const char* description) {
