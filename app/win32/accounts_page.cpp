@@ -38,7 +38,6 @@ constexpr int kFigureEdits[] = {IDC_ACCOUNTS_CARD_HOURS, IDC_ACCOUNTS_MONTHLY_CH
 struct PageState {
   bool standAlone = false;  // opened from the notice, with its own OK and Cancel
   std::string chosen;       // the connection whose entry is edited; empty: none
-  HBRUSH greyBrush = nullptr;
 };
 
 PageState* StateOf(HWND page) { return reinterpret_cast<PageState*>(GetWindowLongPtrA(page, DWLP_USER)); }
@@ -90,7 +89,6 @@ BOOL OnInitDialog(HWND page) {
     EnableDetailControls(page, false);
     SetDlgItemTextA(page, IDC_ACCOUNTS_BANNER, kAccountsBanner);
   }
-  state->greyBrush = CreateSolidBrush(kDialogGrey);
   SetDlgItemTextA(page, IDC_ACCOUNTS_CONNECTION, kAccountsComboPrompt);
   return TRUE;
 }
@@ -178,7 +176,6 @@ void OnStandAloneButton(HWND page, PageState& state, int id) {
       if (StoreChosenEntry(page, state) == Stored::NoEntry) break;
       SaveSettings();
       if (id == IDC_ACCOUNTS_OK) {
-        ReleaseBrush(state.greyBrush);
         EndDialog(page, 1);
       }
       OpenedFromNotice = 0;
@@ -188,7 +185,6 @@ void OnStandAloneButton(HWND page, PageState& state, int id) {
     case IDC_ACCOUNTS_CANCEL:  // also Esc and the close box
       state.chosen.clear();
       ConnectionToConfigure[0] = '\0';
-      ReleaseBrush(state.greyBrush);
       EndDialog(page, 0);
       OpenedFromNotice = 0;
       break;
@@ -222,21 +218,17 @@ INT_PTR CALLBACK AccountsPageProc(HWND page, UINT message, WPARAM wParam, LPARAM
       OnCommand(page, *state, LOWORD(wParam), HIWORD(wParam));
       return TRUE;
     case WM_NOTIFY:  // on OK the sheet's caller saves the settings
-      return AnswerSheetNotification(
-          page, lParam,
-          [page, state] {
-            StoreChosenEntry(page, *state);
-            state->chosen.clear();
-          },
-          [state] { ReleaseBrush(state->greyBrush); });
+      return AnswerSheetNotification(page, lParam, [page, state] {
+        StoreChosenEntry(page, *state);
+        state->chosen.clear();
+      });
     case WM_DESTROY:
-      ReleaseBrush(state->greyBrush);
       SetWindowLongPtrA(page, DWLP_USER, 0);
       delete state;
       return FALSE;
     case WM_CTLCOLORDLG:
     case WM_CTLCOLORSTATIC:
-      return state->greyBrush != nullptr ? PaintControl(wParam, kDialogGrey, state->greyBrush) : 0;
+      return PaintControl(wParam, kDialogGrey);
     default:
       return FALSE;
   }

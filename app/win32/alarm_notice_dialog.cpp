@@ -9,14 +9,8 @@ namespace {
 
 constexpr UINT_PTR kCloseTimer = 1;
 
-// One notice at a time: FireAlarm waits for it, and the alarm period is far
-// longer than the notice's life.
-HBRUSH noticeBrush = nullptr;
-
 INT_PTR Close(HWND dialog, INT_PTR result) {
   KillTimer(dialog, kCloseTimer);
-  if (noticeBrush != nullptr) DeleteObject(noticeBrush);
-  noticeBrush = nullptr;
   EndDialog(dialog, result);
   return TRUE;
 }
@@ -26,7 +20,6 @@ INT_PTR Close(HWND dialog, INT_PTR result) {
 INT_PTR CALLBACK AlarmNoticeProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
   switch (message) {
     case WM_INITDIALOG:
-      noticeBrush = CreateSolidBrush(kDialogGrey);
       SetDlgItemTextA(dialog, IDC_NOTICE_MESSAGE, AlarmMessage);
       SetTimer(dialog, kCloseTimer, kAlarmNoticeLifetimeMs, nullptr);
       return TRUE;
@@ -40,7 +33,7 @@ INT_PTR CALLBACK AlarmNoticeProc(HWND dialog, UINT message, WPARAM wParam, LPARA
     case WM_CTLCOLORBTN:
     case WM_CTLCOLORDLG:
     case WM_CTLCOLOREDIT:
-      return noticeBrush != nullptr ? PaintControl(wParam, kDialogGrey, noticeBrush) : 0;
+      return PaintControl(wParam, kDialogGrey);
     default:
       return FALSE;
   }

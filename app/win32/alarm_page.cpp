@@ -11,12 +11,6 @@
 
 namespace {
 
-constexpr COLORREF kWhite = RGB(255, 255, 255);
-
-// One sheet at a time: it is modal.
-HBRUSH greyBrush = nullptr;
-HBRUSH whiteBrush = nullptr;
-
 struct TimeBox {
   int edit;
   int spin;
@@ -94,8 +88,6 @@ BOOL OnInitDialog(HWND page) {
   else EnableGroup(page, kOnceControls, false);
   CheckAlone(page, kActions, 3, ActionButton(AlarmActionState));
 
-  greyBrush = CreateSolidBrush(kDialogGrey);
-  whiteBrush = CreateSolidBrush(kWhite);
   return TRUE;
 }
 
@@ -141,11 +133,6 @@ uint32_t ReadBox(HWND page, int id) {
   return read ? value : 0;
 }
 
-void ReleaseBrushes() {
-  ReleaseBrush(greyBrush);
-  ReleaseBrush(whiteBrush);
-}
-
 }  // namespace
 
 INT_PTR CALLBACK AlarmPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -156,22 +143,16 @@ INT_PTR CALLBACK AlarmPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lP
       if (HIWORD(wParam) == BN_CLICKED) OnButton(page, LOWORD(wParam));
       return FALSE;
     case WM_NOTIFY:
-      return AnswerSheetNotification(
-          page, lParam,
-          [page] {
-            StoreAlarmPage(ReadBox(page, IDC_ALARM_REPEAT_HOURS), ReadBox(page, IDC_ALARM_REPEAT_MINUTES),
-                           ReadBox(page, IDC_ALARM_ONCE_HOURS), ReadBox(page, IDC_ALARM_ONCE_MINUTES));
-          },
-          ReleaseBrushes);
-    case WM_DESTROY:
-      ReleaseBrushes();
-      return FALSE;
+      return AnswerSheetNotification(page, lParam, [page] {
+        StoreAlarmPage(ReadBox(page, IDC_ALARM_REPEAT_HOURS), ReadBox(page, IDC_ALARM_REPEAT_MINUTES),
+                       ReadBox(page, IDC_ALARM_ONCE_HOURS), ReadBox(page, IDC_ALARM_ONCE_MINUTES));
+      });
     case WM_CTLCOLOREDIT:
-      return whiteBrush != nullptr ? PaintControl(wParam, kWhite, whiteBrush) : 0;
+      return PaintControl(wParam, kWhite);
     case WM_CTLCOLORBTN:
     case WM_CTLCOLORDLG:
     case WM_CTLCOLORSTATIC:
-      return greyBrush != nullptr ? PaintControl(wParam, kDialogGrey, greyBrush) : 0;
+      return PaintControl(wParam, kDialogGrey);
     default:
       return FALSE;
   }

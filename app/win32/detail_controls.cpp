@@ -1,6 +1,7 @@
 #include "app/win32/detail_controls.h"
 
 #include "resources/resource_ids.h"
+#include "ui/win32/controls.h"
 
 namespace {
 
@@ -18,8 +19,5 @@ constexpr int kDetailControlIds[] = {
 }  // namespace
 
 void EnableDetailControls(HWND page, bool enable) {
-  for (const int id : kDetailControlIds) {
-    HWND control = GetDlgItem(page, id);
-    if (control != nullptr) EnableWindow(control, enable ? TRUE : FALSE);
-  }
+  for (const int id : kDetailControlIds) EnableControl(page, id, enable);
 }

@@ -10,8 +10,6 @@
 
 namespace {
 
-HBRUSH greyBrush = nullptr;  // one sheet at a time: it is modal
-
 BOOL OnInitDialog(HWND page) {
   HWND currency = GetDlgItem(page, IDC_GENERAL_CURRENCY);
   for (const char* name : kCurrencyNames) SendMessageA(currency, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name));
@@ -22,7 +20,6 @@ BOOL OnInitDialog(HWND page) {
   SetChecked(page, IDC_GENERAL_24_HOUR_CLOCK, settings.use24HourClock != 0);
   SetChecked(page, IDC_GENERAL_SHOW_MAIN_WINDOW, settings.showMainWindowAtStart != 0);
   SetChecked(page, IDC_GENERAL_RUN_AT_STARTUP, settings.runAtStartup != 0);
-  greyBrush = CreateSolidBrush(kDialogGrey);
   return TRUE;
 }
 
@@ -44,14 +41,11 @@ INT_PTR CALLBACK GeneralPageProc(HWND page, UINT message, WPARAM wParam, LPARAM 
     case WM_INITDIALOG:
       return OnInitDialog(page);
     case WM_NOTIFY:
-      return AnswerSheetNotification(page, lParam, [page] { OnApply(page); }, [] { ReleaseBrush(greyBrush); });
-    case WM_DESTROY:
-      ReleaseBrush(greyBrush);
-      return FALSE;
+      return AnswerSheetNotification(page, lParam, [page] { OnApply(page); });
     case WM_CTLCOLORBTN:
     case WM_CTLCOLORDLG:
     case WM_CTLCOLORSTATIC:  // the combo box keeps the system's colours
-      return greyBrush != nullptr ? PaintControl(wParam, kDialogGrey, greyBrush) : 0;
+      return PaintControl(wParam, kDialogGrey);
     default:
       return FALSE;
   }

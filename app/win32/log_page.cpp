@@ -8,10 +8,7 @@
 
 namespace {
 
-HBRUSH greyBrush = nullptr;  // one sheet at a time: it is modal
-
 BOOL OnInitDialog(HWND page) {
-  greyBrush = CreateSolidBrush(kDialogGrey);
   const bool showAll = LogPageShowsAllConnections();
   SetChecked(page, IDC_LOGPAGE_SHOW_ALL, showAll);
   SetChecked(page, IDC_LOGPAGE_FILTER_PREVIOUS, !showAll);
@@ -26,21 +23,15 @@ INT_PTR CALLBACK LogPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lPar
     case WM_INITDIALOG:
       return OnInitDialog(page);
     case WM_NOTIFY:
-      return AnswerSheetNotification(
-          page, lParam,
-          [page] {
-            StoreLogPage(IsChecked(page, IDC_LOGPAGE_SHOW_ALL), IsChecked(page, IDC_LOGPAGE_FILTER_PREVIOUS),
-                         IsChecked(page, IDC_LOGPAGE_SYSTEM_COLOURS));
-          },
-          [] { ReleaseBrush(greyBrush); });
-    case WM_DESTROY:
-      ReleaseBrush(greyBrush);
-      return FALSE;
+      return AnswerSheetNotification(page, lParam, [page] {
+        StoreLogPage(IsChecked(page, IDC_LOGPAGE_SHOW_ALL), IsChecked(page, IDC_LOGPAGE_FILTER_PREVIOUS),
+                     IsChecked(page, IDC_LOGPAGE_SYSTEM_COLOURS));
+      });
     case WM_CTLCOLOREDIT:
     case WM_CTLCOLORBTN:
     case WM_CTLCOLORDLG:
     case WM_CTLCOLORSTATIC:
-      return greyBrush != nullptr ? PaintControl(wParam, kDialogGrey, greyBrush) : 0;
+      return PaintControl(wParam, kDialogGrey);
     default:
       return FALSE;
   }

@@ -4,6 +4,7 @@
 #include <commctrl.h>
 
 #include "ui/win32/app_state.h"
+#include "ui/win32/dialog_colours.h"
 #include "app/win32/greeting_dialogs.h"
 #include "app/win32/main_window.h"
 #include "app/win32/win_exception.h"
@@ -82,10 +83,11 @@ int Run(HINSTANCE instance) {
   MSG message;
   BOOL result;
   while ((result = GetMessageA(&message, nullptr, 0, 0)) != 0) {
-    if (result == -1) return -1;
+    if (result == -1) break;
     Dispatch(message);
   }
-  return static_cast<int>(message.wParam);
+  ReleasePalette();  // every window is gone
+  return result == -1 ? -1 : static_cast<int>(message.wParam);
 }
 
 }  // namespace

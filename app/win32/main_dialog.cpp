@@ -5,6 +5,7 @@
 #include "ui/win32/app_state.h"
 #include "ui/win32/dialog_colours.h"
 #include "app/win32/greeting_dialogs.h"
+#include "app/win32/quit_question.h"
 #include "app/win32/settings_sheet.h"
 #include "app/status_text.h"
 #include "app/win32/tray_icon.h"
@@ -20,8 +21,6 @@
 namespace {
 
 constexpr UINT_PTR kRefreshTimer = 1;
-constexpr COLORREF kGreen = RGB(0, 255, 0);
-constexpr COLORREF kLightGreen = RGB(194, 248, 146);
 
 class MainDialogState {
  public:
@@ -46,9 +45,6 @@ class MainDialogState {
   HWND dialog;
   HWND hide, configure, viewLog, about, date, time, connectionCaption, connectionName, firstCaption, firstValue,
       secondCaption, secondValue, accountStatus, previousSession;
-  HBRUSH greyBrush = nullptr;
-  HBRUSH greenBrush = nullptr;
-  HBRUSH lightGreenBrush = nullptr;
   DialUpProbe probe;
 };
 
@@ -122,9 +118,6 @@ BOOL OnInitDialog(HWND dialog) {
   dialogState = state;
   mainDialogVisible = true;
   SetTimer(dialog, kRefreshTimer, 1000, nullptr);
-  state->greyBrush = CreateSolidBrush(kDialogGrey);
-  state->greenBrush = CreateSolidBrush(kGreen);
-  state->lightGreenBrush = CreateSolidBrush(kLightGreen);
   if (settings.previousSessionValid != 0) LastSessionChanged = 1;
   if (IsLogEmpty()) LastSessionChanged = 0;
   showMainDialogOnce = false;
@@ -134,9 +127,6 @@ BOOL OnInitDialog(HWND dialog) {
 void ReleaseState(HWND dialog) {
   if (dialogState == nullptr || dialogState->dialog != dialog) return;  // a refused duplicate
   KillTimer(dialog, kRefreshTimer);
-  DeleteObject(dialogState->greyBrush);
-  DeleteObject(dialogState->greenBrush);
-  DeleteObject(dialogState->lightGreenBrush);
   delete dialogState;
   dialogState = nullptr;
   mainDialogVisible = false;
@@ -166,12 +156,8 @@ void OnButton(HWND dialog, WORD id) {
 
 void OnClose(HWND dialog) {
   MainDialogState* state = dialogState;
-  if (state && state->probe.IsConnected() && OnLineFlag == 1) {
-    MessageBeep(MB_ICONEXCLAMATION);
-    MessageBoxA(dialog, "You are still on-line\nOrvalen will not record session if you quit now.",
-                "Orvalen Notification", MB_ICONEXCLAMATION | MB_OK);
-  }
-  if (MessageBoxA(dialog, "Are You Sure You Want to quit Orvalen ?", "", MB_YESNO | MB_ICONQUESTION) == IDNO) return;
+  const bool onLine = state && state->probe.IsConnected() && OnLineFlag == 1;
+  if (!AskToQuit(onLine, dialog, dialog, kDialogQuitQuestion)) return;
   // The session is not recorded: the settings file still says it is open.
   DestroyWindow(dialog);
   RemoveTrayIcon(mainWindow);
@@ -198,13 +184,13 @@ INT_PTR CALLBACK MainDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM
       ReleaseState(dialog);
       return FALSE;
     case WM_CTLCOLORLISTBOX:
-      return dialogState ? PaintControl(wParam, kLightGreen, dialogState->lightGreenBrush) : 0;
+      return dialogState ? PaintControl(wParam, kLightGreen) : 0;
     case WM_CTLCOLOREDIT:
-      return dialogState ? PaintControl(wParam, kGreen, dialogState->greenBrush) : 0;
+      return dialogState ? PaintControl(wParam, kGreen) : 0;
     case WM_CTLCOLORBTN:
     case WM_CTLCOLORDLG:
     case WM_CTLCOLORSTATIC:
-      return dialogState ? PaintControl(wParam, kDialogGrey, dialogState->greyBrush) : 0;
+      return dialogState ? PaintControl(wParam, kDialogGrey) : 0;
     default:
       return FALSE;
   }

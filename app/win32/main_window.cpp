@@ -5,6 +5,7 @@
 #include "ui/win32/app_state.h"
 #include "app/win32/greeting_dialogs.h"
 #include "app/win32/main_dialog.h"
+#include "app/win32/quit_question.h"
 #include "app/status_text.h"
 #include "app/win32/tray_icon.h"
 #include "app/win32/unconfigured_notice.h"
@@ -89,13 +90,8 @@ void OnTimer(UINT_PTR timer) {
 
 // Returns true when the user confirmed the quit.
 bool ConfirmQuit() {
-  if (WindowProbe().IsConnected()) {
-    MessageBeep(MB_ICONEXCLAMATION);
-    MessageBoxA(mainDialogVisible ? mainDialog : nullptr,
-                "You are still on-line\nOrvalen will not record session if you quit now.",
-                "Orvalen Notification", MB_ICONEXCLAMATION | MB_OK);
-  }
-  return MessageBoxA(mainWindow, "Are You Sure You Want To quit Orvalen ?", "", MB_YESNO | MB_ICONQUESTION) != IDNO;
+  return AskToQuit(WindowProbe().IsConnected(), mainDialogVisible ? mainDialog : nullptr, mainWindow,
+                   kWindowQuitQuestion);
 }
 
 // Ends the message loop. An open session is not recorded now: the settings file

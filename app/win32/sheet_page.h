@@ -5,6 +5,8 @@
 
 #include <string>
 
+#include "ui/win32/controls.h"
+
 // The notification code of a WM_NOTIFY message.
 inline UINT NotificationCode(LPARAM lParam) { return reinterpret_cast<const NMHDR*>(lParam)->code; }
 
@@ -14,17 +16,15 @@ inline INT_PTR AcceptNotification(HWND page) {
   return TRUE;
 }
 
-// A page's WM_NOTIFY: OK (PSN_APPLY) stores the page, then OK and Cancel
-// (PSN_RESET) both release what the page holds; the sheet hears no objection.
-template <typename Store, typename Release>
-INT_PTR AnswerSheetNotification(HWND page, LPARAM lParam, Store store, Release release) {
+// A page's WM_NOTIFY: OK (PSN_APPLY) stores the page; the sheet hears no
+// objection to OK or Cancel (PSN_RESET).
+template <typename Store>
+INT_PTR AnswerSheetNotification(HWND page, LPARAM lParam, Store store) {
   switch (NotificationCode(lParam)) {
     case PSN_APPLY:
       store();
-      release();
       return AcceptNotification(page);
     case PSN_RESET:
-      release();
       return AcceptNotification(page);
     default:
       return FALSE;
@@ -35,11 +35,6 @@ inline bool IsChecked(HWND page, int id) { return IsDlgButtonChecked(page, id) =
 
 inline void SetChecked(HWND page, int id, bool checked) {
   CheckDlgButton(page, id, checked ? BST_CHECKED : BST_UNCHECKED);
-}
-
-inline void EnableControl(HWND page, int id, bool enable) {
-  HWND control = GetDlgItem(page, id);
-  if (control != nullptr) EnableWindow(control, enable ? TRUE : FALSE);
 }
 
 inline void ShowControl(HWND page, int id, bool show) {
@@ -57,10 +52,4 @@ inline std::string ControlText(HWND page, int id) {
   const int copied = GetWindowTextA(control, &text[0], length + 1);
   text.resize(copied > 0 ? static_cast<std::size_t>(copied) : 0);
   return text;
-}
-
-// Releases a page's brush once; later colour messages then get the system's.
-inline void ReleaseBrush(HBRUSH& brush) {
-  if (brush != nullptr) DeleteObject(brush);
-  brush = nullptr;
 }

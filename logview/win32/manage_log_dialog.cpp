@@ -3,6 +3,7 @@
 #include <string>
 
 #include "ui/win32/app_state.h"
+#include "ui/win32/controls.h"
 #include "ui/win32/dialog_colours.h"
 #include "logview/win32/connection_name_box.h"
 #include "logview/manage_log_summary.h"
@@ -10,13 +11,6 @@
 #include "storage/settings.h"
 
 namespace {
-
-constexpr COLORREF kGreen = RGB(0, 255, 0);
-
-HBRUSH greyBrush = nullptr;
-HBRUSH greenBrush = nullptr;
-
-void Enable(HWND dialog, int id, bool enable) { EnableWindow(GetDlgItem(dialog, id), enable ? TRUE : FALSE); }
 
 // The selected name, or false when nothing is selected.
 bool SelectedName(HWND dialog, LRESULT* index, std::string* name) {
@@ -31,26 +25,16 @@ bool SelectedName(HWND dialog, LRESULT* index, std::string* name) {
   return true;
 }
 
-void ReleaseBrushes() {
-  if (greyBrush != nullptr) DeleteObject(greyBrush);
-  if (greenBrush != nullptr) DeleteObject(greenBrush);
-  greyBrush = nullptr;
-  greenBrush = nullptr;
-}
-
 void OnInitDialog(HWND dialog) {
   // Each opening starts from "nothing changed": closing without an action must not
   // hand View Log the result of an earlier opening.
   ManageLogResult = kLogUnchanged;
-  // Before the notice below, which paints under this dialog's colours.
-  greyBrush = CreateSolidBrush(kDialogGrey);
-  greenBrush = CreateSolidBrush(kGreen);
-  Enable(dialog, IDC_MANAGE_DELETE, false);
-  Enable(dialog, IDC_MANAGE_SUMMARY, false);
+  EnableControl(dialog, IDC_MANAGE_DELETE, false);
+  EnableControl(dialog, IDC_MANAGE_SUMMARY, false);
   if (!FillConnectionNames(dialog, "")) {
     MessageBoxA(dialog, "There are no items in database", "", MB_OK | MB_ICONEXCLAMATION);
     ManageLogResult = kRecordsDeleted;
-    Enable(dialog, IDC_MANAGE_CLEAR, false);
+    EnableControl(dialog, IDC_MANAGE_CLEAR, false);
   }
 }
 
@@ -59,8 +43,8 @@ void OnDoubleClick(HWND dialog) {
   std::string name;
   if (!SelectedName(dialog, &index, &name)) return;
   const std::string summary = ManageLogSummaryText(name.c_str());
-  Enable(dialog, IDC_MANAGE_DELETE, true);
-  Enable(dialog, IDC_MANAGE_SUMMARY, true);
+  EnableControl(dialog, IDC_MANAGE_DELETE, true);
+  EnableControl(dialog, IDC_MANAGE_SUMMARY, true);
   SetDlgItemTextA(dialog, IDC_MANAGE_SUMMARY, summary.c_str());
 }
 
@@ -74,7 +58,7 @@ void OnDeleteEntry(HWND dialog) {
     return;
   }
   SendDlgItemMessageA(dialog, IDC_MANAGE_LIST, LB_DELETESTRING, static_cast<WPARAM>(index), 0);
-  Enable(dialog, IDC_MANAGE_DELETE, false);
+  EnableControl(dialog, IDC_MANAGE_DELETE, false);
   SetDlgItemTextA(dialog, IDC_MANAGE_SUMMARY, "");
   DeleteConnectionEntries(name.c_str());
 }
@@ -86,14 +70,13 @@ void OnClearEntireLog(HWND dialog) {
     return;
   }
   SendDlgItemMessageA(dialog, IDC_MANAGE_LIST, LB_RESETCONTENT, 0, 0);
-  Enable(dialog, IDC_MANAGE_CLEAR, false);
-  Enable(dialog, IDC_MANAGE_DELETE, false);
+  EnableControl(dialog, IDC_MANAGE_CLEAR, false);
+  EnableControl(dialog, IDC_MANAGE_DELETE, false);
   SetDlgItemTextA(dialog, IDC_MANAGE_SUMMARY, "");
   ClearEntireLog();
 }
 
 void CloseManageLog(HWND dialog) {
-  ReleaseBrushes();
   EndDialog(dialog, ManageLogResult);
 }
 
@@ -133,9 +116,9 @@ INT_PTR CALLBACK ManageLogDialogProc(HWND dialog, UINT message, WPARAM wParam, L
       return FALSE;
     case WM_CTLCOLORLISTBOX:
       if (settings.logSystemColours != 0) return TRUE;  // the system's own colours
-      return PaintControl(wParam, kGreen, greenBrush);
+      return PaintControl(wParam, kGreen);
     default:
       // Edit, button, dialog and static colours are grey; the rest are the system's.
-      return AnswerGreyColours(message, wParam, greyBrush);
+      return AnswerGreyColours(message, wParam);
   }
 }

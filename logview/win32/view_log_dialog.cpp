@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ui/win32/app_state.h"
+#include "ui/win32/controls.h"
 #include "ui/win32/dialog_colours.h"
 #include "logview/win32/connection_name_box.h"
 #include "logview/win32/editor_launch.h"
@@ -22,17 +23,10 @@
 
 namespace {
 
-constexpr COLORREF kGreen = RGB(0, 255, 0);
-
-HBRUSH greyBrush = nullptr;
-HBRUSH greenBrush = nullptr;
-
 // Kept from one filling to the next, so a long log reuses its buffers.
 LogListing listing;
 
 void SetText(HWND dialog, int id, const char* text) { SetDlgItemTextA(dialog, id, text); }
-
-bool SameIgnoringCase(const char* a, const char* b) { return lstrcmpiA(a, b) == 0; }
 
 // Selects the item that is exactly the text (letter case counts, so "home isp" never
 // lands on "Home ISP"); no selection when there is none.
@@ -87,7 +81,7 @@ void EmptyList(HWND dialog) { SendDlgItemMessageA(dialog, IDC_VIEWLOG_LIST, LB_R
 void DisableLogControls(HWND dialog) {
   for (int id : {IDC_VIEWLOG_MANAGE, IDC_VIEWLOG_CONNECTION, IDC_VIEWLOG_MONTH, IDC_VIEWLOG_YEAR,
                  IDC_VIEWLOG_ACCOUNT, IDC_VIEWLOG_REPORT}) {
-    EnableWindow(GetDlgItem(dialog, id), FALSE);
+    EnableControl(dialog, id, false);
   }
 }
 
@@ -98,17 +92,8 @@ void ShowEmptyLog(HWND dialog) {
   SendMessageA(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(kEmptyLogLine));
 }
 
-void ReleaseBrushes() {
-  if (greyBrush != nullptr) DeleteObject(greyBrush);
-  if (greenBrush != nullptr) DeleteObject(greenBrush);
-  greyBrush = nullptr;
-  greenBrush = nullptr;
-}
-
 BOOL OnInitDialog(HWND dialog) {
   reportHooks.launchEditor = StartReportEditor;
-  greyBrush = CreateSolidBrush(kDialogGrey);
-  greenBrush = CreateSolidBrush(kGreen);
   viewLogOpen = true;
 
   FillConnectionNames(dialog, kAllConnections);
@@ -135,7 +120,7 @@ BOOL OnInitDialog(HWND dialog) {
     char yearText[kFilterYearSize] = {};
     CopyFixedText(yearText, year.c_str());
     FillLogList(dialog, connection.c_str(), month, yearText);
-    if (!SameIgnoringCase(connection.c_str(), kAllConnections)) ShowAccount(dialog, connection.c_str());
+    if (!EqualsIgnoringCase(connection.c_str(), kAllConnections)) ShowAccount(dialog, connection.c_str());
   } else {
     ShowEmptyLog(dialog);
   }
@@ -176,7 +161,6 @@ void OnManageLog(HWND dialog) {
 }
 
 void CloseViewLog(HWND dialog) {
-  ReleaseBrushes();
   DestroyWindow(dialog);
   viewLogOpen = false;
 }
@@ -204,7 +188,7 @@ INT_PTR OnCommand(HWND dialog, WORD id, WORD code) {
 
 INT_PTR ListBoxColours(WPARAM deviceContext) {
   if (settings.logSystemColours != 0) return TRUE;  // the system's own colours
-  return PaintControl(deviceContext, kGreen, greenBrush);
+  return PaintControl(deviceContext, kGreen);
 }
 
 }  // namespace
@@ -259,14 +243,13 @@ INT_PTR CALLBACK ViewLogDialogProc(HWND dialog, UINT message, WPARAM wParam, LPA
       return TRUE;
     case WM_DESTROY:
       // Also destroyed with its owner, the main status dialog, however that closes.
-      ReleaseBrushes();
       viewLogOpen = false;
       return FALSE;
     case WM_CTLCOLORDLG:
     case WM_CTLCOLORSTATIC:
-      return PaintControl(wParam, kDialogGrey, greyBrush);
+      return PaintControl(wParam, kDialogGrey);
     case WM_CTLCOLORBTN:
-      return PaintControl(wParam, kGreen, greenBrush);
+      return PaintControl(wParam, kGreen);
     case WM_CTLCOLORLISTBOX:
       return ListBoxColours(wParam);
     default:
