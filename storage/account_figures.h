@@ -29,8 +29,8 @@ struct AccountEntryView {
   AccountKind radio = LimitedAccess;
   bool cardControlsEnabled = false;
   bool limitedControlsEnabled = true;
-  bool fillCard = false;       // 114
-  bool fillLimited = false;    // 203, 119, 204, 117
+  bool fillCard = false;       // IDC_ACCOUNTS_CARD_HOURS
+  bool fillLimited = false;    // the basic hours, monthly charge, excess and VAT edits
   char cardHours[kFigureTextSize] = {};
   char basicHours[kFigureTextSize] = {};
   char monthlyCharge[kFigureTextSize] = {};
@@ -41,12 +41,12 @@ AccountEntryView ViewAccountEntry(const AccountRecord& entry);
 
 // The page's inputs at OK / Apply: the checked kind radio and the edit texts.
 struct AccountPageInput {
-  AccountKind checked = LimitedAccess;  // 904 card, 905 limited, 906 unlimited
-  const char* cardHours = "";           // 114
-  const char* basicHours = "";          // 203
-  const char* monthlyCharge = "";       // 119
-  const char* excessPerMinute = "";     // 204
-  const char* vatPercent = "";          // 117
+  AccountKind checked = LimitedAccess;  // IDC_ACCOUNTS_CARD, _LIMITED or _UNLIMITED
+  const char* cardHours = "";           // IDC_ACCOUNTS_CARD_HOURS
+  const char* basicHours = "";          // IDC_ACCOUNTS_BASIC_HOURS
+  const char* monthlyCharge = "";       // IDC_ACCOUNTS_MONTHLY_CHARGE
+  const char* excessPerMinute = "";     // IDC_ACCOUNTS_EXCESS_PER_MINUTE
+  const char* vatPercent = "";          // IDC_ACCOUNTS_VAT
 };
 
 // Marks the entry configured and stores the checked kind with that kind's figures;

@@ -1,4 +1,4 @@
-// The Accounts page (template 900): what kind of access each connection of the
+// The Accounts page (IDD_ACCOUNTS): what kind of access each connection of the
 // log is, with its figures. The same procedure serves as a page of the settings
 // sheet, where the user picks a connection, and as a dialog of its own for the
 // connection that the unconfigured-connection notice names.

@@ -1,4 +1,4 @@
-// The alarm's notice window (dialog 1901): shows AlarmMessage and closes itself
+// The alarm's notice window (IDD_ALARM_NOTICE): shows AlarmMessage and closes itself
 // after 20 seconds.
 #pragma once
 #include <windows.h>

@@ -1,4 +1,4 @@
-// The Alarm page of the settings sheet (template 1400): on or off, repeating or
+// The Alarm page of the settings sheet (IDD_ALARM_PAGE): on or off, repeating or
 // one-shot with their times, and how the reminder is given.
 #pragma once
 #include <windows.h>

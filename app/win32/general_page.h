@@ -1,4 +1,4 @@
-// The General page of the settings sheet (template 200): currency, clock form,
+// The General page of the settings sheet (IDD_GENERAL_PAGE): currency, clock form,
 // the main status dialog at start and the autostart value.
 #pragma once
 #include <windows.h>

@@ -1,4 +1,4 @@
-// The Log page of the settings sheet (template 1700): how View Log first filters
+// The Log page of the settings sheet (IDD_LOG_PAGE): how View Log first filters
 // the log, and its colours.
 #pragma once
 #include <windows.h>

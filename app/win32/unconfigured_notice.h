@@ -2,5 +2,5 @@
 // the account dialog it opens.
 #pragma once
 
-// Points unconfiguredHooks at the message boxes and dialog 900.
+// Points unconfiguredHooks at the message boxes and IDD_ACCOUNTS.
 void UseWindowsAccountNotice();

@@ -5,11 +5,9 @@
 #include <vector>
 
 #include "logview/log_view_lines.h"
+#include "resources/resource_ids.h"
 
 namespace {
-
-constexpr int kComboId = 124;
-constexpr int kListId = 601;
 
 // Only combo boxes take the names with a first item; a list box of that id (Manage
 // Log's) or a missing control is left alone.
@@ -30,10 +28,11 @@ bool FillConnectionNames(HWND window, const char* firstItem) {
   const bool withFirst = firstItem != nullptr && firstItem[0] != '\0';
   const std::vector<std::string> names = ConnectionNames(withFirst ? firstItem : "");
   if (withFirst) {
-    RefillCombo(GetDlgItem(window, kComboId), names);
-    RefillCombo(GetDlgItem(window, kListId), names);
+    // View Log's list shares the Accounts page's combo id and is left alone.
+    RefillCombo(GetDlgItem(window, IDC_VIEWLOG_CONNECTION), names);
+    RefillCombo(GetDlgItem(window, IDC_ACCOUNTS_CONNECTION), names);
   } else {
-    HWND list = GetDlgItem(window, kListId);
+    HWND list = GetDlgItem(window, IDC_MANAGE_LIST);
     SendMessageA(list, LB_RESETCONTENT, 0, 0);
     for (const std::string& name : names) SendMessageA(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name.c_str()));
   }

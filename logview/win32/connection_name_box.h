@@ -3,8 +3,8 @@
 #pragma once
 #include <windows.h>
 
-// With a first item (View Log, Accounts page): the combo boxes among controls 124
-// and 601 of the window are refilled with it and the names. With an empty first item
-// (Manage Log): list box 601 is refilled with the names. True when anything was
-// listed.
+// With a first item (View Log, Accounts page): the combo boxes among the window's
+// IDC_VIEWLOG_CONNECTION and IDC_ACCOUNTS_CONNECTION are refilled with it and the
+// names. With an empty first item (Manage Log): list box IDC_MANAGE_LIST is refilled
+// with the names. True when anything was listed.
 bool FillConnectionNames(HWND window, const char* firstItem);

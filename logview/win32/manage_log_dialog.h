@@ -1,4 +1,4 @@
-// The Manage Log dialog (template 1000): deletes one connection's records and
+// The Manage Log dialog (IDD_MANAGE_LOG): deletes one connection's records and
 // account, or clears the whole log.
 #pragma once
 #include <windows.h>

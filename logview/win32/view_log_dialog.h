@@ -1,4 +1,4 @@
-// The View Log dialog (template 600): the log's sessions, filtered by connection,
+// The View Log dialog (IDD_VIEW_LOG): the log's sessions, filtered by connection,
 // month and year, with their count, total time and the connection's account.
 #pragma once
 #include <windows.h>
@@ -9,7 +9,7 @@ void OpenViewLog(HWND owner);
 
 INT_PTR CALLBACK ViewLogDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 
-// Fills list 601 (emptied by the caller), the count and the total for one filter,
+// Fills IDC_VIEWLOG_LIST (emptied by the caller), the count and the total for one filter,
 // and builds the report of that list. An empty year text (a buffer of at least
 // kFilterYearSize bytes) receives the current year. True when anything was listed.
 bool FillLogList(HWND dialog, const char* connection, const char* month, char* year);
