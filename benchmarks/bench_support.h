@@ -3,8 +3,8 @@
 #pragma once
 #include <cstdint>
 
-#include "monitor/ras_service.h"
-#include "monitor/system_clock.h"
+#include "platform/ras_service.h"
+#include "platform/system_clock.h"
 
 // Connection names of the benchmark logs, used in turn; the first and fourth
 // have accounts in UseBenchmarkAccounts.

@@ -7,7 +7,7 @@
 
 #include "logview/text_report.h"
 #include "monitor/dial_up_probe.h"
-#include "monitor/system_clock.h"
+#include "platform/system_clock.h"
 #include "monitor/time_text.h"
 #include "storage/accounts.h"
 #include "storage/fixed_text.h"
@@ -23,15 +23,6 @@ const char* const kYearChoices[kYearChoiceCount] = {"ALL ", "1999", "2000", "200
 FilterTexts LastFilter = {};
 
 namespace {
-
-char LowerAscii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool EqualsIgnoringCase(const char* a, const char* b) {
-  for (; *a != '\0' && *b != '\0'; ++a, ++b) {
-    if (LowerAscii(*a) != LowerAscii(*b)) return false;
-  }
-  return *a == *b;
-}
 
 std::size_t NameLength(const SessionRecord& record) {
   return FixedTextLength(record.connectionName, kRecordNameSize);

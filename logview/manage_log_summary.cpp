@@ -4,7 +4,7 @@
 
 #include "storage/account_record.h"
 #include "storage/accounts.h"
-#include "storage/program_paths.h"
+#include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
 

@@ -3,9 +3,10 @@
 #include <cstdio>
 #include <cstring>
 
-#include "monitor/system_clock.h"
-#include "storage/binary_file.h"
-#include "storage/program_paths.h"
+#include "platform/system_clock.h"
+#include "platform/binary_file.h"
+#include "platform/program_paths.h"
+#include "storage/fixed_text.h"
 
 std::string PendingReport;
 std::string FinishedReport;
@@ -55,25 +56,10 @@ bool WriteTextFile(const char* text, const char* path) {
   return WriteFileStart(path, &block, 1, true);
 }
 
-namespace {
-
-bool SameIgnoringCase(const std::string& a, const char* b) {
-  if (a.size() != std::strlen(b)) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    const char x = (a[i] >= 'A' && a[i] <= 'Z') ? static_cast<char>(a[i] - 'A' + 'a') : a[i];
-    const char y = (b[i] >= 'A' && b[i] <= 'Z') ? static_cast<char>(b[i] - 'A' + 'a') : b[i];
-    if (x != y) return false;
-  }
-  return true;
-}
-
-}  // namespace
-
 // The report follows the program folder (tests and tools move it); in the installed
 // folder it is written with the capitals the editor's command line has always shown.
 std::string ReportFilePath() {
-  constexpr char kInstalledFolder[] = "c:\\Program Files\\Orvalen";
-  if (SameIgnoringCase(ProgramFolder(), kInstalledFolder)) return JoinPath(kInstalledFolder, kReportFileName);
+  if (EqualsIgnoringCase(ProgramFolder().c_str(), kInstalledFolder)) return JoinPath(kInstalledFolder, kReportFileName);
   return JoinPath(ProgramFolder(), kReportFileName);
 }
 

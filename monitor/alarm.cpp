@@ -62,7 +62,7 @@ void FireAlarm() {
   FormatAlarmPeriod(once, sizeof once, settings.alarmOnceHours, settings.alarmOnceMinutes);
   if (mode == kAlarmOnceAtEnd) {
     std::snprintf(AlarmMessage, sizeof AlarmMessage, kOneShotAlarmFormat, once);
-    // Set before the modal notice: its message loop keeps timer 30 running.
+    // Set before the modal notice: its message loop keeps the alarm timer running.
     OneShotFired = 1;
   } else {
     std::snprintf(AlarmMessage, sizeof AlarmMessage, kRepeatingAlarmFormat, repeating);

@@ -1,4 +1,4 @@
-// The alarm: while a session is open, timer 30 reminds the user how long they
+// The alarm: while a session is open, the alarm timer reminds the user how long they
 // have been on-line, every period (repeating) or once per session (one-shot).
 // The sound, the notice window and the Alarm page belong to the window layer; this
 // is their logic, with what must be played or shown going through alarmHooks.
@@ -7,9 +7,10 @@
 #include <cstdint>
 
 #include "monitor/alarm_state.h"
+#include "platform/program_paths.h"
 
 constexpr std::size_t kAlarmMessageSize = 224;
-constexpr char kAlarmSoundPath[] = "c:\\Program Files\\Orvalen\\alarm.wav";
+constexpr char kAlarmSoundPath[] = ORVALEN_INSTALLED_FOLDER "\\alarm.wav";
 constexpr uint32_t kAlarmNoticeLifetimeMs = 20000;  // the notice closes itself
 
 constexpr char kAlarmPeriodFormat[] = "%d Hr and  %d Min.";
@@ -19,28 +20,28 @@ constexpr char kRepeatingAlarmFormat[] = "\nThis Reminder Comes Every %s  From t
 
 // What 0 h 0 min means on the Alarm page (it is stored as 0 h 5 min). Stored
 // settings with no period at all (0, negative) or no known mode get this one, so
-// timer 30 can never fire in a tight loop; 1 to 4 minutes are kept.
+// the alarm timer can never fire in a tight loop; 1 to 4 minutes are kept.
 constexpr uint32_t kDefaultAlarmPeriodMs = 5u * 60u * 1000u;
 
 // The upper limits of the page's up-down controls.
 constexpr uint32_t kAlarmMaxHours = 24;
 constexpr uint32_t kAlarmMaxMinutes = 59;
 
-// The reminder text the notice window shows (control 1510).
+// The reminder text the notice window shows (IDC_NOTICE_MESSAGE).
 extern char AlarmMessage[kAlarmMessageSize];
 
 struct AlarmHooks {
   void (*playSound)() = nullptr;   // kAlarmSoundPath, asynchronously
-  // Modal notice window (dialog 1901) showing AlarmMessage; returns when it closes.
+  // Modal notice window (IDD_ALARM_NOTICE) showing AlarmMessage; returns when it closes.
   void (*showNotice)() = nullptr;
 };
 extern AlarmHooks alarmHooks;
 
-// Period of timer 30 for a session opening now; kDefaultAlarmPeriodMs when none is set.
+// Period of the alarm timer for a session opening now; kDefaultAlarmPeriodMs when none is set.
 // In repeating mode it also clears OneShotFired.
 uint32_t AlarmPeriodMs();
 
-// Timer 30: a reminder only while on-line.
+// The alarm timer: a reminder only while on-line.
 void OnAlarmTimer();
 // One reminder when the settings and the session allow it. A stored mode that is
 // neither repeating nor one-shot has no reminder text, so it gives no reminder.
@@ -70,11 +71,6 @@ void LoadAlarmPageState();
 // OK on the page: the choices and the clamped times into the settings (the
 // sheet's caller saves them).
 void StoreAlarmPage(uint32_t repeatHours, uint32_t repeatMinutes, uint32_t onceHours, uint32_t onceMinutes);
-
-// Controls that EnableDetailControls switches, on whichever page has them: the
-// first eight are the Accounts page's detail fields, the rest the Alarm page's.
-constexpr int kDetailControlIds[] = {913,  917,  915,  922,  119,  203,  204,  117,  1407, 1408, 1403,
-                                     1412, 1415, 1418, 1404, 1405, 1422, 1421, 1409, 1413, 1417, 1419};
 
 // Back to the state of a freshly started process (tests, tools).
 void ResetAlarmState();

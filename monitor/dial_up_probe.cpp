@@ -1,6 +1,6 @@
 #include "monitor/dial_up_probe.h"
 
-#include "monitor/ras_service.h"
+#include "platform/ras_service.h"
 #include "storage/fixed_text.h"
 
 char CurrentConnectionName[kConnectionNameSize] = "";

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "monitor/ras_layout.h"
+#include "platform/ras_layout.h"
 
 constexpr std::size_t kConnectionNameSize = 50;  // 49 characters and the NUL
 

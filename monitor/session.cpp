@@ -7,10 +7,10 @@
 #include "monitor/alarm_state.h"
 #include "monitor/dial_up_probe.h"
 #include "monitor/session_settings.h"
-#include "monitor/system_clock.h"
+#include "platform/system_clock.h"
 #include "monitor/time_text.h"
 #include "storage/fixed_text.h"
-#include "storage/program_paths.h"
+#include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
 #include "storage/startup.h"
@@ -281,4 +281,16 @@ void ResetSessionState() {
   OnLineFlag = 0;
   NoConnectionSeen = 1;
   LogOnText[0] = ElapsedText[0] = LastDurationText[0] = '\0';
+}
+
+void NoteLogOnTime(uint32_t hour, uint32_t minute, uint32_t second) {
+  CopyFixedText(LogOnText, ClockText());
+  LogOnHour = hour;
+  LogOnMinute = minute;
+  LogOnSecond = second;
+}
+
+const char* GetElapsedText() {
+  FormatElapsed(ElapsedSeconds());
+  return ElapsedText;
 }

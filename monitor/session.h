@@ -54,3 +54,8 @@ bool RecordInterruptedSession(const char* name, uint32_t logOnHour, uint32_t log
 
 // Back to the state of a freshly started process (tests, tools).
 void ResetSessionState();
+
+// Keeps the log-on time and the clock text of this moment.
+void NoteLogOnTime(uint32_t hour, uint32_t minute, uint32_t second);
+// The running session's duration text.
+const char* GetElapsedText();

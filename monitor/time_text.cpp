@@ -2,8 +2,7 @@
 
 #include <cstdio>
 
-#include "monitor/session.h"
-#include "monitor/system_clock.h"
+#include "platform/system_clock.h"
 #include "storage/fixed_text.h"
 #include "storage/settings.h"
 
@@ -44,13 +43,6 @@ const char* ClockText() {
   return ClockTextBuffer;
 }
 
-void NoteLogOnTime(uint32_t hour, uint32_t minute, uint32_t second) {
-  CopyFixedText(LogOnText, ClockText());
-  LogOnHour = hour;
-  LogOnMinute = minute;
-  LogOnSecond = second;
-}
-
 void FormatDate(char* out, std::size_t outSize, uint32_t dayOfWeek, uint32_t month, uint32_t day,
                 uint32_t year) {
   // Damaged values outside the tables leave their part out.
@@ -80,11 +72,6 @@ void FormatElapsed(int32_t seconds) {
   char text[64];
   FormatDuration(text, hours, minutes, secs);
   CopyFixedText(ElapsedText, text);
-}
-
-const char* GetElapsedText() {
-  FormatElapsed(ElapsedSeconds());
-  return ElapsedText;
 }
 
 const char* GetLastDurationText() { return LastDurationText; }

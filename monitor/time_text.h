@@ -20,15 +20,11 @@ extern char LastDurationText[kLastDurationTextSize];
 // Clock text of the local time now; valid until the next call.
 const char* ClockText();
 void FormatClock(char* out, std::size_t outSize, uint32_t hour, uint32_t minute, uint32_t second);
-// Keeps the log-on time and the clock text of this moment.
-void NoteLogOnTime(uint32_t hour, uint32_t minute, uint32_t second);
 void FormatDate(char* out, std::size_t outSize, uint32_t dayOfWeek, uint32_t month, uint32_t day,
                 uint32_t year);
 void FormatElapsed(int32_t seconds);
 void FormatDuration(char* out, std::size_t outSize, int32_t hours, int32_t minutes, int32_t seconds);
 void SplitSeconds(int32_t seconds, int32_t* hours, int32_t* minutes, int32_t* secs);
-// The running session's duration text.
-const char* GetElapsedText();
 const char* GetLastDurationText();
 const char* GetLogOnText();
 

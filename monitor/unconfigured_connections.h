@@ -1,6 +1,6 @@
 // Makes sure every connection in the log has an account entry, and asks the user
 // to set up each entry that has not been set up yet. Runs at start and after each
-// recorded session. The message boxes and the account dialog (dialog 900) belong
+// recorded session. The message boxes and the account dialog (IDD_ACCOUNTS) belong
 // to the window layer and are reached through unconfiguredHooks.
 #pragma once
 #include <cstddef>
@@ -30,7 +30,7 @@ struct UnconfiguredHooks {
   void (*showConfigureNotice)(const char* text, const char* caption) = nullptr;
   // Message box with no owner, OK only.
   void (*showNotSetUp)(const char* text, const char* caption) = nullptr;
-  // Dialog 900, modal, owned by the main window; its result (non-zero: saved).
+  // IDD_ACCOUNTS, modal, owned by the main window; its result (non-zero: saved).
   intptr_t (*runAccountDialog)() = nullptr;
 };
 extern UnconfiguredHooks unconfiguredHooks;

@@ -25,6 +25,7 @@ set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 # shellcheck source-path=SCRIPTDIR source=wine-env.sh
 source "$root/scripts/wine-env.sh"
+orv_resource_ids
 
 build=$root/build/x86_64
 seconds=60
@@ -215,8 +216,8 @@ if (( builtin_ras )); then
 fi
 "$root/scripts/dialup" --prefix "$prefix" connect "Home ISP" >/dev/null
 if [[ -n $show_dialog ]]; then
-  drv wait-text --title "$dialog_title" --id 104 --equals "You've Been Logged on since:" --timeout-ms 30000 >/dev/null \
+  drv wait-text --title "$dialog_title" --id "$IDC_MAIN_FIRST_CAPTION" --equals "You've Been Logged on since:" --timeout-ms 30000 >/dev/null \
     || { echo "the main status dialog does not show the session" >&2; exit 1; }
-  echo "account status on-line: $(drv text --title "$dialog_title" --id 1510 | tr '\n\t' '  ' | tr -s ' ')"
+  echo "account status on-line: $(drv text --title "$dialog_title" --id "$IDC_MAIN_ACCOUNT_STATUS" | tr '\n\t' '  ' | tr -s ' ')"
 fi
 measure on-line

@@ -25,6 +25,7 @@ done
 
 # shellcheck source=wine-env.sh
 source "$root/scripts/wine-env.sh"
+orv_resource_ids
 wine_dir=$root/build/wine
 prefix=$wine_dir/run-prefix
 headless=0
@@ -92,71 +93,71 @@ driver wait-window --class Orvalen --any-visibility --timeout-ms 30000 >/dev/nul
 if driver wait-window --title "Welcome to Orvalen" --timeout-ms 3000 >/dev/null 2>&1; then
   sleep 0.5
   shot welcome
-  driver click --title "Welcome to Orvalen" --id 1 >/dev/null
+  driver click --title "Welcome to Orvalen" --id "$IDC_WELCOME_PROCEED" >/dev/null
 fi
 if ! driver wait-window --title "$dialog" --timeout-ms 3000 >/dev/null 2>&1; then
   driver post --class Orvalen --msg WM_APP+1 --lparam WM_LBUTTONDBLCLK >/dev/null
   driver wait-window --title "$dialog" --timeout-ms 10000 >/dev/null
 fi
-driver wait-text --title "$dialog" --id 110 --contains ":" --timeout-ms 5000 >/dev/null
+driver wait-text --title "$dialog" --id "$IDC_MAIN_TIME" --contains ":" --timeout-ms 5000 >/dev/null
 shot main-dialog-before
 
-driver click --title "$dialog" --id 108 >/dev/null
+driver click --title "$dialog" --id "$IDC_MAIN_ABOUT" >/dev/null
 shot_of about "About Orvalen "
-driver click --title "About Orvalen " --id 1 >/dev/null
+driver click --title "About Orvalen " --id "$IDC_ABOUT_CLOSE" >/dev/null
 driver wait-gone --title "About Orvalen " >/dev/null
 
 # The settings sheet, each page; the alarm is set to remind every minute.
-driver click --title "$dialog" --id 106 >/dev/null
+driver click --title "$dialog" --id "$IDC_MAIN_CONFIGURE" >/dev/null
 shot_of settings-general "$sheet"
-page settings-accounts 1 601
-page settings-log 2 1702
-page settings-alarm-off 3 1401
-driver click --title "$sheet" --id 1402 >/dev/null
-driver set-text --title "$sheet" --id 1403 --text 0 >/dev/null
-driver set-text --title "$sheet" --id 1412 --text 1 >/dev/null
-driver check --title "$sheet" --id 1422 --value 1 >/dev/null
+page settings-accounts 1 "$IDC_ACCOUNTS_CONNECTION"
+page settings-log 2 "$IDC_LOGPAGE_SHOW_ALL"
+page settings-alarm-off 3 "$IDC_ALARM_OFF"
+driver click --title "$sheet" --id "$IDC_ALARM_ON" >/dev/null
+driver set-text --title "$sheet" --id "$IDC_ALARM_REPEAT_HOURS" --text 0 >/dev/null
+driver set-text --title "$sheet" --id "$IDC_ALARM_REPEAT_MINUTES" --text 1 >/dev/null
+driver check --title "$sheet" --id "$IDC_ALARM_BOX_ONLY" --value 1 >/dev/null
 sleep 0.5
 shot settings-alarm-on
-driver click --title "$sheet" --id 1 >/dev/null
+driver click --title "$sheet" --id "$IDOK" >/dev/null
 driver wait-gone --title "$sheet" >/dev/null
 
 dialup connect "Home ISP"
-driver wait-text --title "$dialog" --id 104 --equals "You've Been Logged on since:" --timeout-ms 10000 >/dev/null
+driver wait-text --title "$dialog" --id "$IDC_MAIN_FIRST_CAPTION" --equals "You've Been Logged on since:" --timeout-ms 10000 >/dev/null
 sleep 3
-driver wait-text --title "$dialog" --id 113 --contains "Min" --timeout-ms 5000 >/dev/null
+driver wait-text --title "$dialog" --id "$IDC_MAIN_SECOND_VALUE" --contains "Min" --timeout-ms 5000 >/dev/null
 shot main-dialog-online
-echo "on-line for: $(driver text --title "$dialog" --id 113)"
+echo "on-line for: $(driver text --title "$dialog" --id "$IDC_MAIN_SECOND_VALUE")"
 echo "waiting for the alarm, set to every minute"
 # One driver call may run 60 s at most: two looks.
 driver wait-window --title "Orvalen Notification Alarm" --timeout-ms 45000 >/dev/null 2>&1 || true
 shot_of alarm-notice "Orvalen Notification Alarm" 40000
-driver click --title "Orvalen Notification Alarm" --id 1 >/dev/null || true
+driver click --title "Orvalen Notification Alarm" --id "$IDC_NOTICE_CLOSE" >/dev/null || true
 
 dialup disconnect
-driver wait-text --title "$dialog" --id 104 --equals "Your Last Logon was at :" --timeout-ms 10000 >/dev/null
+driver wait-text --title "$dialog" --id "$IDC_MAIN_FIRST_CAPTION" --equals "Your Last Logon was at :" --timeout-ms 10000 >/dev/null
 # A connection without an account: the notice, then its account dialog.
 shot_of account-notice "Orvalen Notification..."
 driver answer-box --title "Orvalen Notification..." --button ok >/dev/null
 shot_of account-dialog "Orvalen....Configure Account Details For --Home ISP"
-driver click --title "Orvalen....Configure Account Details For --Home ISP" --id 2 >/dev/null
+driver click --title "Orvalen....Configure Account Details For --Home ISP" --id "$IDC_ACCOUNTS_CANCEL" >/dev/null
 shot_of account-not-set-up "Orvalen Notification"
 driver answer-box --title "Orvalen Notification" --button ok >/dev/null
-driver wait-text --title "$dialog" --id 601 --contains "" --timeout-ms 3000 >/dev/null || true
+driver wait-text --title "$dialog" --id "$IDC_MAIN_PREVIOUS_SESSION" --contains "" --timeout-ms 3000 >/dev/null || true
 sleep 1.5
 shot main-dialog-after
 echo "previous session:"
-driver list --title "$dialog" --id 601 | sed 's/^/  /'
+driver list --title "$dialog" --id "$IDC_MAIN_PREVIOUS_SESSION" | sed 's/^/  /'
 
-driver click --title "$dialog" --id 114 >/dev/null
+driver click --title "$dialog" --id "$IDC_MAIN_VIEW_LOG" >/dev/null
 shot_of view-log "View Log File..."
-driver click --title "View Log File..." --id 2 >/dev/null
+driver click --title "View Log File..." --id "$IDC_VIEWLOG_MANAGE" >/dev/null
 shot_of manage-log "Manage Log File"
 driver post --title "Manage Log File" --msg WM_CLOSE >/dev/null
 driver wait-gone --title "Manage Log File" >/dev/null
-driver click --title "View Log File..." --id 1 >/dev/null
+driver click --title "View Log File..." --id "$IDC_VIEWLOG_CLOSE" >/dev/null
 
-driver command --class Orvalen --id 2 >/dev/null
+driver command --class Orvalen --id "$IDM_TRAY_EXIT" >/dev/null
 shot_of quit-question ""
 driver answer-box --title "" --contains "quit Orvalen" --button yes >/dev/null
 wait "$program" && echo "Orvalen ended with exit code 0"

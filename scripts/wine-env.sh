@@ -20,6 +20,8 @@
 #   orv_xvfb_attach STATE_DIR          use the Xvfb recorded there, if it runs
 #   orv_xvfb_stop STATE_DIR            stop the Xvfb recorded there (by PID)
 #   orv_display_ok                     true if $DISPLAY answers
+#   orv_resource_ids                   the program's resource ids (IDD_..., IDC_...,
+#                                      IDM_...) and IDOK, IDCANCEL as shell variables
 #
 # Every Wine process is started under `timeout`. Only the wineserver of a prefix
 # we name and the Xvfb whose PID we recorded are ever stopped.
@@ -374,4 +376,12 @@ orv_xvfb_stop() {
     kill -0 "$pid" 2>/dev/null && kill -9 "$pid" 2>/dev/null
   fi
   rm -f "$dir/xvfb.pid" "$dir/xvfb.display"
+}
+
+orv_resource_ids() {
+  local header
+  header="$(dirname "${BASH_SOURCE[0]}")/../resources/resource_ids.h"
+  [[ -r $header ]] || { echo "orv_resource_ids: no $header" >&2; return 1; }
+  eval "$(sed -nE 's/^#define (ID[A-Z0-9_]+)[[:space:]]+([0-9]+)([^0-9].*)?$/\1=\2/p' "$header")"
+  IDOK=1 IDCANCEL=2  # the system's button ids
 }

@@ -1,18 +1,11 @@
 // The Accounts page's plain logic: how it reads figures from its edit boxes, what
-// it shows for an entry, and what OK / Apply store in the entry. The dialog itself
-// belongs to the window layer.
+// it shows for an entry, and what OK / Apply store in the entry. The dialog and
+// its texts belong to the window layer.
 #pragma once
 #include <cstddef>
 #include <cstdint>
 
 #include "storage/account_record.h"
-
-constexpr char kAccountsCaptionFor[] = "Orvalen....Configure Account Details For --";  // + the name
-constexpr char kAccountsCaptionAll[] = "Orvalen....Configure  Account Details For Dial-Up Connections";
-constexpr char kAccountsBanner[] =
-    "Choose a Connection to enter account details.\nPrevious accounts can also be reconfigured here";
-constexpr char kAccountsComboPrompt[] = "Select One";
-constexpr char kAccountsFirstItem[] = "Connection";
 
 // Money and VAT edits are read from their first 4 characters only ("100.75" reads
 // as 100.0).
@@ -36,8 +29,8 @@ struct AccountEntryView {
   AccountKind radio = LimitedAccess;
   bool cardControlsEnabled = false;
   bool limitedControlsEnabled = true;
-  bool fillCard = false;       // 114
-  bool fillLimited = false;    // 203, 119, 204, 117
+  bool fillCard = false;       // IDC_ACCOUNTS_CARD_HOURS
+  bool fillLimited = false;    // the basic hours, monthly charge, excess and VAT edits
   char cardHours[kFigureTextSize] = {};
   char basicHours[kFigureTextSize] = {};
   char monthlyCharge[kFigureTextSize] = {};
@@ -48,12 +41,12 @@ AccountEntryView ViewAccountEntry(const AccountRecord& entry);
 
 // The page's inputs at OK / Apply: the checked kind radio and the edit texts.
 struct AccountPageInput {
-  AccountKind checked = LimitedAccess;  // 904 card, 905 limited, 906 unlimited
-  const char* cardHours = "";           // 114
-  const char* basicHours = "";          // 203
-  const char* monthlyCharge = "";       // 119
-  const char* excessPerMinute = "";     // 204
-  const char* vatPercent = "";          // 117
+  AccountKind checked = LimitedAccess;  // IDC_ACCOUNTS_CARD, _LIMITED or _UNLIMITED
+  const char* cardHours = "";           // IDC_ACCOUNTS_CARD_HOURS
+  const char* basicHours = "";          // IDC_ACCOUNTS_BASIC_HOURS
+  const char* monthlyCharge = "";       // IDC_ACCOUNTS_MONTHLY_CHARGE
+  const char* excessPerMinute = "";     // IDC_ACCOUNTS_EXCESS_PER_MINUTE
+  const char* vatPercent = "";          // IDC_ACCOUNTS_VAT
 };
 
 // Marks the entry configured and stores the checked kind with that kind's figures;

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "monitor/system_clock.h"
+#include "platform/system_clock.h"
 #include "storage/fixed_text.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
@@ -12,8 +12,6 @@ float cardSecondsRemaining = 0.0f;
 namespace {
 
 const char* OrEmpty(const char* name) { return name != nullptr ? name : ""; }
-
-char LowerAscii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
 
 // Compares a field's text with the first fieldSize - 1 characters of name: the cut
 // that CopyFixedText makes when the name is stored. Never reads past the field,

@@ -17,9 +17,12 @@ std::size_t FixedTextLength(const char* field, std::size_t fieldSize) {
   return end ? static_cast<std::size_t>(static_cast<const char*>(end) - field) : fieldSize;
 }
 
-namespace {
-char LowerAscii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
-}  // namespace
+bool EqualsIgnoringCase(const char* a, const char* b) {
+  for (; *a != '\0' && *b != '\0'; ++a, ++b) {
+    if (LowerAscii(*a) != LowerAscii(*b)) return false;
+  }
+  return *a == *b;
+}
 
 bool FixedTextEqualsIgnoringCase(const char* field, std::size_t fieldSize, const char* text) {
   const std::size_t length = FixedTextLength(field, fieldSize);

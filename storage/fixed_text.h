@@ -17,6 +17,11 @@ inline void CopyFixedText(char (&field)[N], const char* source) {
 // left it without a terminator.
 std::size_t FixedTextLength(const char* field, std::size_t fieldSize);
 
+// The program's one case rule: ASCII letters compare without their case, every
+// other byte as it is (names, folders and the View Log choices alike).
+inline char LowerAscii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
+bool EqualsIgnoringCase(const char* a, const char* b);
+
 // Compares a field's text with a text, ignoring ASCII letter case, without reading
 // past the field.
 bool FixedTextEqualsIgnoringCase(const char* field, std::size_t fieldSize, const char* text);

@@ -5,11 +5,11 @@
 #include <cstring>
 #include <new>
 
-#include "storage/binary_file.h"
+#include "platform/binary_file.h"
 #include "storage/fixed_text.h"
-#include "storage/program_paths.h"
+#include "platform/program_paths.h"
 #include "storage/settings.h"
-#include "storage/startup.h"
+#include "storage/file_holds.h"
 
 SessionLog sessionLog;
 SessionRecord LegacyLogTable[kLegacyLogSlots];

@@ -3,37 +3,13 @@
 #include <cstdio>
 #include <cstring>
 
-#include "storage/binary_file.h"
+#include "platform/binary_file.h"
 #include "storage/fixed_text.h"
-#include "storage/program_paths.h"
+#include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
 
-StartupHooks startupHooks = PlatformStartupHooks();
-
 namespace {
-
-bool held[2] = {false, false};
-bool failing[2] = {false, false};  // told already; quiet until a save succeeds
-
-char LowerAscii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool SameIgnoringCase(const std::string& a, const std::string& b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (LowerAscii(a[i]) != LowerAscii(b[i])) return false;
-  }
-  return true;
-}
-
-void TellOnce(StoredFile file, const char* format, const char* path) {
-  if (failing[file]) return;
-  failing[file] = true;  // before the box: saves in its message loop stay quiet
-  if (!startupHooks.showFileProblem) return;
-  char text[768];
-  std::snprintf(text, sizeof text, format, path, LastFileError().c_str());
-  startupHooks.showFileProblem(text, kFileProblemCaption);
-}
 
 void ShowLogMissing(void* owner) {
   if (startupHooks.showAlert) startupHooks.showAlert(owner, kLogMissingText, kLogMissingCaption);
@@ -99,25 +75,8 @@ bool FirstRunUnfinished() {
 
 }  // namespace
 
-void HoldFile(StoredFile file, bool hold) { held[file] = hold; }
-bool FileHeld(StoredFile file) { return held[file]; }
-
-void ReportUnreadable(StoredFile file, const char* path) {
-  HoldFile(file, true);
-  TellOnce(file, kFileUnreadableFormat, path);
-}
-
-bool NoteSaveResult(StoredFile file, const char* path, bool saved) {
-  if (saved) {
-    failing[file] = false;
-  } else {
-    TellOnce(file, kFileNotSavedFormat, path);
-  }
-  return saved;
-}
-
 bool InitialiseStorage(void* owner) {
-  for (int file = 0; file < 2; ++file) held[file] = failing[file] = false;
+  ResetFileHolds();
   const std::string path = SettingsPath();
   const std::string log = LogFilePath();
   // A save cut short by a kill or a power cut is settled before anything is read.
@@ -183,7 +142,7 @@ bool InitialiseStorage(void* owner) {
 
   // Started from anywhere but the program folder (the set-up medium, say): refresh
   // the installed copy, whatever runAtStartup says.
-  if (reinstallCheck && !SameIgnoringCase(CurrentDirectory(), ProgramFolder())) {
+  if (reinstallCheck && !EqualsIgnoringCase(CurrentDirectory().c_str(), ProgramFolder().c_str())) {
     CallInstallFiles();
     CallCreateShortcuts();
     CallSetAutoStart(true);

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "monitor/system_clock.h"
+#include "platform/system_clock.h"
 #include "storage/session_log.h"
 #include "storage/session_record.h"
 

@@ -33,18 +33,18 @@ session() {  # NAME: connect, see it on-line, disconnect
 }
 offline() {
   dial disconnect
-  drv wait-text --title "$D" --id 104 --equals "Your Last Logon was at :" >/dev/null \
+  drv wait-text --title "$D" --id "$IDC_MAIN_FIRST_CAPTION" --equals "Your Last Logon was at :" >/dev/null \
     || app_abort "after the disconnection the dialog shows the last session"
 }
 # The account-status box while on-line (the seconds logged so far are few).
 status_is_limited() {
-  [[ "$(drv text --title "$D" --id 1510)" =~ ^$'\n'"Type of Account: Limited Access account"$'\n'" Time Consumed this month : 0.0"[0-9]" Hr."$ ]]
+  [[ "$(drv text --title "$D" --id "$IDC_MAIN_ACCOUNT_STATUS")" =~ ^$'\n'"Type of Account: Limited Access account"$'\n'" Time Consumed this month : 0.0"[0-9]" Hr."$ ]]
 }
-status_is_unlimited() { [[ "$(drv text --title "$D" --id 1510)" == $'\nType of Account: Unlimited Access account\n ' ]]; }
+status_is_unlimited() { [[ "$(drv text --title "$D" --id "$IDC_MAIN_ACCOUNT_STATUS")" == $'\nType of Account: Unlimited Access account\n ' ]]; }
 # The previous-session list's account line, refilled at the dialog's next tick.
-account_line_starts() { [[ "$(drv list --title "$D" --id 601 | sed -n 6p)" == "$1"* ]]; }
+account_line_starts() { [[ "$(drv list --title "$D" --id "$IDC_MAIN_PREVIOUS_SESSION" | sed -n 6p)" == "$1"* ]]; }
 
-# ---- The first session of Home ISP: the notice, then dialog 900 for it.
+# ---- The first session of Home ISP: the notice, then IDD_ACCOUNTS for it.
 session "Home ISP"
 offline
 check "notice: its text" "$(drv box-text --title "Orvalen Notification..." --timeout-ms 15000)" \
@@ -59,11 +59,11 @@ check "dialog: OK and Cancel shown, Apply hidden" "$(app_field_of visible "$A" 1
 check "dialog: the figures are empty" \
   "$(drv texts --title "$A" --ids 203,119,204,117,114)" "||||"
 check "log: the entry has no account yet" "$(entry 0)" "0  0 0 0 0 0"
-drv set-text --title "$A" --id 203 --text 10 >/dev/null
-drv set-text --title "$A" --id 119 --text 12.50 >/dev/null
-drv set-text --title "$A" --id 204 --text 100.75 >/dev/null
-drv set-text --title "$A" --id 117 --text abc >/dev/null
-drv click --title "$A" --id 1 >/dev/null
+drv set-text --title "$A" --id "$IDC_ACCOUNTS_BASIC_HOURS" --text 10 >/dev/null
+drv set-text --title "$A" --id "$IDC_ACCOUNTS_MONTHLY_CHARGE" --text 12.50 >/dev/null
+drv set-text --title "$A" --id "$IDC_ACCOUNTS_EXCESS_PER_MINUTE" --text 100.75 >/dev/null
+drv set-text --title "$A" --id "$IDC_ACCOUNTS_VAT" --text abc >/dev/null
+drv click --title "$A" --id "$IDC_ACCOUNTS_OK" >/dev/null
 drv wait-gone --title "$A" >/dev/null || app_abort "OK closes the account dialog"
 check_true "OK saves: limited access, 10 h, 12.50, 100.75 read as 100, VAT not a number as 0" \
   app_wait_until 5 entry_is 0 "1 Home ISP 2 10 12.5 100 0"
@@ -81,40 +81,40 @@ check "a configured connection: no notice" "$(drv windows | grep -cF 'title="Orv
 # ---- View Log shows the account for Home ISP (its two short sessions this month).
 V=$APP_VIEW_LOG
 app_open_view_log >/dev/null || app_abort "the tray menu opens View Log"
-home=$(drv list --title "$V" --id 124 | grep -nxF "Home ISP" | cut -d: -f1)
+home=$(drv list --title "$V" --id "$IDC_VIEWLOG_CONNECTION" | grep -nxF "Home ISP" | cut -d: -f1)
 [[ -n $home ]] || app_abort "View Log's connection box lists Home ISP"
-drv select --title "$V" --id 124 --index $(( home - 1 )) >/dev/null
+drv select --title "$V" --id "$IDC_VIEWLOG_CONNECTION" --index $(( home - 1 )) >/dev/null
 view_log_account_is() {
-  [[ "$(drv text --title "$V" --id 202)" =~ ^"Limited Access Account"$'\n'"This Month   : "[0-9]+" Mins."$'\n'"Current Cost : 12.50 "$ ]]
+  [[ "$(drv text --title "$V" --id "$IDC_VIEWLOG_ACCOUNT")" =~ ^"Limited Access Account"$'\n'"This Month   : "[0-9]+" Mins."$'\n'"Current Cost : 12.50 "$ ]]
 }
 check_true "View Log: the account box shows the limited account and its monthly charge" \
   app_wait_until 10 view_log_account_is
-drv click --title "$V" --id 1 >/dev/null
+drv click --title "$V" --id "$IDC_VIEWLOG_CLOSE" >/dev/null
 drv wait-gone --title "$V" >/dev/null || app_abort "View Log closes"
 
 # ---- The Accounts page of the sheet: choose Home ISP, make it unlimited.
-drv click --title "$D" --id 106 >/dev/null || app_abort "Configure can be clicked"
+drv click --title "$D" --id "$IDC_MAIN_CONFIGURE" >/dev/null || app_abort "Configure can be clicked"
 drv wait-window --title "$S" >/dev/null || app_abort "Configure opens the sheet"
 drv post --title "$S" --msg "$PSM_SETCURSEL" --wparam 1 >/dev/null
-drv wait-state --title "$S" --id 601 --visible 1 >/dev/null || app_abort "the Accounts page shows"
-check "page: the banner" "$(drv text --title "$S" --id 1510)" \
+drv wait-state --title "$S" --id "$IDC_ACCOUNTS_CONNECTION" --visible 1 >/dev/null || app_abort "the Accounts page shows"
+check "page: the banner" "$(drv text --title "$S" --id "$IDC_ACCOUNTS_BANNER")" \
   "$(printf '%s\n%s' "Choose a Connection to enter account details." "Previous accounts can also be reconfigured here")"
-mapfile -t names < <(drv list --title "$S" --id 601)
+mapfile -t names < <(drv list --title "$S" --id "$IDC_ACCOUNTS_CONNECTION")
 check "page: the connections, sorted" "${names[*]}" "Connection Home ISP"
 check "page: only the list is usable" "$(app_field_of enabled "$S" 601,123,904,905,906,114,203,119)" "1 1 0 0 0 0 0 0"
 check "page: its own Apply and the help text hidden" "$(app_field_of visible "$S" 902,1422)" "0 0"
-drv select --title "$S" --id 601 --index 0 >/dev/null   # "Connection": no entry, nothing changes
+drv select --title "$S" --id "$IDC_ACCOUNTS_CONNECTION" --index 0 >/dev/null   # "Connection": no entry, nothing changes
 check "page: \"Connection\" shows nothing" "$(app_field_of enabled "$S" 904,203)" "0 0"
-drv select --title "$S" --id 601 --index 1 >/dev/null
-drv wait-state --title "$S" --id 906 --enabled 1 >/dev/null || app_abort "choosing Home ISP enables the kinds"
+drv select --title "$S" --id "$IDC_ACCOUNTS_CONNECTION" --index 1 >/dev/null
+drv wait-state --title "$S" --id "$IDC_ACCOUNTS_UNLIMITED" --enabled 1 >/dev/null || app_abort "choosing Home ISP enables the kinds"
 check "page: Home ISP's figures" \
   "$(drv texts --title "$S" --ids 203,119,204,117)" "10|12.50|100.00|0.0"
 check "page: limited access checked and enabled, card off" \
   "$(app_field_of checked "$S" 904,905,906) $(app_field_of enabled "$S" 203,119,114)" "0 1 0 1 1 0"
-drv click --title "$S" --id 906 >/dev/null
-drv wait-state --title "$S" --id 203 --enabled 0 >/dev/null || app_abort "Unlimited disables the limited figures"
-check "page: unlimited leaves the figures shown" "$(drv text --title "$S" --id 119)" "12.50"
-drv click --title "$S" --id 1 >/dev/null
+drv click --title "$S" --id "$IDC_ACCOUNTS_UNLIMITED" >/dev/null
+drv wait-state --title "$S" --id "$IDC_ACCOUNTS_BASIC_HOURS" --enabled 0 >/dev/null || app_abort "Unlimited disables the limited figures"
+check "page: unlimited leaves the figures shown" "$(drv text --title "$S" --id "$IDC_ACCOUNTS_MONTHLY_CHARGE")" "12.50"
+drv click --title "$S" --id "$IDOK" >/dev/null
 drv wait-gone --title "$S" >/dev/null || app_abort "OK closes the sheet"
 check_true "sheet OK: only the kind changes" app_wait_until 5 entry_is 0 "1 Home ISP 3 10 12.5 100 0"
 
@@ -131,7 +131,7 @@ drv answer-box --title "Orvalen Notification..." --contains "(- Work ISP -)" --b
   || app_abort "the notice names Work ISP"
 drv wait-window --title "Orvalen....Configure Account Details For --Work ISP" >/dev/null \
   || app_abort "the account dialog opens for Work ISP"
-drv click --title "Orvalen....Configure Account Details For --Work ISP" --id 2 >/dev/null
+drv click --title "Orvalen....Configure Account Details For --Work ISP" --id "$IDC_ACCOUNTS_CANCEL" >/dev/null
 check "Cancel: the box that says so" \
   "$(drv answer-box --title "Orvalen Notification" --contains "not properly" --button ok)" \
   "$(printf '%s\n%s' "This connection was not properly set up for Orvalen's database. " \

@@ -22,9 +22,9 @@ app_wait_until 5 app_u8_is "$APP_CONFIG" 134 218 || app_abort "the session marke
 warning=$(printf 'You are still on-line\nOrvalen will not record session if you quit now.')
 question="Are You Sure You Want To quit Orvalen ?"
 
-# The tray menu's Exit arrives at the hidden main window as command 2.
+# The tray menu's Exit arrives at the hidden main window as command IDM_TRAY_EXIT.
 exit_until_question() {  # LABEL: Exit, the warning answered OK, the question up
-  drv post --class Orvalen --msg WM_COMMAND --wparam 2 >/dev/null || app_abort "$1: Exit can be posted"
+  drv post --class Orvalen --msg WM_COMMAND --wparam "$IDM_TRAY_EXIT" >/dev/null || app_abort "$1: Exit can be posted"
   drv wait-window --title "Orvalen Notification" >/dev/null || app_abort "$1: the on-line warning appears"
   check "$1: the warning is owned by the main status dialog" \
     "$(drv windows | grep -F 'title="Orvalen Notification"' | grep -o 'owner=0x[0-9a-f]*')" "owner=$dialog"
@@ -44,11 +44,11 @@ check "Exit, No: the confirmation closes" "$(drv answer-box --title "" --button 
 drv wait-gone --class "#32770" --title "" >/dev/null
 check_true "Exit, No: the program runs on" app_running
 check "Exit, No: still on-line in the dialog" \
-  "$(drv wait-text --title "$D" --id 104 --equals "You've Been Logged on since:")" "You've Been Logged on since:"
+  "$(drv wait-text --title "$D" --id "$IDC_MAIN_FIRST_CAPTION" --equals "You've Been Logged on since:")" "You've Been Logged on since:"
 check "Exit, No: the main window is still there" \
   "$(drv windows | grep -cF 'class="Orvalen" title="Orvalen"')" 1
-elapsed_now=$(drv text --title "$D" --id 113)
-next_tick() { [[ "$(drv text --title "$D" --id 113)" != "$elapsed_now" ]]; }
+elapsed_now=$(drv text --title "$D" --id "$IDC_MAIN_SECOND_VALUE")
+next_tick() { [[ "$(drv text --title "$D" --id "$IDC_MAIN_SECOND_VALUE")" != "$elapsed_now" ]]; }
 check_true "Exit, No: the dialog still ticks" app_wait_until 5 next_tick
 
 exit_until_question "Exit, Yes"

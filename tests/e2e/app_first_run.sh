@@ -17,15 +17,15 @@ drv wait-window --title "Welcome to Orvalen" --timeout-ms 30000 >/dev/null \
 check "Welcome is modal and first: nothing written yet" \
   "$( [[ -e $APP_CONFIG || -e $APP_INSTALL ]] && echo written || echo nothing )" nothing
 check "Welcome: its one button is Proceed" \
-  "$(drv text --title "Welcome to Orvalen" --id 1)" "&Proceed"
-drv click --title "Welcome to Orvalen" --id 1 >/dev/null || app_abort "Proceed can be clicked"
+  "$(drv text --title "Welcome to Orvalen" --id "$IDC_WELCOME_PROCEED")" "&Proceed"
+drv click --title "Welcome to Orvalen" --id "$IDC_WELCOME_PROCEED" >/dev/null || app_abort "Proceed can be clicked"
 drv wait-gone --title "Welcome to Orvalen" >/dev/null || app_abort "Proceed closes the Welcome dialog"
 drv wait-window --title "$APP_MAIN_DIALOG" --timeout-ms 15000 >/dev/null \
   || app_abort "the main status dialog opens after the Welcome dialog"
 
 # The first tick of the dialog (after one second) fills in the clock: by then a
 # second dialog, had one been created, would be up too.
-drv wait-text --title "$APP_MAIN_DIALOG" --id 110 --contains ":" >/dev/null \
+drv wait-text --title "$APP_MAIN_DIALOG" --id "$IDC_MAIN_TIME" --contains ":" >/dev/null \
   || app_abort "the main status dialog shows the time"
 windows=$(drv windows)
 check "exactly one main status dialog" \
@@ -37,11 +37,11 @@ check "the main window exists, hidden, titled Orvalen" \
   'visible=0 class="Orvalen" title="Orvalen"'
 check "no Welcome left" "$(grep -cF 'title="Welcome to Orvalen"' <<<"$windows")" 0
 check "off-line, no connection yet: Configure enabled" \
-  "$(drv state --title "$APP_MAIN_DIALOG" --id 106 | cut -d' ' -f1)" "enabled=1"
+  "$(drv state --title "$APP_MAIN_DIALOG" --id "$IDC_MAIN_CONFIGURE" | cut -d' ' -f1)" "enabled=1"
 check "off-line, no connection yet: no session caption" \
-  "$(drv text --title "$APP_MAIN_DIALOG" --id 104)" ""
+  "$(drv text --title "$APP_MAIN_DIALOG" --id "$IDC_MAIN_FIRST_CAPTION")" ""
 check "off-line, no connection yet: the initial status text" \
-  "$(drv text --title "$APP_MAIN_DIALOG" --id 1510)" \
+  "$(drv text --title "$APP_MAIN_DIALOG" --id "$IDC_MAIN_ACCOUNT_STATUS")" \
   "$(printf '\t\t   Status: \n\n        No  Active  Dial-Up  Connections...')"
 
 # The configuration: 6352 bytes of defaults, zero everywhere else.

@@ -53,13 +53,13 @@ check "previous session stored" "$(app_u32 "$APP_CONFIG" 120)" 1
 # A later start shows no dialog by itself; the tray's double click does.
 drv post --class Orvalen --msg WM_APP+1 --lparam WM_LBUTTONDBLCLK >/dev/null
 drv wait-window --title "$D" >/dev/null || app_abort "a double click on the tray icon shows the dialog"
-list_has() { [[ "$(drv list-count --title "$D" --id 601)" == "$1" ]]; }
+list_has() { [[ "$(drv list-count --title "$D" --id "$IDC_MAIN_PREVIOUS_SESSION")" == "$1" ]]; }
 check_true "the previous-session list is filled (6 lines)" app_wait_until 5 list_has 6
-mapfile -t lines < <(drv list --title "$D" --id 601)
+mapfile -t lines < <(drv list --title "$D" --id "$IDC_MAIN_PREVIOUS_SESSION")
 check "list line 2" "${lines[1]:-}" " Connection  :                   Home ISP"
 check "list line 5" "${lines[4]:-}" " Duration :                        0 Hr: 0 Min: 0 Sec"
-check "off-line since the start: no session caption" "$(drv text --title "$D" --id 104)" ""
-check "off-line since the start: Configure enabled" "$(drv state --title "$D" --id 106 | cut -d' ' -f1)" "enabled=1"
+check "off-line since the start: no session caption" "$(drv text --title "$D" --id "$IDC_MAIN_FIRST_CAPTION")" ""
+check "off-line since the start: Configure enabled" "$(drv state --title "$D" --id "$IDC_MAIN_CONFIGURE" | cut -d' ' -f1)" "enabled=1"
 check "off-line: no new session opened" "$(app_u8 "$APP_CONFIG" 134)" 219
 check_true "the restarted program runs" app_running
 

@@ -50,6 +50,7 @@ set -u
 _app_here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd -P)
 # shellcheck source-path=SCRIPTDIR source=../../scripts/wine-env.sh
 source "$_app_here/../../scripts/wine-env.sh"
+orv_resource_ids
 
 APP_MAIN_DIALOG="Orvalen - Connections Monitor  V1.5"
 APP_CONFIG_REL=drive_c/windows/Orvaconfig.bic
@@ -245,7 +246,7 @@ app_first_run_through_welcome() {
 app_through_welcome() {
   drv wait-window --title "Welcome to Orvalen" --timeout-ms 30000 >/dev/null \
     || app_abort "the Welcome dialog appears on the first run"
-  drv click --title "Welcome to Orvalen" --id 1 >/dev/null \
+  drv click --title "Welcome to Orvalen" --id "$IDC_WELCOME_PROCEED" >/dev/null \
     || app_abort "Proceed can be clicked"
   drv wait-gone --title "Welcome to Orvalen" >/dev/null \
     || app_abort "Proceed closes the Welcome dialog"
@@ -255,8 +256,8 @@ app_through_welcome() {
 
 # While the connection is up, the main status dialog shows it.
 app_wait_online() {  # NAME
-  drv wait-text --title "$APP_MAIN_DIALOG" --id 104 --equals "You've Been Logged on since:" >/dev/null \
-    && drv wait-text --title "$APP_MAIN_DIALOG" --id 124 --equals "$1" >/dev/null
+  drv wait-text --title "$APP_MAIN_DIALOG" --id "$IDC_MAIN_FIRST_CAPTION" --equals "You've Been Logged on since:" >/dev/null \
+    && drv wait-text --title "$APP_MAIN_DIALOG" --id "$IDC_MAIN_CONNECTION_NAME" --equals "$1" >/dev/null
 }
 
 # Once a session of a connection without account details is recorded, the
@@ -266,7 +267,7 @@ app_wait_online() {  # NAME
 app_decline_account_notice() {  # NAME
   drv answer-box --title "Orvalen Notification..." --contains "(- $1 -)" --button ok --timeout-ms 15000 \
     >/dev/null || return 1
-  drv click --title "Orvalen....Configure Account Details For --$1" --id 2 >/dev/null || return 1
+  drv click --title "Orvalen....Configure Account Details For --$1" --id "$IDC_ACCOUNTS_CANCEL" >/dev/null || return 1
   drv answer-box --title "Orvalen Notification" --contains "not properly set up" --button ok >/dev/null
 }
 
@@ -325,7 +326,7 @@ app_start_prepared() {
 }
 
 app_open_view_log() {
-  drv command --class Orvalen --id 114 >/dev/null || return 1
+  drv command --class Orvalen --id "$IDM_TRAY_VIEW_LOG" >/dev/null || return 1
   drv wait-window --title "$APP_VIEW_LOG" --timeout-ms 30000
 }
 

@@ -34,20 +34,20 @@ account() {  # K: "configured name"
   local at=$(( 136 + 120 * $1 ))
   echo "$(app_u32 "$APP_CONFIG" "$at") $(app_cstr "$APP_CONFIG" $(( at + 4 )) 32)"
 }
-names() { drv list --title "$M" --id 601; }
+names() { drv list --title "$M" --id "$IDC_MANAGE_LIST"; }
 index_of() { drv list --title "$1" --id "$2" | grep -nxF -- "$3" | head -n 1 | cut -d: -f1 | awk '{print $1 - 1}'; }
 enabled() { drv state --title "$1" --id "$2" | cut -d' ' -f1; }
-summary() { drv text --title "$M" --id 1510; }
+summary() { drv text --title "$M" --id "$IDC_MANAGE_SUMMARY"; }
 # The summary once it shows WORD (or whatever it shows after 30 s).
-summary_with() { drv wait-text --title "$M" --id 1510 --contains "$1" --timeout-ms 30000 >/dev/null; summary; }
+summary_with() { drv wait-text --title "$M" --id "$IDC_MANAGE_SUMMARY" --contains "$1" --timeout-ms 30000 >/dev/null; summary; }
 double_click() {  # NAME
   local i
   i=$(index_of "$M" 601 "$1")
   [[ -n $i ]] || app_abort "\"$1\" is listed in Manage Log"
-  drv double-click-list --title "$M" --id 601 --index "$i" >/dev/null
+  drv double-click-list --title "$M" --id "$IDC_MANAGE_LIST" --index "$i" >/dev/null
 }
 open_manage() {
-  drv click --title "$V" --id 2 >/dev/null
+  drv click --title "$V" --id "$IDC_VIEWLOG_MANAGE" >/dev/null
   drv wait-window --title "$M" >/dev/null || app_abort "Manage Log opens from View Log"
 }
 log_size=$(app_size "$APP_LOG")
@@ -72,12 +72,12 @@ check "unlimited access summary" "$(summary_with Unlimited)" "Unlimited Access"
 double_click "Home ISP"
 summary_with Card >/dev/null
 before=$(md5sum "$APP_LOG" "$APP_CONFIG")
-drv click --title "$M" --id 123 >/dev/null
+drv click --title "$M" --id "$IDC_MANAGE_DELETE" >/dev/null
 box=$(drv answer-box --title "Delete Connectiom" --button no) || app_abort "Delete Entry asks first"
 check "Delete Entry: the question" "$box" "Are You Sure You Want To Delete This Entry?"
 check "No: still three names" "$(names | wc -l)" 3
 check "No: no file touched" "$(md5sum "$APP_LOG" "$APP_CONFIG")" "$before"
-drv click --title "$M" --id 123 >/dev/null
+drv click --title "$M" --id "$IDC_MANAGE_DELETE" >/dev/null
 drv answer-box --title "Delete Connectiom" --button yes >/dev/null || app_abort "Delete Entry asks again"
 home_deleted() { [[ $(status_of 0) == 3 ]]; }
 check_true "Yes: the log is saved" app_wait_until 10 home_deleted
@@ -90,59 +90,59 @@ check "configuration: the account of Home ISP is freed" "$(account 0)" "0 "
 check "configuration: the other accounts stay" "$(account 1) | $(account 2)" "1 home isp | 1 Work"
 
 # --- Closing after a deletion refreshes View Log on everything of this year.
-drv click --title "$M" --id 1 >/dev/null
+drv click --title "$M" --id "$IDC_MANAGE_CLOSE" >/dev/null
 check "Close ends Manage Log" "$(drv wait-gone --title "$M")" gone
-drv wait-text --title "$V" --id 109 --equals ALL --timeout-ms 30000 >/dev/null
+drv wait-text --title "$V" --id "$IDC_VIEWLOG_MONTH" --equals ALL --timeout-ms 30000 >/dev/null
 check "View Log refreshed: the boxes" "$(drv children --title "$V" | grep -E ' id=(124|109|611) ' | sed 's/.* text=//' | sort | tr '\n' '|')" \
   "$(printf '"%s"\n' "All Connections" ALL "$year" | sort | tr '\n' '|')"
-check "View Log refreshed: two sessions left" "$(drv text --title "$V" --id 218)" 2
-check "View Log refreshed: the connection names" "$(drv list --title "$V" --id 124 | sort | tr '\n' '|')" \
+check "View Log refreshed: two sessions left" "$(drv text --title "$V" --id "$IDC_VIEWLOG_COUNT")" 2
+check "View Log refreshed: the connection names" "$(drv list --title "$V" --id "$IDC_VIEWLOG_CONNECTION" | sort | tr '\n' '|')" \
   "All Connections|Work|home isp|"
 check "View Log: the filters stay usable" "$(app_enabled_states "$V" 124 109 611 2 1000)" \
   "124=1 109=1 611=1 2=1 1000=1"
 
 # --- Clear Entire Log answered No: nothing changes, and View Log does not refresh.
 i=$(index_of "$V" 109 "${months[$month]}")
-drv select --title "$V" --id 109 --index "$i" >/dev/null
-drv wait-text --title "$V" --id 109 --equals "${months[$month]}" --timeout-ms 30000 >/dev/null
+drv select --title "$V" --id "$IDC_VIEWLOG_MONTH" --index "$i" >/dev/null
+drv wait-text --title "$V" --id "$IDC_VIEWLOG_MONTH" --equals "${months[$month]}" --timeout-ms 30000 >/dev/null
 open_manage
 before=$(md5sum "$APP_LOG" "$APP_CONFIG")
-drv click --title "$M" --id 114 >/dev/null
+drv click --title "$M" --id "$IDC_MANAGE_CLEAR" >/dev/null
 box=$(drv answer-box --title "ALERT !!" --button no) || app_abort "Clear Entire Log asks first"
 check "Clear Entire Log: the question" "$box" "This will delete the entire log from your disk. Do you want to continue?"
 check "No: the names stay" "$(names | wc -l)" 2
 check "No: no file touched" "$(md5sum "$APP_LOG" "$APP_CONFIG")" "$before"
-drv click --title "$M" --id 1 >/dev/null
+drv click --title "$M" --id "$IDC_MANAGE_CLOSE" >/dev/null
 drv wait-gone --title "$M" >/dev/null
-check "No, then Close: View Log keeps its filter" "$(drv text --title "$V" --id 109)" "${months[$month]}"
+check "No, then Close: View Log keeps its filter" "$(drv text --title "$V" --id "$IDC_VIEWLOG_MONTH")" "${months[$month]}"
 
 # --- Clear Entire Log answered Yes: every record Deleted, View Log disabled at once.
 open_manage
-drv click --title "$M" --id 114 >/dev/null
+drv click --title "$M" --id "$IDC_MANAGE_CLEAR" >/dev/null
 drv answer-box --title "ALERT !!" --button yes >/dev/null || app_abort "Clear Entire Log asks again"
 all_deleted() { [[ $(statuses) == "3 3 3 3" ]]; }
 check_true "Yes: the log is saved" app_wait_until 10 all_deleted
 check "log: all four records Deleted" "$(statuses)" "3 3 3 3"
 check "log: same length and count" "$(app_size "$APP_LOG") $(app_u32 "$APP_LOG" 0)" "$log_size $log_count"
 check "configuration: the accounts are kept" "$(account 1) | $(account 2)" "1 home isp | 1 Work"
-check "Yes: the list is empty" "$(drv list-count --title "$M" --id 601)" 0
+check "Yes: the list is empty" "$(drv list-count --title "$M" --id "$IDC_MANAGE_LIST")" 0
 check "Yes: both actions disabled" "$(app_enabled_states "$M" 114 123)" "114=0 123=0"
-drv click --title "$M" --id 1 >/dev/null
+drv click --title "$M" --id "$IDC_MANAGE_CLOSE" >/dev/null
 drv wait-gone --title "$M" >/dev/null
 check "View Log: everything but Close disabled" \
   "$(app_enabled_states "$V" 2 124 109 611 202 1000 1)" "2=0 124=0 109=0 611=0 202=0 1000=0 1=1"
-check "View Log: nothing listed" "$(drv list-count --title "$V" --id 601)" 0
-check "View Log: count and total" "$(drv text --title "$V" --id 218)|$(drv text --title "$V" --id 111)" "0|0.00 Hr."
+check "View Log: nothing listed" "$(drv list-count --title "$V" --id "$IDC_VIEWLOG_LIST")" 0
+check "View Log: count and total" "$(drv text --title "$V" --id "$IDC_VIEWLOG_COUNT")|$(drv text --title "$V" --id "$IDC_VIEWLOG_TOTAL")" "0|0.00 Hr."
 
 # --- Opened again on the empty log.
-drv click --title "$V" --id 1 >/dev/null
+drv click --title "$V" --id "$IDC_VIEWLOG_CLOSE" >/dev/null
 drv wait-gone --title "$V" >/dev/null
 app_open_view_log >/dev/null || app_abort "View Log opens on the empty log"
-check "empty log: four empty lines, then the notice" "$(drv list --title "$V" --id 601 | tr '\n' '|')" \
+check "empty log: four empty lines, then the notice" "$(drv list --title "$V" --id "$IDC_VIEWLOG_LIST" | tr '\n' '|')" \
   "||||                      The   Log   Is  Currently   Empty|"
 check "empty log: everything but Close disabled" \
   "$(app_enabled_states "$V" 2 124 109 611 202 1000 1)" "2=0 124=0 109=0 611=0 202=0 1000=0 1=1"
-check "empty log: no count, no total" "$(drv text --title "$V" --id 218)|$(drv text --title "$V" --id 111)" "|"
+check "empty log: no count, no total" "$(drv text --title "$V" --id "$IDC_VIEWLOG_COUNT")|$(drv text --title "$V" --id "$IDC_VIEWLOG_TOTAL")" "|"
 check_true "the program still runs" app_running
 
 app_finish

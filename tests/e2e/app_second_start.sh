@@ -73,7 +73,7 @@ check "the windows belong to the first instance" \
 check "no file touched" "$(md5sum "$APP_CONFIG" "$APP_LOG")" "$files_before"
 check_true "the first instance still runs" app_running
 check "the first instance still answers" \
-  "$(drv wait-text --title "$APP_MAIN_DIALOG" --id 110 --contains ":" >/dev/null && echo yes)" yes
+  "$(drv wait-text --title "$APP_MAIN_DIALOG" --id "$IDC_MAIN_TIME" --contains ":" >/dev/null && echo yes)" yes
 
 # Tab moves the focus to the next control of the main status dialog.
 D=$APP_MAIN_DIALOG
@@ -101,7 +101,7 @@ icon_back() { [[ "$(drv tray-icon --class Orvalen --icon 22)" == present ]]; }
 check_true "\"TaskbarCreated\" adds the icon again" app_wait_until 5 icon_back
 
 # A start while the main status dialog is hidden shows it.
-drv command --class Orvalen --id 1520 >/dev/null
+drv command --class Orvalen --id "$IDM_TRAY_HIDE" >/dev/null
 drv wait-gone --title "$D" >/dev/null || app_abort "Hide Orvalen hides the main status dialog"
 check "a start while the dialog is hidden ends with 0" "$(second_start "$APP_HOME/third.out")" 0
 check "and shows the dialog" "$(drv wait-window --title "$D" >/dev/null && echo shown)" shown

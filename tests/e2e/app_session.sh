@@ -16,7 +16,7 @@ D=$APP_MAIN_DIALOG
 
 shown_seconds() {  # the elapsed time the dialog shows, in seconds
   local text h m s
-  text=$(drv text --title "$D" --id 113)
+  text=$(drv text --title "$D" --id "$IDC_MAIN_SECOND_VALUE")
   [[ $text =~ ^([0-9]+)\ Hr\ :\ ([0-9]+)\ Min\ :\ ([0-9]+)\ sec$ ]] || { echo -1; return; }
   h=${BASH_REMATCH[1]} m=${BASH_REMATCH[2]} s=${BASH_REMATCH[3]}
   echo $(( h * 3600 + m * 60 + s ))
@@ -30,10 +30,10 @@ app_wait_online "Home ISP" || app_abort "the dialog shows the session of Home IS
 t1=$(app_now)
 first_shown=$(shown_seconds)
 check "on-line: the elapsed time is shown" "$(( first_shown >= 0 ))" 1
-check "on-line: connection caption" "$(drv text --title "$D" --id 123)" "Active Connection :"
-check "on-line: connection name" "$(drv text --title "$D" --id 124)" "Home ISP"
-check "on-line: second caption" "$(drv text --title "$D" --id 111)" "Your've Been Logged on for:"
-check "on-line: Configure disabled" "$(drv state --title "$D" --id 106 | cut -d' ' -f1)" "enabled=0"
+check "on-line: connection caption" "$(drv text --title "$D" --id "$IDC_MAIN_CONNECTION_CAPTION")" "Active Connection :"
+check "on-line: connection name" "$(drv text --title "$D" --id "$IDC_MAIN_CONNECTION_NAME")" "Home ISP"
+check "on-line: second caption" "$(drv text --title "$D" --id "$IDC_MAIN_SECOND_CAPTION")" "Your've Been Logged on for:"
+check "on-line: Configure disabled" "$(drv state --title "$D" --id "$IDC_MAIN_CONFIGURE" | cut -d' ' -f1)" "enabled=0"
 check_true "on-line: the session marker 218 is on disk" \
   app_wait_until 5 app_u8_is "$APP_CONFIG" 134 218
 check "on-line: first checkpoint names the connection" "$(app_cstr "$APP_CONFIG" 6292 60)" "Home ISP"
@@ -54,17 +54,17 @@ check_true "on-line: the elapsed time counts on to $target s" app_wait_until 10 
 
 t2=$(app_now)
 dial disconnect
-drv wait-text --title "$D" --id 104 --equals "Your Last Logon was at :" >/dev/null \
+drv wait-text --title "$D" --id "$IDC_MAIN_FIRST_CAPTION" --equals "Your Last Logon was at :" >/dev/null \
   || app_abort "after the disconnection the dialog shows the last session"
 t3=$(app_now)
 day3="$(date +%w) $(date +%-m) $(date +%-d) $(date +%Y)"
 check_true "the account notice for Home ISP comes and is declined" app_decline_account_notice "Home ISP"
 
-check "off-line: connection caption" "$(drv text --title "$D" --id 123)" "Last Connection :"
-check "off-line: connection name kept" "$(drv text --title "$D" --id 124)" "Home ISP"
-check "off-line: second caption" "$(drv text --title "$D" --id 111)" "Your Last Logon Took Up :"
+check "off-line: connection caption" "$(drv text --title "$D" --id "$IDC_MAIN_CONNECTION_CAPTION")" "Last Connection :"
+check "off-line: connection name kept" "$(drv text --title "$D" --id "$IDC_MAIN_CONNECTION_NAME")" "Home ISP"
+check "off-line: second caption" "$(drv text --title "$D" --id "$IDC_MAIN_SECOND_CAPTION")" "Your Last Logon Took Up :"
 check "off-line: Configure enabled again" \
-  "$(drv wait-state --title "$D" --id 106 --enabled 1 | cut -d' ' -f1)" "enabled=1"
+  "$(drv wait-state --title "$D" --id "$IDC_MAIN_CONFIGURE" --enabled 1 | cut -d' ' -f1)" "enabled=1"
 
 # The log, once the session is recorded.
 check_true "off-line: the session marker 219 is on disk" \
@@ -104,15 +104,15 @@ check "previous session: duration" "$(app_u32 "$APP_CONFIG" 6240)" "$duration"
 check "previous session: log-on as in the log" "$(app_hms "$APP_CONFIG" 6228)" "$(app_hms "$APP_LOG" $(( r + 20 )))"
 
 # The dialog's summary, refilled at its next tick.
-list_has() { [[ "$(drv list-count --title "$D" --id 601)" == "$1" ]]; }
+list_has() { [[ "$(drv list-count --title "$D" --id "$IDC_MAIN_PREVIOUS_SESSION")" == "$1" ]]; }
 check_true "previous-session list filled (6 lines)" app_wait_until 5 list_has 6
-mapfile -t lines < <(drv list --title "$D" --id 601)
+mapfile -t lines < <(drv list --title "$D" --id "$IDC_MAIN_PREVIOUS_SESSION")
 check "list line 1" "${lines[0]:-}" "----------------------  Previous Session  ----------------------"
 check "list line 2" "${lines[1]:-}" " Connection  :                   Home ISP"
 check "list line 5: the recorded duration" "${lines[4]:-}" \
   " Duration :                        $(( duration / 3600 )) Hr: $(( duration % 3600 / 60 )) Min: $(( duration % 60 )) Sec"
 check "list line 6: no account, empty" "${lines[5]-missing}" ""
-check "last duration shown" "$(drv text --title "$D" --id 113)" \
+check "last duration shown" "$(drv text --title "$D" --id "$IDC_MAIN_SECOND_VALUE")" \
   "$(( duration / 3600 )) Hr : $(( duration % 3600 / 60 )) Min : $(( duration % 60 )) sec"
 
 app_finish

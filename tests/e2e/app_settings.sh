@@ -21,12 +21,12 @@ autostart_value() {
     | tr -d '\r' | sed -n 's/^ *Orvalen *\(REG_[A-Z_]*\) *\(.*\)$/\1 \2/p'
 }
 autostart_absent() { ! orv_wine_run -t 60 "$APP_PREFIX" reg.exe query "$run_key" /v Orvalen >/dev/null 2>&1; }
-clock_is_12_hour() { [[ "$(drv text --title "$D" --id 110)" =~ ^(1[0-2]|[1-9])\ :\ [0-5][0-9]\ :\ [0-5][0-9]\ \ (AM|PM)$ ]]; }
+clock_is_12_hour() { [[ "$(drv text --title "$D" --id "$IDC_MAIN_TIME")" =~ ^(1[0-2]|[1-9])\ :\ [0-5][0-9]\ :\ [0-5][0-9]\ \ (AM|PM)$ ]]; }
 # The 24-hour form shows the hour as it is (13 in the afternoon, 0 after midnight).
 clock_is_24_hour() {
   local before after text
   before=$(( 10#$(date +%H) ))
-  text=$(drv text --title "$D" --id 110)
+  text=$(drv text --title "$D" --id "$IDC_MAIN_TIME")
   after=$(( 10#$(date +%H) ))
   [[ $text =~ ^([0-9]{1,2})\ :\ [0-5][0-9]\ :\ [0-5][0-9]\ \ \ $ ]] || return 1
   (( BASH_REMATCH[1] == before || BASH_REMATCH[1] == after ))
@@ -35,7 +35,7 @@ checked() { app_field_of checked "$S" "$1"; }   # IDS: "1 0 ..."
 enabled() { app_field_of enabled "$S" "$1"; }
 edit_texts() { drv texts --title "$S" --ids "$1" --separator " "; }   # IDS: "1 0 ..."
 open_sheet() {
-  drv click --title "$D" --id 106 >/dev/null || app_abort "Configure can be clicked"
+  drv click --title "$D" --id "$IDC_MAIN_CONFIGURE" >/dev/null || app_abort "Configure can be clicked"
   drv wait-window --title "$S" >/dev/null || app_abort "Configure opens the sheet \"$S\""
 }
 show_page() {  # INDEX A-CONTROL-OF-THAT-PAGE
@@ -49,43 +49,43 @@ check_true "first run: the clock is in the 12-hour form" app_wait_until 5 clock_
 # ---- OK stores every page that was opened.
 open_sheet
 check "sheet: no Apply button" "$(app_field_of visible "$S" 0x3021)" 0
-mapfile -t currencies < <(drv list --title "$S" --id 202)
+mapfile -t currencies < <(drv list --title "$S" --id "$IDC_GENERAL_CURRENCY")
 check "General: 15 currencies" "${#currencies[@]}" 15
 check "General: sorted, Dollars first" "${currencies[0]:-} ${currencies[14]:-}" "Dollars Yen"
-check "General: an empty currency shows Dollars" "$(drv text --title "$S" --id 202)" "Dollars"
+check "General: an empty currency shows Dollars" "$(drv text --title "$S" --id "$IDC_GENERAL_CURRENCY")" "Dollars"
 check "General: run at start-up checked, show main window and 24-hour clock not" "$(checked 210,219,217)" "1 0 0"
-drv set-text --title "$S" --id 202 --text "Zimbabwe dollars" >/dev/null
-drv check --title "$S" --id 217 --value 1 >/dev/null
-drv check --title "$S" --id 210 --value 0 >/dev/null
-drv check --title "$S" --id 219 --value 1 >/dev/null
+drv set-text --title "$S" --id "$IDC_GENERAL_CURRENCY" --text "Zimbabwe dollars" >/dev/null
+drv check --title "$S" --id "$IDC_GENERAL_24_HOUR_CLOCK" --value 1 >/dev/null
+drv check --title "$S" --id "$IDC_GENERAL_RUN_AT_STARTUP" --value 0 >/dev/null
+drv check --title "$S" --id "$IDC_GENERAL_SHOW_MAIN_WINDOW" --value 1 >/dev/null
 
-show_page 2 1702
+show_page 2 "$IDC_LOGPAGE_SHOW_ALL"
 check "Log: show all connections checked, system colours not" "$(checked 1702,1703,1701)" "1 0 0"
-drv check --title "$S" --id 1703 --value 1 >/dev/null
-drv check --title "$S" --id 1701 --value 1 >/dev/null
+drv check --title "$S" --id "$IDC_LOGPAGE_FILTER_PREVIOUS" --value 1 >/dev/null
+drv check --title "$S" --id "$IDC_LOGPAGE_SYSTEM_COLOURS" --value 1 >/dev/null
 
-show_page 3 1401
+show_page 3 "$IDC_ALARM_OFF"
 check "Alarm: off; repeating mode; box and sound" "$(checked 1401,1402,1407,1408,1404,1405,1422)" "1 0 1 0 0 1 0"
 check "Alarm: times as stored" "$(edit_texts 1403,1412,1415,1418)" "1 0 2 30"
 check "Alarm: off disables the details" "$(enabled 1407,1408,1403,1409,1404,1421,1402)" "0 0 0 0 0 0 1"
 check "Alarm: four up-down controls" \
   "$(drv children --title "$S" | grep -ci 'msctls_updown32')" 4
-drv click --title "$S" --id 1402 >/dev/null
-drv wait-state --title "$S" --id 1421 --enabled 1 >/dev/null || app_abort "Alarm: on enables Preview Sound"
+drv click --title "$S" --id "$IDC_ALARM_ON" >/dev/null
+drv wait-state --title "$S" --id "$IDC_ALARM_PREVIEW_SOUND" --enabled 1 >/dev/null || app_abort "Alarm: on enables Preview Sound"
 check "Alarm: on enables both modes' boxes and the actions" "$(enabled 1407,1403,1409,1415,1419,1404)" "1 1 1 1 1 1"
-drv set-text --title "$S" --id 1403 --text 0 >/dev/null
-drv set-text --title "$S" --id 1412 --text 0 >/dev/null
-drv click --title "$S" --id 1408 >/dev/null
-drv wait-state --title "$S" --id 1403 --enabled 0 >/dev/null || app_abort "Alarm: one-shot disables the repeat boxes"
+drv set-text --title "$S" --id "$IDC_ALARM_REPEAT_HOURS" --text 0 >/dev/null
+drv set-text --title "$S" --id "$IDC_ALARM_REPEAT_MINUTES" --text 0 >/dev/null
+drv click --title "$S" --id "$IDC_ALARM_ONCE" >/dev/null
+drv wait-state --title "$S" --id "$IDC_ALARM_REPEAT_HOURS" --enabled 0 >/dev/null || app_abort "Alarm: one-shot disables the repeat boxes"
 check "Alarm: one-shot: its boxes on, the repeat ones off" "$(enabled 1415,1418,1417,1419,1412,1409,1413)" "1 1 1 1 0 0 0"
-drv set-text --title "$S" --id 1415 --text 300 >/dev/null
-drv set-text --title "$S" --id 1418 --text 99 >/dev/null
-drv click --title "$S" --id 1422 >/dev/null
-drv click --title "$S" --id 1421 >/dev/null   # Preview Sound: plays and returns at once
+drv set-text --title "$S" --id "$IDC_ALARM_ONCE_HOURS" --text 300 >/dev/null
+drv set-text --title "$S" --id "$IDC_ALARM_ONCE_MINUTES" --text 99 >/dev/null
+drv click --title "$S" --id "$IDC_ALARM_BOX_ONLY" >/dev/null
+drv click --title "$S" --id "$IDC_ALARM_PREVIEW_SOUND" >/dev/null   # Preview Sound: plays and returns at once
 check "Alarm: message box only, and the page answers after Preview Sound" \
-  "$(drv wait-state --title "$S" --id 1422 --checked 1)" "enabled=1 visible=1 checked=1"
+  "$(drv wait-state --title "$S" --id "$IDC_ALARM_BOX_ONLY" --checked 1)" "enabled=1 visible=1 checked=1"
 
-drv click --title "$S" --id 1 >/dev/null
+drv click --title "$S" --id "$IDOK" >/dev/null
 drv wait-gone --title "$S" >/dev/null || app_abort "OK closes the sheet"
 currency_is() { [[ "$(app_cstr "$APP_CONFIG" 28 15)" == "$1" ]]; }
 check_true "OK: the currency is saved, cut to 14 characters" app_wait_until 5 currency_is "Zimbabwe dolla"
@@ -105,19 +105,19 @@ check_true "OK: the clock turns to the 24-hour form" app_wait_until 5 clock_is_2
 before=$(md5sum <"$APP_CONFIG")
 touch -d "2001-01-01 00:00:00" "$APP_CONFIG"
 open_sheet
-check "reopened: the typed currency is shown" "$(drv text --title "$S" --id 202)" "Zimbabwe dolla"
+check "reopened: the typed currency is shown" "$(drv text --title "$S" --id "$IDC_GENERAL_CURRENCY")" "Zimbabwe dolla"
 check "reopened: 24-hour, show main window, run at start-up" "$(checked 217,219,210)" "1 1 0"
-drv set-text --title "$S" --id 202 --text "Yen" >/dev/null
-drv check --title "$S" --id 217 --value 0 >/dev/null
-show_page 2 1702
+drv set-text --title "$S" --id "$IDC_GENERAL_CURRENCY" --text "Yen" >/dev/null
+drv check --title "$S" --id "$IDC_GENERAL_24_HOUR_CLOCK" --value 0 >/dev/null
+show_page 2 "$IDC_LOGPAGE_SHOW_ALL"
 check "reopened Log: previous connection, system colours" "$(checked 1702,1703,1701)" "0 1 1"
-drv check --title "$S" --id 1702 --value 1 >/dev/null
-show_page 3 1401
+drv check --title "$S" --id "$IDC_LOGPAGE_SHOW_ALL" --value 1 >/dev/null
+show_page 3 "$IDC_ALARM_OFF"
 check "reopened Alarm: on, one-shot, box only" "$(checked 1401,1402,1407,1408,1404,1405,1422)" "0 1 0 1 0 0 1"
 check "reopened Alarm: the clamped times" "$(edit_texts 1403,1412,1415,1418)" "0 5 24 59"
 check "reopened Alarm: the repeat boxes disabled" "$(enabled 1403,1409,1415,1417)" "0 0 1 1"
-drv click --title "$S" --id 1401 >/dev/null
-drv click --title "$S" --id 2 >/dev/null
+drv click --title "$S" --id "$IDC_ALARM_OFF" >/dev/null
+drv click --title "$S" --id "$IDCANCEL" >/dev/null
 drv wait-gone --title "$S" >/dev/null || app_abort "Cancel closes the sheet"
 rewritten() { (( $(stat -c %Y "$APP_CONFIG") > 978307200 )); }
 check_true "Cancel: the configuration file is written" app_wait_until 5 rewritten
@@ -127,8 +127,8 @@ check_true "Cancel: the autostart value stays away" autostart_absent
 
 # ---- Autostart back on.
 open_sheet
-drv check --title "$S" --id 210 --value 1 >/dev/null
-drv click --title "$S" --id 1 >/dev/null
+drv check --title "$S" --id "$IDC_GENERAL_RUN_AT_STARTUP" --value 1 >/dev/null
+drv click --title "$S" --id "$IDOK" >/dev/null
 drv wait-gone --title "$S" >/dev/null || app_abort "OK closes the sheet"
 run_flag_is() { [[ "$(app_u32 "$APP_CONFIG" 60)" == "$1" ]]; }
 check_true "autostart on: run at start-up saved" app_wait_until 5 run_flag_is 1

@@ -42,16 +42,16 @@ alarm_within() { drv wait-window --title "Orvalen Notification Alarm" --timeout-
 alarm_within 40000 || alarm_within 35000 \
   || app_abort "an alarm every 0 h 1 min reminds within 75 s of the connection"
 echo "      (the alarm came $(( SECONDS - connected_at )) s after the connection)"
-check "alarm: the reminder's period" "$(drv text --title "Orvalen Notification Alarm" --id 1510 | tr -d '\r' | sed -n 2p)" \
+check "alarm: the reminder's period" "$(drv text --title "Orvalen Notification Alarm" --id "$IDC_NOTICE_MESSAGE" | tr -d '\r' | sed -n 2p)" \
   "This Reminder Comes Every 0 Hr and  1 Min.  From the"
-drv click --title "Orvalen Notification Alarm" --id 1 >/dev/null
+drv click --title "Orvalen Notification Alarm" --id "$IDC_NOTICE_CLOSE" >/dev/null
 
 dial vanish
 check_true "notice unanswered: the vanished session is recorded (marker 219)" \
   app_wait_until 10 app_u8_is "$APP_CONFIG" 134 219
 check_true "notice unanswered: the session is in the log" app_wait_until 5 recorded_today 1
 check "after a vanish: Configure enabled" \
-  "$(drv wait-state --title "$D" --id 106 --enabled 1 | cut -d' ' -f1)" "enabled=1"
+  "$(drv wait-state --title "$D" --id "$IDC_MAIN_CONFIGURE" --enabled 1 | cut -d' ' -f1)" "enabled=1"
 
 # Shutdown while on-line: the session is recorded as it stands, with no box.
 dial connect "Home ISP"

@@ -40,10 +40,10 @@ list_date() {  # DAY-OF-WEEK MONTH DAY YEAR
   echo "${weekdays[$1]}${names[$(( $2 - 1 ))]}  $3, $4"
 }
 dow() { date -d "$1-$2-$3" +%w; }  # YEAR MONTH DAY
-lines() { drv list --title "$V" --id 601; }
+lines() { drv list --title "$V" --id "$IDC_VIEWLOG_LIST"; }
 line() { lines | sed -n "$(( $1 + 1 ))p"; }
-count() { drv text --title "$V" --id 218; }
-total() { drv text --title "$V" --id 111; }
+count() { drv text --title "$V" --id "$IDC_VIEWLOG_COUNT"; }
+total() { drv text --title "$V" --id "$IDC_VIEWLOG_TOTAL"; }
 selected() { drv text --title "$V" --id "$1"; }
 # Index of the item that is exactly TEXT in box ID.
 index_of() { drv list --title "$V" --id "$1" | grep -nxF -- "$2" | head -n 1 | cut -d: -f1 | awk '{print $1 - 1}'; }
@@ -53,18 +53,18 @@ choose() {  # ID TEXT: select it as the user would
   [[ -n $i ]] || app_abort "\"$2\" is an item of box $1"
   drv select --title "$V" --id "$1" --index "$i" >/dev/null
 }
-wait_count() { drv wait-text --title "$V" --id 218 --equals "$1" --timeout-ms 30000 >/dev/null; }
+wait_count() { drv wait-text --title "$V" --id "$IDC_VIEWLOG_COUNT" --equals "$1" --timeout-ms 30000 >/dev/null; }
 
 # --- Opening: all connections, the current month of the current year.
-check "open: connection box" "$(selected 124)" "All Connections"
-check "open: month box on the current month" "$(selected 109)" "${months[$month]}"
-check "open: year box on the current year" "$(selected 611)" "$year"
-check "open: month items" "$(drv list --title "$V" --id 109 | tr '\n' ' ')" "${months[*]} "
-years=$(drv list --title "$V" --id 611)
+check "open: connection box" "$(selected "$IDC_VIEWLOG_CONNECTION")" "All Connections"
+check "open: month box on the current month" "$(selected "$IDC_VIEWLOG_MONTH")" "${months[$month]}"
+check "open: year box on the current year" "$(selected "$IDC_VIEWLOG_YEAR")" "$year"
+check "open: month items" "$(drv list --title "$V" --id "$IDC_VIEWLOG_MONTH" | tr '\n' ' ')" "${months[*]} "
+years=$(drv list --title "$V" --id "$IDC_VIEWLOG_YEAR")
 check "open: the years start with ALL and 1999" "$(head -n 2 <<<"$years" | tr '\n' '|')" "ALL |1999|"
 check "open: the years go up to the current one" "$(tail -n 1 <<<"$years")" "$year"
 check "open: connection items, sorted, each letter case once" \
-  "$(drv list --title "$V" --id 124 | sort -f | tr '\n' '|')" \
+  "$(drv list --title "$V" --id "$IDC_VIEWLOG_CONNECTION" | sort -f | tr '\n' '|')" \
   "$(printf '%s\n' "All Connections" "Home ISP" "home isp" "HOME ISP" "Work" | sort -f | tr '\n' '|')"
 check "open: three sessions of this month" "$(count)" 3
 check "open: total of 5401 s" "$(total)" "1.50 Hrs."
@@ -78,24 +78,24 @@ check "open: line 6, the rule" "$(line 5)" "$(printf '%.0s*' {1..72})"
 check "open: across midnight" "$(line 8) / $(line 9)" \
   " Log Off Time        : 11 : 59 : 31  PM /  Log On Time        : 11 : 59 : 30  PM"
 check "open: the third session" "$(line 13)" " Connection Used :  Work"
-check "open: the account box is empty for all connections" "$(drv text --title "$V" --id 202)" ""
+check "open: the account box is empty for all connections" "$(drv text --title "$V" --id "$IDC_VIEWLOG_ACCOUNT")" ""
 
 # --- All three filters specific: the exact name only; exactly one hour is "Hr.".
-choose 124 "Home ISP"
+choose "$IDC_VIEWLOG_CONNECTION" "Home ISP"
 wait_count 1 || app_abort "filtering on Home ISP in this month lists one session"
 check "Home ISP, this month: total of 3600 s" "$(total)" "1.00 Hr."
 check "Home ISP, this month: only the exact name" "$(lines | grep -c 'Connection Used')" 1
-check "Home ISP: the account box" "$(drv text --title "$V" --id 202)" $'Prepaid Card\nAllotted Time : 20 Hrs.'
+check "Home ISP: the account box" "$(drv text --title "$V" --id "$IDC_VIEWLOG_ACCOUNT")" $'Prepaid Card\nAllotted Time : 20 Hrs.'
 
 # --- Year ALL: letter case no longer counts; one second over the hour is "Hrs.".
-choose 611 "ALL "
+choose "$IDC_VIEWLOG_YEAR" "ALL "
 wait_count 2 || app_abort "Home ISP in this month of every year lists two sessions"
 check "Home ISP, this month, every year: 3601 s" "$(total)" "1.00 Hrs."
 check "Home ISP, every year: both letter cases" \
   "$(lines | grep 'Connection Used' | tr '\n' '|')" " Connection Used :  Home ISP| Connection Used :  home isp|"
 
 # --- Month ALL too: the other month and the other year join, in log order.
-choose 109 ALL
+choose "$IDC_VIEWLOG_MONTH" ALL
 wait_count 4 || app_abort "Home ISP in any month of any year lists four sessions"
 check "Home ISP, everything: in log order" \
   "$(lines | grep 'Connection Used' | tr '\n' '|')" \
@@ -103,30 +103,30 @@ check "Home ISP, everything: in log order" \
 check "Home ISP, everything: 4321 s" "$(total)" "1.20 Hrs."
 
 # --- A limited-access account: minutes this month and the cost.
-choose 124 "Work"
+choose "$IDC_VIEWLOG_CONNECTION" "Work"
 wait_count 1 || app_abort "Work in any month of any year lists its one session (the deleted one not)"
-check "Work: the account box" "$(drv text --title "$V" --id 202)" \
+check "Work: the account box" "$(drv text --title "$V" --id "$IDC_VIEWLOG_ACCOUNT")" \
   $'Limited Access Account\nThis Month   : 30 Mins.\nCurrent Cost : 5.00 EUR'
 
 # --- An empty search: a message, then the previous view again.
-choose 124 "Home ISP"
+choose "$IDC_VIEWLOG_CONNECTION" "Home ISP"
 wait_count 4 || app_abort "back on Home ISP"
-choose 109 "${months[$month]}"
+choose "$IDC_VIEWLOG_MONTH" "${months[$month]}"
 wait_count 2 || app_abort "Home ISP in this month of every year"
-choose 611 1999
+choose "$IDC_VIEWLOG_YEAR" 1999
 box=$(drv answer-box --title "" --contains "Matching" --button ok) \
   || app_abort "an empty search brings up a message"
 check "empty search: the message" "$box" "There Are No Entries Matching Your Search Criteria"
 check "empty search: the list is restored" "$(lines | grep -c 'Connection Used')" 2
 check "empty search: the count is restored" "$(count)" 2
 check "empty search: the total is restored" "$(total)" "1.00 Hrs."
-check "empty search: the boxes are restored" "$(selected 124)|$(selected 109)|$(selected 611)" \
+check "empty search: the boxes are restored" "$(selected "$IDC_VIEWLOG_CONNECTION")|$(selected "$IDC_VIEWLOG_MONTH")|$(selected "$IDC_VIEWLOG_YEAR")" \
   "Home ISP|${months[$month]}|ALL "
 
 # --- The report of the restored list; an older, longer file leaves nothing behind.
 report="$APP_INSTALL/Log File.txt"
 head -c 20000 /dev/zero | tr '\0' 'x' >"$report"
-drv click --title "$V" --id 1000 >/dev/null
+drv click --title "$V" --id "$IDC_VIEWLOG_REPORT" >/dev/null
 check_true "report: written" app_wait_until 10 bash -c "[[ \$(stat -c %s '$report') -lt 20000 ]]"
 check_true "report: the text editor starts" app_wait_until 20 app_wine_pid notepad.exe
 rule47=$(printf '%.0s*' {1..47})
@@ -160,10 +160,10 @@ check "report: ends with the rule, CR LF, CR LF" "$(tail -c 51 "$report" | od -A
   "$(printf '%s\r\n\r\n' "$rule47" | od -An -c | tr -s ' \n' ' ')"
 
 # --- Only one View Log at a time; Close ends it, and it opens again.
-drv command --class Orvalen --id 114 >/dev/null
+drv command --class Orvalen --id "$IDM_TRAY_VIEW_LOG" >/dev/null
 drv wait-window --title "$V" >/dev/null
 check "a second View Log from the tray: still one" "$(drv windows | grep -cF "title=\"$V\"")" 1
-drv click --title "$V" --id 1 >/dev/null
+drv click --title "$V" --id "$IDC_VIEWLOG_CLOSE" >/dev/null
 check "Close ends the dialog" "$(drv wait-gone --title "$V")" gone
 app_open_view_log >/dev/null || app_abort "View Log opens again after Close"
 check "reopened: the current month again" "$(count)" 3

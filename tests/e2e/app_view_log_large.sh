@@ -24,27 +24,27 @@ app_start_prepared
 # takes minutes here), not a slow machine.
 t0=$(app_now)
 app_open_view_log >/dev/null || app_abort "View Log opens on 10,000 sessions"
-drv wait-text --title "$V" --id 218 --equals 10000 --timeout-ms 60000 >/dev/null \
+drv wait-text --title "$V" --id "$IDC_VIEWLOG_COUNT" --equals 10000 --timeout-ms 60000 >/dev/null \
   || app_abort "all 10,000 sessions of this month are listed"
 open_ms=$(app_elapsed_ms "$t0" "$(app_now)")
 echo "      (open to 10,000 sessions listed: $open_ms ms)"
-check "open: 60,000 lines" "$(drv list-count --title "$V" --id 601)" 60000
-check "open: the total" "$(drv text --title "$V" --id 111)" "1000.90 Hrs."
+check "open: 60,000 lines" "$(drv list-count --title "$V" --id "$IDC_VIEWLOG_LIST")" 60000
+check "open: the total" "$(drv text --title "$V" --id "$IDC_VIEWLOG_TOTAL")" "1000.90 Hrs."
 check "open: the last session is the last entry" \
-  "$(drv item --title "$V" --id 601 --index -5)" " Connection Used :  Work"
+  "$(drv item --title "$V" --id "$IDC_VIEWLOG_LIST" --index -5)" " Connection Used :  Work"
 check "open: within 15 s" "$(( open_ms < 15000 ))" 1
 
 t0=$(app_now)
-drv select --title "$V" --id 124 --index "$(drv list --title "$V" --id 124 | grep -nxF "Home ISP" | cut -d: -f1 | awk '{print $1 - 1}')" >/dev/null
-drv wait-text --title "$V" --id 218 --equals 9999 --timeout-ms 60000 >/dev/null \
+drv select --title "$V" --id "$IDC_VIEWLOG_CONNECTION" --index "$(drv list --title "$V" --id "$IDC_VIEWLOG_CONNECTION" | grep -nxF "Home ISP" | cut -d: -f1 | awk '{print $1 - 1}')" >/dev/null
+drv wait-text --title "$V" --id "$IDC_VIEWLOG_COUNT" --equals 9999 --timeout-ms 60000 >/dev/null \
   || app_abort "filtering on Home ISP lists 9,999 sessions"
 filter_ms=$(app_elapsed_ms "$t0" "$(app_now)")
 echo "      (refilter to 9,999 sessions: $filter_ms ms)"
-check "refilter: 59,994 lines" "$(drv list-count --title "$V" --id 601)" 59994
+check "refilter: 59,994 lines" "$(drv list-count --title "$V" --id "$IDC_VIEWLOG_LIST")" 59994
 check "refilter: within 15 s" "$(( filter_ms < 15000 ))" 1
 
 t0=$(app_now)
-check "the dialog answers afterwards" "$(drv text --title "$V" --id 111)" "999.90 Hrs."
+check "the dialog answers afterwards" "$(drv text --title "$V" --id "$IDC_VIEWLOG_TOTAL")" "999.90 Hrs."
 answer_ms=$(app_elapsed_ms "$t0" "$(app_now)")
 echo "      (a read after the fill: $answer_ms ms)"
 

@@ -12,7 +12,7 @@
 #include "monitor/unconfigured_connections.h"
 #include "storage/accounts.h"
 #include "storage/fixed_text.h"
-#include "storage/program_paths.h"
+#include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
 #include "storage/startup.h"

@@ -4,7 +4,7 @@
 
 #include "fuzz_support.h"
 #include "monitor/session.h"
-#include "storage/program_paths.h"
+#include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
 

@@ -161,13 +161,6 @@ TEST(AccountFigures, ViewOfEachKind) {
   EXPECT_FALSE(ViewAccountEntry(Entry(9)).known);
 }
 
-TEST(AccountFigures, PageTexts) {
-  EXPECT_EQ(std::string(kAccountsCaptionFor) + "Home ISP", "Orvalen....Configure Account Details For --Home ISP");
-  EXPECT_STREQ(kAccountsCaptionAll, "Orvalen....Configure  Account Details For Dial-Up Connections");
-  EXPECT_STREQ(kAccountsBanner,
-               "Choose a Connection to enter account details.\nPrevious accounts can also be reconfigured here");
-}
-
 class AccountSaving : public ProgramStateTest {};
 
 TEST_F(AccountSaving, WithoutAChosenConnectionNothingChanges) {

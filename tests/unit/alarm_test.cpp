@@ -268,12 +268,4 @@ TEST(AlarmText, PeriodFormat) {
   EXPECT_STREQ(text, "1 Hr and  0 Min.");
 }
 
-TEST(AlarmDetailControls, AccountsFieldsFirstThenAlarmFields) {
-  ASSERT_EQ(sizeof kDetailControlIds / sizeof kDetailControlIds[0], 22u);
-  EXPECT_EQ(kDetailControlIds[0], 913);
-  EXPECT_EQ(kDetailControlIds[7], 117);
-  EXPECT_EQ(kDetailControlIds[8], 1407);
-  EXPECT_EQ(kDetailControlIds[21], 1419);
-}
-
 }  // namespace

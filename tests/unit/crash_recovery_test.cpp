@@ -12,9 +12,9 @@
 
 #include "monitor/dial_up_probe.h"
 #include "monitor/session.h"
-#include "storage/binary_file.h"
+#include "platform/binary_file.h"
 #include "storage/fixed_text.h"
-#include "storage/program_paths.h"
+#include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
 #include "storage/startup.h"

@@ -10,7 +10,7 @@
 #include "logview/log_view_lines.h"
 #include "logview/text_report.h"
 #include "monitor/session.h"
-#include "storage/program_paths.h"
+#include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
 #include "test_support.h"

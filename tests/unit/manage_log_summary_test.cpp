@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "storage/account_record.h"
-#include "storage/program_paths.h"
+#include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
 #include "test_support.h"

@@ -10,7 +10,7 @@
 #include <new>
 
 #include "monitor/dial_up_probe.h"
-#include "monitor/ras_service.h"
+#include "platform/ras_service.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include <string>
 #include <vector>
 
-#include "storage/program_paths.h"
+#include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "test_support.h"
 

@@ -6,7 +6,7 @@
 #include "monitor/dial_up_probe.h"
 #include "monitor/session.h"
 #include "monitor/time_text.h"
-#include "storage/program_paths.h"
+#include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
 #include "storage/startup.h"

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "storage/binary_file.h"
-#include "storage/program_paths.h"
+#include "platform/binary_file.h"
+#include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
 #include "storage/startup.h"
@@ -17,7 +17,7 @@
 #include <objbase.h>
 #include <shlobj.h>
 
-#include "storage/installation.h"
+#include "storage/win32/installation.h"
 #endif
 
 namespace {

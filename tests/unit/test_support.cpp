@@ -7,7 +7,7 @@
 #include <iterator>
 
 #include "monitor/session.h"
-#include "storage/program_paths.h"
+#include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/startup.h"
 #include "storage/settings.h"

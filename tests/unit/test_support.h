@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "monitor/ras_service.h"
-#include "monitor/system_clock.h"
+#include "platform/ras_service.h"
+#include "platform/system_clock.h"
 #include "storage/account_record.h"
 #include "storage/session_record.h"
 

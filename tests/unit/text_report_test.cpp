@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "logview/log_view_lines.h"
-#include "storage/program_paths.h"
+#include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "test_support.h"
 

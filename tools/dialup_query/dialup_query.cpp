@@ -15,7 +15,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "monitor/ras_layout.h"
+#include "platform/ras_layout.h"
 
 namespace {
 

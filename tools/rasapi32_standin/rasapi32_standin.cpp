@@ -22,7 +22,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "monitor/ras_layout.h"
+#include "platform/ras_layout.h"
 
 namespace {
 

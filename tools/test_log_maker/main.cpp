@@ -29,7 +29,7 @@
 
 #include "storage/account_record.h"
 #include "storage/fixed_text.h"
-#include "storage/program_paths.h"
+#include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/session_record.h"
 #include "storage/settings.h"

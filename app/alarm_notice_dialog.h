@@ -1,9 +1,0 @@
-// The alarm's notice window (dialog 1901): shows AlarmMessage and closes itself
-// after 20 seconds.
-#pragma once
-#include <windows.h>
-
-INT_PTR CALLBACK AlarmNoticeProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
-
-// Modal, with no owner; returns when the notice closes.
-void ShowAlarmNotice();

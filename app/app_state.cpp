@@ -1,8 +1,0 @@
-#include "app/app_state.h"
-
-HINSTANCE instanceHandle = nullptr;
-HWND mainWindow = nullptr;
-HWND mainDialog = nullptr;
-bool mainDialogVisible = false;
-bool showMainDialogOnce = false;
-bool viewLogOpen = false;

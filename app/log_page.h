@@ -1,6 +1,0 @@
-// The Log page of the settings sheet (template 1700): how View Log first filters
-// the log, and its colours.
-#pragma once
-#include <windows.h>
-
-INT_PTR CALLBACK LogPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam);

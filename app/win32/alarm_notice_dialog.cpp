@@ -1,0 +1,44 @@
+#include "app/win32/alarm_notice_dialog.h"
+
+#include "ui/win32/app_state.h"
+#include "ui/win32/dialog_colours.h"
+#include "monitor/alarm.h"
+#include "resources/resource_ids.h"
+
+namespace {
+
+constexpr UINT_PTR kCloseTimer = 1;
+
+INT_PTR Close(HWND dialog, INT_PTR result) {
+  KillTimer(dialog, kCloseTimer);
+  EndDialog(dialog, result);
+  return TRUE;
+}
+
+}  // namespace
+
+INT_PTR CALLBACK AlarmNoticeProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
+  switch (message) {
+    case WM_INITDIALOG:
+      SetDlgItemTextA(dialog, IDC_NOTICE_MESSAGE, AlarmMessage);
+      SetTimer(dialog, kCloseTimer, kAlarmNoticeLifetimeMs, nullptr);
+      return TRUE;
+    case WM_COMMAND:
+      if (LOWORD(wParam) == IDC_NOTICE_CLOSE) return Close(dialog, 1);
+      return FALSE;
+    case WM_TIMER:
+      if (wParam == kCloseTimer) return Close(dialog, 0);
+      return FALSE;
+    case WM_CTLCOLORSTATIC:
+    case WM_CTLCOLORBTN:
+    case WM_CTLCOLORDLG:
+    case WM_CTLCOLOREDIT:
+      return PaintControl(wParam, kDialogGrey);
+    default:
+      return FALSE;
+  }
+}
+
+void ShowAlarmNotice() {
+  DialogBoxParamA(instanceHandle, MAKEINTRESOURCEA(IDD_ALARM_NOTICE), nullptr, AlarmNoticeProc, 0);
+}

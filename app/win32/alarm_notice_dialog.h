@@ -1,0 +1,9 @@
+// The alarm's notice window (IDD_ALARM_NOTICE): shows AlarmMessage and closes itself
+// after 20 seconds.
+#pragma once
+#include <windows.h>
+
+INT_PTR CALLBACK AlarmNoticeProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+
+// Modal, with no owner; returns when the notice closes.
+void ShowAlarmNotice();

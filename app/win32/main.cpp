@@ -1,0 +1,106 @@
+// Orvalen: the entry point. One instance per session; the hidden main window
+// drives everything from its timers.
+#include <windows.h>
+#include <commctrl.h>
+
+#include "ui/win32/app_state.h"
+#include "ui/win32/dialog_colours.h"
+#include "app/win32/greeting_dialogs.h"
+#include "app/win32/main_window.h"
+#include "app/win32/win_exception.h"
+#include "app/win32/window_class.h"
+#include "app/win32/window_creator.h"
+#include "resources/resource_ids.h"
+
+namespace {
+
+constexpr char kClassName[] = "Orvalen";
+
+constexpr char kInstanceMutexName[] = "Orvalen.OneInstance";
+constexpr DWORD kWaitForRunningMs = 10000;
+
+// A second start hands over to the running instance: that one shows its main
+// status dialog and names the window to bring forward, which this process (the
+// one the user just started) is allowed to make the foreground window.
+void ActivateRunningInstance() {
+  // The running instance may still be in its splash: its window comes after it.
+  HWND running = FindWindowA(kClassName, nullptr);
+  for (DWORD waited = 0; !IsWindow(running) && waited < kWaitForRunningMs; waited += 100) {
+    Sleep(100);
+    running = FindWindowA(kClassName, nullptr);
+  }
+  if (!IsWindow(running)) return;
+  DWORD_PTR answer = 0;
+  if (!SendMessageTimeoutA(running, kActivateMessage, 0, 0, SMTO_ABORTIFHUNG, 5000, &answer)) return;
+  HWND target = reinterpret_cast<HWND>(answer);
+  if (!IsWindow(target)) return;
+  SetForegroundWindow(target);
+  if (IsIconic(target)) ShowWindow(target, SW_SHOWNORMAL);
+}
+
+// Dispatches a message, giving the modeless dialogs (the main status dialog,
+// View Log) their keyboard first: Tab, Enter and Esc. Modal dialogs run their
+// own loop, so a dialog here is always a modeless one.
+void Dispatch(MSG& message) {
+  HWND top = message.hwnd;
+  while (top != nullptr && (GetWindowLongA(top, GWL_STYLE) & WS_CHILD) != 0) top = GetParent(top);
+  char className[8] = {};
+  if (top != nullptr && GetClassNameA(top, className, sizeof className) > 0 && lstrcmpA(className, "#32770") == 0) {
+    // Esc does what the dialog's close box does (in View Log, the Cancel id
+    // belongs to Manage Log), unless the control wants the key itself (an open
+    // drop-down list).
+    if (message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE &&
+        (SendMessageA(message.hwnd, WM_GETDLGCODE, message.wParam, reinterpret_cast<LPARAM>(&message)) &
+         DLGC_WANTMESSAGE) == 0) {
+      PostMessageA(top, WM_CLOSE, 0, 0);
+      return;
+    }
+    if (IsDialogMessageA(top, &message)) return;
+  }
+  TranslateMessage(&message);
+  DispatchMessageA(&message);
+}
+
+int Run(HINSTANCE instance) {
+  InitCommonControls();
+  instanceHandle = instance;
+  Win::WindowClass windowClass(instance, kClassName, MainWindowProc);
+  // Taken before the splash: the main window, which a later start looks for,
+  // exists only after it. The system releases the mutex when the process ends.
+  CreateMutexA(nullptr, FALSE, kInstanceMutexName);
+  if (GetLastError() == ERROR_ALREADY_EXISTS) {
+    ActivateRunningInstance();
+    return 0;
+  }
+  windowClass.Register();
+  Win::WindowCreator creator(instance, windowClass.GetName());
+  creator.SetPosition(350, 290, 135, 100);
+  DialogBoxParamA(instance, MAKEINTRESOURCEA(IDD_SPLASH), nullptr, SplashDialogProc, 0);
+  HWND window = creator.Create("Orvalen");
+  ShowWindow(window, SW_HIDE);
+  UpdateWindow(window);
+
+  MSG message;
+  BOOL result;
+  while ((result = GetMessageA(&message, nullptr, 0, 0)) != 0) {
+    if (result == -1) break;
+    Dispatch(message);
+  }
+  ReleasePalette();  // every window is gone
+  return result == -1 ? -1 : static_cast<int>(message.wParam);
+}
+
+}  // namespace
+
+int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {
+  // Start-up failures end the program; the user is told why rather than seeing a
+  // runtime abort.
+  try {
+    return Run(instance);
+  } catch (const Win::WinException& error) {
+    MessageBoxA(nullptr, error.GetMessage(), "Orvalen", MB_OK | MB_ICONSTOP);
+  } catch (const char* error) {
+    MessageBoxA(nullptr, error, "Orvalen", MB_OK | MB_ICONSTOP);
+  }
+  return 1;
+}

@@ -1,0 +1,219 @@
+#include "app/win32/main_dialog.h"
+
+#include <cstring>
+#include <string>
+
+#include "ui/win32/app_state.h"
+#include "ui/win32/dialog_colours.h"
+#include "app/win32/greeting_dialogs.h"
+#include "app/win32/quit_question.h"
+#include "app/win32/settings_sheet.h"
+#include "app/status_text.h"
+#include "app/win32/tray_icon.h"
+#include "logview/win32/view_log_dialog.h"
+#include "monitor/dial_up_probe.h"
+#include "monitor/session.h"
+#include "platform/system_clock.h"
+#include "monitor/time_text.h"
+#include "resources/resource_ids.h"
+#include "storage/session_log.h"
+#include "storage/settings.h"
+
+namespace {
+
+constexpr UINT_PTR kRefreshTimer = 1;
+
+class MainDialogState {
+ public:
+  explicit MainDialogState(HWND dialog)
+      : dialog(dialog),
+        hide(GetDlgItem(dialog, IDC_MAIN_HIDE)),
+        configure(GetDlgItem(dialog, IDC_MAIN_CONFIGURE)),
+        viewLog(GetDlgItem(dialog, IDC_MAIN_VIEW_LOG)),
+        about(GetDlgItem(dialog, IDC_MAIN_ABOUT)),
+        date(GetDlgItem(dialog, IDC_MAIN_DATE)),
+        time(GetDlgItem(dialog, IDC_MAIN_TIME)),
+        connectionCaption(GetDlgItem(dialog, IDC_MAIN_CONNECTION_CAPTION)),
+        connectionName(GetDlgItem(dialog, IDC_MAIN_CONNECTION_NAME)),
+        firstCaption(GetDlgItem(dialog, IDC_MAIN_FIRST_CAPTION)),
+        firstValue(GetDlgItem(dialog, IDC_MAIN_FIRST_VALUE)),
+        secondCaption(GetDlgItem(dialog, IDC_MAIN_SECOND_CAPTION)),
+        secondValue(GetDlgItem(dialog, IDC_MAIN_SECOND_VALUE)),
+        accountStatus(GetDlgItem(dialog, IDC_MAIN_ACCOUNT_STATUS)),
+        previousSession(GetDlgItem(dialog, IDC_MAIN_PREVIOUS_SESSION)) {}
+  virtual ~MainDialogState() = default;
+
+  HWND dialog;
+  HWND hide, configure, viewLog, about, date, time, connectionCaption, connectionName, firstCaption, firstValue,
+      secondCaption, secondValue, accountStatus, previousSession;
+  DialUpProbe probe;
+};
+
+MainDialogState* dialogState = nullptr;
+
+// The refresh writes only what changed: a control given the text it already
+// shows, the state it already has or the icon it already holds would be redrawn
+// for nothing, every second.
+void SetText(HWND control, const char* text) {
+  char shown[kStatusTextSize + 1];
+  const int length = GetWindowTextA(control, shown, sizeof shown);
+  if (length >= 0 && static_cast<std::size_t>(length) < kStatusTextSize && std::strcmp(shown, text) == 0) return;
+  SetWindowTextA(control, text);
+}
+
+void Enable(HWND control, BOOL enable) {
+  if (!IsWindowEnabled(control) != !enable) EnableWindow(control, enable);
+}
+
+void SetIcon(HWND dialog, int control, HICON icon) {
+  if (reinterpret_cast<HICON>(SendDlgItemMessageA(dialog, control, STM_GETIMAGE, IMAGE_ICON, 0)) == icon) return;
+  SendDlgItemMessageA(dialog, control, STM_SETIMAGE, IMAGE_ICON, reinterpret_cast<LPARAM>(icon));
+}
+
+void ShowSessionTexts(MainDialogState& state) {
+  // The answer of the latest poll tick, which the status text shown here was
+  // built on too.
+  const bool connected = TickConnected != 0;
+  if (!IsWindowVisible(state.connectionCaption)) ShowWindow(state.connectionCaption, SW_SHOW);
+  Enable(state.connectionCaption, TRUE);
+  Enable(state.connectionName, TRUE);
+  if (connected && OnLineFlag == 1) {
+    Enable(state.configure, FALSE);
+    if (!IsWindowVisible(state.firstCaption)) ShowWindow(state.firstCaption, SW_SHOW);
+    SetText(state.firstCaption, "You've Been Logged on since:");
+    SetText(state.secondCaption, "Your've Been Logged on for:");
+    SetText(state.secondValue, GetElapsedText());
+    SetText(state.firstValue, GetLogOnText());
+    SetText(state.accountStatus, statusText);
+    SetText(state.connectionCaption, "Active Connection :");
+    SetText(state.connectionName, CurrentConnectionName);
+    return;
+  }
+  // Whenever no session is open, also after a connection vanished from the list
+  // without a "disconnected" state.
+  if (SessionOpen == 0) Enable(state.configure, TRUE);
+  if (NoConnectionSeen) return;  // nothing to tell until a first connection
+  SetText(state.firstCaption, "Your Last Logon was at :");
+  SetText(state.secondCaption, "Your Last Logon Took Up :");
+  SetText(state.firstValue, GetLogOnText());
+  SetText(state.secondValue, GetLastDurationText());
+  SetText(state.connectionCaption, "Last Connection :");
+  SetText(state.connectionName, CurrentConnectionName);
+  SetText(state.accountStatus, statusText);
+}
+
+void FillPreviousSession(MainDialogState& state) {
+  Enable(state.previousSession, TRUE);
+  SendMessageA(state.previousSession, LB_RESETCONTENT, 0, 0);
+  for (const std::string& line : PreviousSessionLines()) {
+    SendMessageA(state.previousSession, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line.c_str()));
+  }
+}
+
+void OnRefreshTimer(HWND dialog, MainDialogState& state) {
+  ShowSessionTexts(state);
+  SetIcon(dialog, IDC_MAIN_ALARM_ICON,
+          LoadIconA(instanceHandle, MAKEINTRESOURCEA(settings.alarmOn ? IDI_ALARM_ON : IDI_ALARM_OFF)));
+  SetText(state.time, ClockText());
+  const LocalTime today = ReadLocalTime();
+  char date[kDateTextSize];
+  FormatDate(date, today.dayOfWeek, today.month, today.day, today.year);
+  SetText(state.date, date);
+  if (settings.previousSessionValid != 0 && LastSessionChanged) {
+    FillPreviousSession(state);
+    LastSessionChanged = 0;
+  }
+}
+
+BOOL OnInitDialog(HWND dialog) {
+  if (mainDialogVisible) {  // only one main status dialog exists
+    DestroyWindow(dialog);
+    return TRUE;
+  }
+  MainDialogState* state = new MainDialogState(dialog);
+  HICON icon = LoadIconA(instanceHandle, MAKEINTRESOURCEA(IDI_PROGRAM));
+  SendMessageA(dialog, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
+  SendMessageA(dialog, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon));
+  SetText(state->connectionName, "");
+  SetText(state->accountStatus, kInitialStatusText);
+  dialogState = state;
+  mainDialogVisible = true;
+  RefreshStatusText();  // the timers rebuild it only while a dialog shows it
+  SetTimer(dialog, kRefreshTimer, 1000, nullptr);
+  if (settings.previousSessionValid != 0) LastSessionChanged = 1;
+  if (IsLogEmpty()) LastSessionChanged = 0;
+  showMainDialogOnce = false;
+  return TRUE;
+}
+
+void ReleaseState(HWND dialog) {
+  if (dialogState == nullptr || dialogState->dialog != dialog) return;  // a refused duplicate
+  KillTimer(dialog, kRefreshTimer);
+  delete dialogState;
+  dialogState = nullptr;
+  mainDialogVisible = false;
+}
+
+void OnButton(HWND dialog, WORD id) {
+  switch (id) {
+    case IDC_MAIN_CONFIGURE:
+      ShowSettingsSheet(dialog);
+      SaveSettings();
+      break;
+    case IDC_MAIN_ABOUT:
+      DialogBoxParamA(instanceHandle, MAKEINTRESOURCEA(IDD_ABOUT), dialog, AboutDialogProc, 0);
+      break;
+    case IDC_MAIN_VIEW_LOG:
+      if (!viewLogOpen) OpenViewLog(dialog);
+      break;
+    case IDC_MAIN_HIDE:
+      viewLogOpen = false;  // the View Log dialog is owned by this one and goes with it
+      DestroyWindow(dialog);
+      mainDialogVisible = false;
+      break;
+    default:
+      break;
+  }
+}
+
+void OnClose(HWND dialog) {
+  MainDialogState* state = dialogState;
+  const bool onLine = state && state->probe.IsConnected() && OnLineFlag == 1;
+  if (!AskToQuit(onLine, dialog, dialog, kDialogQuitQuestion)) return;
+  // The session is not recorded: the settings file still says it is open.
+  DestroyWindow(dialog);
+  RemoveTrayIcon(mainWindow);
+  PostQuitMessage(0);
+  LastSessionChanged = 1;
+}
+
+}  // namespace
+
+INT_PTR CALLBACK MainDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
+  switch (message) {
+    case WM_INITDIALOG:
+      return OnInitDialog(dialog);
+    case WM_TIMER:
+      if (wParam == kRefreshTimer && dialogState && dialogState->dialog == dialog) OnRefreshTimer(dialog, *dialogState);
+      return TRUE;
+    case WM_COMMAND:
+      if (HIWORD(wParam) == BN_CLICKED) OnButton(dialog, LOWORD(wParam));
+      return FALSE;
+    case WM_CLOSE:
+      OnClose(dialog);
+      return TRUE;
+    case WM_DESTROY:
+      ReleaseState(dialog);
+      return FALSE;
+    case WM_CTLCOLORLISTBOX:
+      return dialogState ? PaintControl(wParam, kLightGreen) : 0;
+    case WM_CTLCOLOREDIT:
+      return dialogState ? PaintControl(wParam, kGreen) : 0;
+    case WM_CTLCOLORBTN:
+    case WM_CTLCOLORDLG:
+    case WM_CTLCOLORSTATIC:
+      return dialogState ? PaintControl(wParam, kDialogGrey) : 0;
+    default:
+      return FALSE;
+  }
+}

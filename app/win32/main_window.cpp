@@ -1,0 +1,213 @@
+#include "app/win32/main_window.h"
+
+#include "app/win32/alarm_notice_dialog.h"
+#include "app/win32/alarm_sound.h"
+#include "ui/win32/app_state.h"
+#include "app/win32/greeting_dialogs.h"
+#include "app/win32/main_dialog.h"
+#include "app/win32/quit_question.h"
+#include "app/status_text.h"
+#include "app/win32/tray_icon.h"
+#include "app/win32/unconfigured_notice.h"
+#include "logview/win32/view_log_dialog.h"
+#include "monitor/alarm.h"
+#include "monitor/dial_up_probe.h"
+#include "monitor/session.h"
+#include "monitor/unconfigured_connections.h"
+#include "resources/resource_ids.h"
+#include "storage/settings.h"
+#include "storage/startup.h"
+
+namespace {
+
+constexpr LPARAM kTrayDoubleClick = WM_LBUTTONDBLCLK;
+constexpr LPARAM kTrayRightButton = WM_RBUTTONDOWN;
+
+DialUpProbe& WindowProbe() {
+  static DialUpProbe probe;
+  return probe;
+}
+
+void CALLBACK CheckpointTimerProc(HWND, UINT, UINT_PTR, DWORD) { OnCheckpointTimer(); }
+
+void CALLBACK AlarmTimerProc(HWND, UINT, UINT_PTR, DWORD) { OnAlarmTimer(); }
+
+// The alarm period is taken once per session: Alarm page changes count from the
+// next session, and the reminders keep counting from this session's start.
+void StartSessionTimers() {
+  SetTimer(mainWindow, kCheckpointTimer, kCheckpointPeriodMs, CheckpointTimerProc);
+  SetTimer(mainWindow, kAlarmTimer, AlarmPeriodMs(), AlarmTimerProc);
+}
+
+void StopSessionTimers() {
+  KillTimer(mainWindow, kCheckpointTimer);
+  KillTimer(mainWindow, kAlarmTimer);
+}
+
+bool startupDone = false;  // storage ready and the start-up notices answered
+
+void ReportOutOfSpace() { MessageBoxA(nullptr, "Out of space to record session", "Diagnostic Message", MB_OK); }
+
+void OnCreate(HWND window) {
+  mainWindow = window;
+  sessionHooks.startSessionTimers = StartSessionTimers;
+  sessionHooks.stopSessionTimers = StopSessionTimers;
+  sessionHooks.reportOutOfSpace = ReportOutOfSpace;
+  sessionHooks.checkUnconfiguredConnections = [] { CheckUnconfiguredConnections(); };
+  alarmHooks.playSound = PlayAlarmSound;
+  alarmHooks.showNotice = ShowAlarmNotice;
+  UseWindowsAccountNotice();
+  installHooks.markFirstRun = [] { showMainDialogOnce = true; };
+  startupHooks = PlatformStartupHooks();  // the system's installation actions
+  startupHooks.showWelcome = [](void* owner) {
+    DialogBoxParamA(instanceHandle, MAKEINTRESOURCEA(IDD_WELCOME), static_cast<HWND>(owner), WelcomeDialogProc, 0);
+  };
+  startupHooks.showAlert = [](void* owner, const char* text, const char* caption) {
+    MessageBoxA(static_cast<HWND>(owner), text, caption, MB_OK | MB_ICONEXCLAMATION);
+  };
+  // Set here, not among the platform hooks, so unit tests never open this box.
+  startupHooks.showFileProblem = [](const char* text, const char* caption) {
+    MessageBeep(MB_ICONEXCLAMATION);
+    MessageBoxA(nullptr, text, caption, MB_OK | MB_ICONEXCLAMATION);
+  };
+  InitialiseStorage(window);
+  RecoverInterruptedSession();
+  // The poll runs before the notice about connections without an account can
+  // open: a session made while it waits for an answer is timed and recorded.
+  AddTrayIcon(window);
+  SetTimer(window, kPollTimer, 100, nullptr);
+  SetTimer(window, kStatusTimer, 500, nullptr);
+  SetTimer(window, kSlowStatusTimer, 10000, nullptr);
+  CheckUnconfiguredConnections();
+  if (settings.showMainWindowAtStart != 0 || showMainDialogOnce) ShowMainDialog();
+  startupDone = true;
+}
+
+void OnTimer(UINT_PTR timer) { OnMainWindowTimer(timer == kPollTimer, mainDialogVisible, WindowProbe()); }
+
+// Returns true when the user confirmed the quit.
+bool ConfirmQuit() {
+  return AskToQuit(WindowProbe().IsConnected(), mainDialogVisible ? mainDialog : nullptr, mainWindow,
+                   kWindowQuitQuestion);
+}
+
+// Ends the message loop. An open session is not recorded now: the settings file
+// still says a session is open, so the next start records it from its checkpoint.
+void Quit(HWND window) {
+  PostQuitMessage(0);
+  KillTimer(window, kPollTimer);
+  KillTimer(window, kStatusTimer);
+  KillTimer(window, kSlowStatusTimer);
+  RemoveTrayIcon(window);
+}
+
+// The system is shutting down or the user logging off: the open session is
+// recorded as it stands now, without any box that would hold the shutdown up,
+// and the program ends.
+void OnEndSession(HWND window) {
+  if (SessionOpen != 0) {
+    SessionOpen = 0;
+    SessionClosed = 1;
+    StopSessionTimers();
+    OneShotFired = 0;
+    const SessionHooks hooks = sessionHooks;
+    const auto showFileProblem = startupHooks.showFileProblem;
+    sessionHooks.checkUnconfiguredConnections = nullptr;
+    startupHooks.showFileProblem = nullptr;
+    // Out of space or a failed save: the marker stays set on disk, so the next
+    // start records the session from its checkpoint.
+    EndSession();
+    sessionHooks = hooks;
+    startupHooks.showFileProblem = showFileProblem;
+  }
+  Quit(window);
+}
+
+// A second start asks for the program: the main status dialog is shown, and the
+// window to bring forward (an open modal box first) is returned to the new process,
+// which may make it the foreground window. During the start-up (Welcome, the
+// notices) only the box that waits is brought forward.
+LRESULT OnActivateRequest() {
+  if (startupDone) ShowMainDialog();
+  HWND popup = GetLastActivePopup(mainWindow);
+  if (popup != mainWindow && IsWindowVisible(popup)) return reinterpret_cast<LRESULT>(popup);
+  if (!mainDialogVisible) return 0;
+  return reinterpret_cast<LRESULT>(GetLastActivePopup(mainDialog));
+}
+
+LRESULT OnCommand(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (LOWORD(wParam)) {
+    case IDM_TRAY_SHOW:
+      ShowMainDialog();
+      return 1;
+    case IDM_TRAY_ABOUT:
+      DialogBoxParamA(instanceHandle, MAKEINTRESOURCEA(IDD_ABOUT), window, AboutDialogProc, 0);
+      return 1;
+    case IDM_TRAY_VIEW_LOG:
+      OpenViewLog(mainDialogVisible ? mainDialog : nullptr);
+      return 1;
+    case IDM_TRAY_HIDE:
+      if (mainDialogVisible) {
+        DestroyWindow(mainDialog);
+        mainDialogVisible = false;
+      }
+      return 1;
+    default:  // Exit, and any other command
+      if (!ConfirmQuit()) return 0;
+      Quit(window);
+      return DefWindowProcA(window, message, wParam, lParam);
+  }
+}
+
+}  // namespace
+
+void ShowMainDialog() {
+  if (mainDialogVisible) {
+    SetForegroundWindow(mainDialog);
+    return;
+  }
+  mainDialog = CreateDialogParamA(instanceHandle, MAKEINTRESOURCEA(IDD_MAIN_STATUS), nullptr, MainDialogProc, 0);
+}
+
+LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  // Sent to every top-level window when the taskbar starts again (Explorer
+  // restarted): the icon is the only way to the program, so it is added again.
+  static const UINT taskbarCreated = RegisterWindowMessageA("TaskbarCreated");
+  mainWindow = window;
+  if (message == taskbarCreated && taskbarCreated != 0) {
+    AddTrayIcon(window);
+    return 0;
+  }
+  switch (message) {
+    case WM_CREATE:
+      OnCreate(window);
+      break;
+    case WM_TIMER:
+      OnTimer(wParam);
+      break;
+    case kTrayCallbackMessage: {
+      POINT cursor = {};
+      GetCursorPos(&cursor);
+      if (lParam == kTrayDoubleClick) ShowMainDialog();
+      else if (lParam == kTrayRightButton) ShowTrayMenu(window, cursor.x, cursor.y);
+      return 1;
+    }
+    case kActivateMessage:
+      return OnActivateRequest();
+    case WM_COMMAND:
+      return OnCommand(window, message, wParam, lParam);
+    case WM_QUERYENDSESSION:
+      return TRUE;
+    case WM_ENDSESSION:
+      if (wParam) OnEndSession(window);
+      return 0;
+    case WM_DESTROY:
+      // The window is already going, so a "No" could not keep the program alive:
+      // end it without asking, leaving any open session to the next start.
+      Quit(window);
+      return 0;
+    default:
+      break;
+  }
+  return DefWindowProcA(window, message, wParam, lParam);
+}

@@ -1,9 +1,0 @@
-// The Manage Log dialog (template 1000): deletes one connection's records and
-// account, or clears the whole log.
-#pragma once
-#include <windows.h>
-
-// Runs the dialog modally, owned by the View Log dialog; returns ManageLogResult.
-int RunManageLog(HWND owner);
-
-INT_PTR CALLBACK ManageLogDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);

@@ -1,0 +1,9 @@
+// The Manage Log dialog (IDD_MANAGE_LOG): deletes one connection's records and
+// account, or clears the whole log.
+#pragma once
+#include <windows.h>
+
+// Runs the dialog modally, owned by the View Log dialog; returns ManageLogResult.
+int RunManageLog(HWND owner);
+
+INT_PTR CALLBACK ManageLogDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);

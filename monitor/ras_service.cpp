@@ -1,9 +1,0 @@
-#include "monitor/ras_service.h"
-
-namespace {
-RasService* serviceInUse = nullptr;
-}
-
-RasService& CurrentRas() { return serviceInUse ? *serviceInUse : SystemRas(); }
-
-void UseRasService(RasService* service) { serviceInUse = service; }

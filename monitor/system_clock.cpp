@@ -1,9 +1,0 @@
-#include "monitor/system_clock.h"
-
-namespace {
-Clock* clockInUse = nullptr;
-}
-
-Clock& CurrentClock() { return clockInUse ? *clockInUse : SystemClock(); }
-
-void UseClock(Clock* clock) { clockInUse = clock; }

@@ -1,0 +1,3 @@
+#include "storage/startup_hooks.h"
+
+StartupHooks startupHooks;
