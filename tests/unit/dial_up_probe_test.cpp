@@ -4,7 +4,7 @@
 #include "app/status_text.h"
 #include "monitor/dial_up_probe.h"
 #include "monitor/session.h"
-#include "storage/program_paths.h"
+#include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
 #include "test_support.h"
