@@ -29,7 +29,7 @@
 #   app_decline_account_notice NAME answer "not now" to the account notice
 #   app_screenshot FILE             PNG of the prefix's virtual desktop
 #
-# Prepared files instead of a first run (needs LOG_MAKER_EXE, tools/test_log_maker):
+# Prepared files instead of a first run (needs LOG_MAKER_EXE, tests/drivers/log_maker):
 #   app_describe FIELD...           one line of the description, fields joined by tabs:
 #                                     record NAME YEAR MONTH DAY HH:MM:SS SECONDS [STATUS]
 #                                     repeat COUNT NAME YEAR MONTH DAY HH:MM:SS SECONDS
