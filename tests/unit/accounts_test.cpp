@@ -301,24 +301,6 @@ TEST(AccountFigures, PageViewPerPlan) {
   EXPECT_STREQ(limited.vatPercent, "17.5");
 }
 
-TEST_F(Accounts, PageSavesIntoTheChosenConnectionsEntryOnly) {
-  AddAccountName("Office");
-  AddAccountName("Home ISP");
-  AccountPageInput input;
-  input.checked = LimitedAccess;
-  input.basicHours = "10";
-  input.monthlyCharge = "12.50";
-  EXPECT_FALSE(SaveAccountInput("", input));
-  EXPECT_FALSE(SaveAccountInput(nullptr, input));
-  EXPECT_FALSE(SaveAccountInput("Connection", input)) << "a list item without an entry cannot be saved";
-  EXPECT_EQ(settings.accounts[0].configured, 0u);
-  EXPECT_TRUE(SaveAccountInput("Home ISP", input));
-  EXPECT_EQ(settings.accounts[0].configured, 0u);
-  EXPECT_EQ(settings.accounts[1].configured, 1u);
-  EXPECT_EQ(settings.accounts[1].hours, 10u);
-  EXPECT_FLOAT_EQ(settings.accounts[1].monthlyCharge, 12.5f);
-}
-
 // --- The usage cache against the straightforward walk -----------------------
 
 uint32_t Bits(float value) {
@@ -439,23 +421,6 @@ TEST_F(UsageCache, EveryLogOperationIsSeen) {
     LegacyLogTable[3] = UsedRecord("Card ISP", 36000, 3, 2002);
     ConvertLegacyLog();
   });
-}
-
-TEST_F(UsageCache, ARecordedSessionIsInTheNextStatusText) {
-  ras_.Connect("Month ISP");
-  DialUpProbe probe;
-  RunSessionStep(probe);  // opens the session
-  clock_.Advance(90 * 60);
-  RefreshStatusText();
-  EXPECT_NE(std::strstr(statusText, "13.17 Hrs."), nullptr) << "700 min logged, 90 running: " << statusText;
-  ras_.state = ScriptedRas::State::Disconnected;
-  RunSessionStep(probe);  // records it
-  ASSERT_EQ(SessionOpen, 0u);
-  ras_.Connect("Month ISP");
-  RunSessionStep(probe);
-  clock_.Advance(30 * 60);
-  RefreshStatusText();
-  EXPECT_NE(std::strstr(statusText, "13.67 Hrs."), nullptr) << "790 min logged, 30 running: " << statusText;
 }
 
 TEST_F(UsageCache, LongNamesAndMoreConnectionsThanItHolds) {

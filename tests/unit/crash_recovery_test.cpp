@@ -206,19 +206,6 @@ class CrashRecovery : public ProgramStateTest {
   DialUpProbe probe_;
 };
 
-TEST_F(CrashRecovery, UncutDayRecordsEverySessionOnce) {
-  const auto day = MapUncutDay();
-  Start();
-  for (const char* name : kSessions) EXPECT_EQ(RecordsOf(name).size(), 1u) << name;
-  EXPECT_EQ(InUseCount(), 4);
-  EXPECT_EQ(RecordsOf("ISP A").at(0)->durationSeconds, 400);
-  EXPECT_EQ(RecordsOf("ISP C").at(0)->durationSeconds, 360) << "from its second checkpoint";
-  EXPECT_EQ(day.at("ISP A").markerCleared, day.at("ISP A").logSave + 1);
-  EXPECT_EQ(day.at("ISP C").markerCleared, day.at("ISP C").logSave + 2)
-      << "a recovery saves the settings, still marked open, before clearing the marker";
-  EXPECT_EQ(writeCount_, 19u);
-}
-
 TEST_F(CrashRecovery, KilledAtEveryWriteEverySessionOnce) {
   const auto day = MapUncutDay();
   ASSERT_EQ(day.size(), 4u);

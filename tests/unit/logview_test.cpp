@@ -419,32 +419,4 @@ TEST_F(LogView, DamagedRecordsAreShownAsTheyAre) {
   EXPECT_EQ(FillAll().count, 3);
 }
 
-TEST_F(LogView, ASessionRecordedIntoADamagedLogKeepsEveryRecordOnDisk) {
-  SessionRecord unterminated = UsedRecord("", 100);
-  std::memset(unterminated.connectionName, 'n', kRecordNameSize);
-  SessionRecord oddStatus = UsedRecord("Odd", 200);
-  oddStatus.status = 7;
-  SessionRecord deleted = UsedRecord("Gone", 300);
-  deleted.status = Deleted;
-  const SessionRecord records[] = {Impossible(), unterminated, deleted, oddStatus};
-  // The header claims far more records than are there: damage, not padding.
-  std::vector<uint8_t> bytes(8 + sizeof records);
-  const uint32_t header[2] = {4000000000u, 0};
-  std::memcpy(bytes.data(), header, sizeof header);
-  std::memcpy(bytes.data() + 8, records, sizeof records);
-  WriteBytes(LogFilePath(), bytes);
-  ASSERT_TRUE(LoadLog(LogFilePath().c_str()));
-  ASSERT_EQ(sessionLog.count, 4u);
-  ASSERT_TRUE(RecordInterruptedSession("Home ISP", 10, 0, 0, 10, 3, 0, 180, 1, 1, 7, 2002));
-  EXPECT_EQ(sessionLog.records[2].durationSeconds, 180) << "the Deleted record is reused";
-  const std::vector<SessionRecord> saved = sessionLog.records;
-  sessionLog = SessionLog{};
-  ASSERT_TRUE(LoadLog(LogFilePath().c_str()));
-  ASSERT_EQ(sessionLog.count, 4u);
-  EXPECT_EQ(std::memcmp(sessionLog.records.data(), saved.data(), 4 * sizeof(SessionRecord)), 0);
-  EXPECT_EQ(std::string(sessionLog.records[1].connectionName), std::string(kRecordNameSize - 1, 'n'));
-  EXPECT_EQ(sessionLog.records[3].status, 7) << "an unknown status is kept, not reused";
-  EXPECT_EQ(U32At(ReadBytes(LogFilePath()), 0), 4u) << "the header's count is repaired";
-}
-
 }  // namespace

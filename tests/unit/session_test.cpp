@@ -139,29 +139,6 @@ TEST_F(Session, ConnectAndDisconnectInOneTick) {
   EXPECT_EQ(MarkerOnDisk(), 219);
 }
 
-TEST_F(Session, CheckpointsEveryThreeMinutesFollowTheOpenSession) {
-  clock_.now = {2002, 1, 1, 7, 10, 0, 0};
-  ras_.Connect("Home ISP");
-  Tick();
-  RunWithCheckpoints(200);
-  EXPECT_EQ(settings.checkpointElapsed, 180u);
-  EXPECT_EQ(settings.checkpointTime.minute, 3u);
-  EXPECT_STREQ(settings.previousSession.connectionName, "Home ISP");
-  EXPECT_EQ(settings.previousSession.logOff.minute, 3u);
-  EXPECT_EQ(settings.previousSession.durationSeconds, 0u) << "kept from the session before";
-  EXPECT_EQ(ReadBytes(SettingsPath()).at(6288), 180) << "the checkpoint is on disk";
-}
-
-TEST_F(Session, CheckpointDoesNothingWhileOffLine) {
-  ras_.Connect("Home ISP");
-  Tick();
-  ras_.state = State::Disconnected;
-  probe_.IsConnected();  // OnLineFlag drops to 0
-  clock_.Advance(180);
-  OnCheckpointTimer();
-  EXPECT_EQ(settings.checkpointElapsed, 0u);
-}
-
 TEST_F(Session, KilledTenMinutesInIsRecordedFromItsThirdCheckpoint) {
   clock_.now = {2002, 1, 4, 10, 23, 55, 0};  // Thursday 10 January, before midnight
   ras_.Connect("Home ISP");
@@ -204,18 +181,6 @@ TEST_F(Session, RestartWhileStillConnectedRecordsTheOldAndOpensANewSession) {
   EXPECT_EQ(MarkerOnDisk(), 218);
 }
 
-TEST_F(Session, RecoveryNeedsTheMarkerAndKeepsNamesInsideTheirFields) {
-  settings.sessionOpenMarker = 219;
-  settings.checkpointElapsed = 999;
-  RecoverInterruptedSession();
-  EXPECT_TRUE(IsLogEmpty());
-  settings.sessionOpenMarker = 218;
-  std::memset(settings.checkpointName, 'C', sizeof settings.checkpointName);
-  RecoverInterruptedSession();
-  EXPECT_EQ(std::strlen(sessionLog.records[0].connectionName), 60u);
-  EXPECT_EQ(std::strlen(settings.previousSession.connectionName), 51u);
-}
-
 TEST_F(Session, OutOfSpaceIsReportedOnceAndTheNextSessionWorks) {
   for (SessionRecord& record : sessionLog.records) record.status = InUse;
   LogRecordLimit = 2;
@@ -250,17 +215,6 @@ TEST_F(Session, AVanishedConnectionClosesTheSessionAndResetsTheOneShotAlarm) {
   EXPECT_EQ(SessionOpen, 0u);
   EXPECT_EQ(sessionLog.records[0].durationSeconds, 10);
   EXPECT_EQ(OneShotFired, 0);
-}
-
-TEST_F(Session, LongConnectionNamesAreCutInEveryCopy) {
-  ras_.Connect(std::string(256, 'x'));
-  Tick();
-  EXPECT_EQ(std::strlen(SessionConnectionName), 49u);
-  EXPECT_EQ(std::strlen(settings.checkpointName), 49u);
-  ras_.state = State::Disconnected;
-  Tick();
-  EXPECT_EQ(std::strlen(sessionLog.records[0].connectionName), 49u);
-  EXPECT_EQ(std::strlen(settings.previousSession.connectionName), 49u);
 }
 
 }  // namespace

@@ -12,32 +12,6 @@
 
 namespace {
 
-TEST(FixedText, CopiesCutsAndComparesInsideTheField) {
-  char field[12];
-  std::memset(field, 'x', sizeof field);
-  CopyFixedText(field, 8, std::string(256, 'N').c_str());
-  EXPECT_EQ(std::string(field), std::string(7, 'N'));
-  EXPECT_EQ(field[8], 'x') << "byte behind the field was written";
-  CopyFixedText(field, 8, "XY");
-  EXPECT_STREQ(field, "XY");
-  EXPECT_EQ(field[3], 'N') << "the old tail stays behind the terminator";
-  CopyFixedText(field, 8, nullptr);
-  EXPECT_STREQ(field, "");
-
-  const char unterminated[4] = {'a', 'b', 'c', 'd'};
-  EXPECT_EQ(FixedTextLength(unterminated, sizeof unterminated), 4u);
-  const char marker[20] = "ORVALEN_v015";
-  const struct {
-    const char* field;
-    std::size_t size;
-    const char* text;
-    bool equal;
-  } rows[] = {{marker, sizeof marker, "orvalen_v015", true},   {marker, sizeof marker, "orvalen_v01", false},
-              {marker, sizeof marker, "orvalen_v0155", false}, {unterminated, 4, "ABCD", true},
-              {unterminated, 4, "ABCDE", false}};
-  for (const auto& row : rows) EXPECT_EQ(FixedTextEqualsIgnoringCase(row.field, row.size, row.text), row.equal) << row.text;
-}
-
 class SettingsFile : public ProgramStateTest {};
 
 std::vector<int> calls;
@@ -82,44 +56,6 @@ TEST_F(SettingsFile, CreateInAMissingFolderDoesNothing) {
   EXPECT_FALSE(CreateSettings(Path("no-such-folder/Orvaconfig.bic").c_str()));
   EXPECT_TRUE(calls.empty());
   EXPECT_EQ(settings.formatMarker[0], '\0');
-}
-
-TEST_F(SettingsFile, LoadAndSaveKeepEveryByteAndNeverShortenTheFile) {
-  for (std::size_t i = 0; i < sizeof settings; ++i) reinterpret_cast<uint8_t*>(&settings)[i] = static_cast<uint8_t>(i * 7);
-  const Settings written = settings;
-  ASSERT_TRUE(SaveSettings());
-  std::memset(&settings, 0, sizeof settings);
-  ASSERT_TRUE(LoadSettings(SettingsPath()));
-  EXPECT_EQ(0, std::memcmp(&settings, &written, sizeof settings));
-
-  // A short file loads partly; the rest stays as it was in memory.
-  WriteBytes(SettingsPath(), std::vector<uint8_t>(100, 0xAB));
-  settings.sessionOpenMarker = 219;
-  ASSERT_TRUE(LoadSettings(SettingsPath()));
-  EXPECT_EQ(reinterpret_cast<uint8_t*>(&settings)[99], 0xAB);
-  EXPECT_EQ(settings.sessionOpenMarker, 219);
-
-  WriteBytes(SettingsPath(), std::vector<uint8_t>(7000, 0xEE));
-  ASSERT_TRUE(SaveSettings());
-  const std::vector<uint8_t> bytes = ReadBytes(SettingsPath());
-  ASSERT_EQ(bytes.size(), 7000u);
-  EXPECT_EQ(bytes[6352], 0xEE);
-  EXPECT_EQ(bytes[134], 219);
-
-  // A missing file is created empty.
-  const std::string missing = Path("missing.bic");
-  ASSERT_TRUE(LoadSettings(missing.c_str()));
-  EXPECT_TRUE(Exists(missing));
-  EXPECT_EQ(ReadBytes(missing).size(), 0u);
-}
-
-TEST_F(SettingsFile, MarkerMatchesIgnoringLetterCaseOnly) {
-  std::strcpy(settings.formatMarker, "ORVALEN_V015");
-  EXPECT_TRUE(HasCurrentFormatMarker());
-  std::strcpy(settings.formatMarker, "orvalen_v014");
-  EXPECT_FALSE(HasCurrentFormatMarker());
-  std::memset(settings.formatMarker, 'o', sizeof settings.formatMarker);  // no terminator
-  EXPECT_FALSE(HasCurrentFormatMarker());
 }
 
 class LogFile : public ProgramStateTest {
@@ -219,20 +155,6 @@ TEST_F(LogFile, MarkConnectionDeletedIsCaseSensitiveAndReportsChanges) {
   EXPECT_FALSE(MarkConnectionDeleted("Home")) << "nothing left to change";
   EXPECT_TRUE(MarkConnectionDeleted("")) << "Blank records have the empty name";
   EXPECT_EQ(sessionLog.records[3].status, Deleted);
-}
-
-TEST_F(LogFile, RoundTripKeepsEveryByteAndIgnoresAnOldLongerTail) {
-  std::vector<uint8_t> old(8 + 10 * 192, 0x77);
-  WriteBytes(LogPath(), old);
-  Set({UsedRecord("a", 5), UsedRecord("b", 6)});
-  sessionLog.records[0].reserved2[0] = 9;
-  ASSERT_TRUE(SaveLog(LogPath().c_str()));
-  EXPECT_EQ(ReadBytes(LogPath()).size(), old.size()) << "file is not truncated";
-  const std::vector<SessionRecord> written = sessionLog.records;
-  sessionLog = SessionLog{};
-  ASSERT_TRUE(LoadLog(LogPath().c_str()));
-  ASSERT_EQ(sessionLog.count, 2u);
-  EXPECT_EQ(0, std::memcmp(sessionLog.records.data(), written.data(), 2 * 192));
 }
 
 // What each kind of file on disk loads as: the count, and the status of each record.
