@@ -40,7 +40,6 @@
 #   app_start_prepared              starts the program on them: no Welcome; waits for the
 #                                   main window and the end of the splash
 #   app_open_view_log               tray menu "View Log"; prints the dialog's handle
-#   app_enabled_states TITLE ID...  "ID=0|1 ..." of the window's controls, in one look
 # Give every connection of a prepared log a configured account: the program asks
 # about connections without one at every start.
 #   app_field_of FIELD TITLE IDS    enabled/visible/checked of controls: "1 0 1"
@@ -322,13 +321,6 @@ app_start_prepared() {
 app_open_view_log() {
   drv command --class Orvalen --id 114 >/dev/null || return 1
   drv wait-window --title "$APP_VIEW_LOG" --timeout-ms 30000
-}
-
-app_enabled_states() {  # TITLE ID...
-  local title=$1 states
-  shift
-  states=$(drv states --title "$title" --ids "$(IFS=,; echo "$*")") || return 1
-  sed -n 's/^\([0-9-]*\) .*enabled=\([01]\).*/\1=\2/p' <<<"$states" | tr '\n' ' ' | sed 's/ $//'
 }
 
 _app_cleanup() {

@@ -2,6 +2,7 @@
 // gives from the log, the figures the accounts page reads, and the usage cache,
 // which must always give exactly what the straightforward walk of the log gives.
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <random>
 #include <string>
@@ -325,29 +326,24 @@ class UsageCache : public ProgramStateTest {
     ConfigureAccount(2, "Flat ISP", UnlimitedAccess);
   }
 
-  // Every figure and the result, through the cache and afresh, bit for bit.
-  void ExpectSameAsFresh(const char* name) {
-    SCOPED_TRACE(std::string("connection \"") + (name ? name : "(null)") + "\"");
-    UsageSummary fresh;
-    const float freshResult = ComputeUsage(name, fresh);
-    const float freshCard = cardSecondsRemaining;
+  // Every figure and the result, through the cache or afresh, with the floats' bits.
+  static std::string Figures(const char* name, bool cached) {
+    UsageSummary u;
     cardSecondsRemaining = -1.0f;
-    UsageSummary cached;
-    EXPECT_EQ(Bits(CachedComputeUsage(name, cached)), Bits(freshResult));
-    EXPECT_EQ(cached.kind, fresh.kind);
-    EXPECT_EQ(cached.secondsThisMonth, fresh.secondsThisMonth);
-    EXPECT_EQ(cached.totalSeconds, fresh.totalSeconds);
-    EXPECT_EQ(cached.excessMinutes, fresh.excessMinutes);
-    EXPECT_EQ(cached.allotted, fresh.allotted);
-    EXPECT_EQ(Bits(cached.cost), Bits(fresh.cost));
-    EXPECT_EQ(CachedAccountKindOf(name), AccountKindOf(name));
-    EXPECT_EQ(CachedAllottedAmount(name), AllottedAmount(name));
-    EXPECT_EQ(CachedSecondsThisMonth(name), SecondsThisMonth(name));
-    EXPECT_EQ(CachedTotalSeconds(name), TotalSeconds(name));
-    if (fresh.kind == PrePaidCard) {
-      EXPECT_EQ(Bits(cardSecondsRemaining), Bits(freshCard));
-      EXPECT_EQ(Bits(CachedCardSecondsRemaining(name)), Bits(CardSecondsRemaining(name)));
-    }
+    const float result = cached ? CachedComputeUsage(name, u) : ComputeUsage(name, u);
+    const bool card = u.kind == PrePaidCard;
+    const float remaining = card ? (cached ? CachedCardSecondsRemaining(name) : CardSecondsRemaining(name)) : 0.0f;
+    char text[200];
+    std::snprintf(text, sizeof text, "%x %u %d %d %d %d %x %x | %u %d %d %d %x", Bits(result), u.kind,
+                  u.secondsThisMonth, u.totalSeconds, u.excessMinutes, u.allotted, Bits(u.cost),
+                  card ? Bits(cardSecondsRemaining) : 0u, cached ? CachedAccountKindOf(name) : AccountKindOf(name),
+                  cached ? CachedAllottedAmount(name) : AllottedAmount(name),
+                  cached ? CachedSecondsThisMonth(name) : SecondsThisMonth(name),
+                  cached ? CachedTotalSeconds(name) : TotalSeconds(name), Bits(remaining));
+    return text;
+  }
+  void ExpectSameAsFresh(const char* name) {
+    EXPECT_EQ(Figures(name, true), Figures(name, false)) << "connection " << (name ? name : "(null)");
   }
 
   void ExpectAllSameAsFresh() {

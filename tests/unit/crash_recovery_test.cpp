@@ -63,7 +63,6 @@ const char* const kSessions[] = {"ISP A", "ISP B", "ISP C", "ISP D"};
 struct SessionWrites {
   std::vector<std::pair<std::size_t, uint32_t>> openSaves;  // (index, checkpoint elapsed)
   std::size_t logSave = SIZE_MAX;       // the log with its record
-  std::size_t markerCleared = SIZE_MAX; // the first settings save with 219 after it
   int32_t recordedDuration = 0;
 
   // The elapsed seconds of the last checkpoint on disk when `writes` writes got there.
@@ -158,12 +157,7 @@ class CrashRecovery : public ProgramStateTest {
       if (note.settingsFile && note.marker == kSessionOpen) {
         day[note.checkpointName].openSaves.push_back({i, note.elapsed});
       } else if (!note.settingsFile) {
-        SessionWrites& session = day[note.previousName];
-        session.logSave = i;
-        // A recovery saves the settings once with the marker still 218, then again.
-        for (std::size_t j = i + 1; j < notes.size() && session.markerCleared == SIZE_MAX; ++j) {
-          if (notes[j].settingsFile && notes[j].marker == kNoSessionOpen) session.markerCleared = j;
-        }
+        day[note.previousName].logSave = i;
       }
     }
     for (const SessionRecord& record : sessionLog.records) {
