@@ -139,47 +139,6 @@ TEST_F(Accounts, UsageTable) {
   }
 }
 
-TEST_F(Accounts, TheTableFillsTheLowestFreeEntryOnceAndDeletesByExactName) {
-  AddAccountName("First");
-  AddAccountName("Second");
-  AddAccountName("First");
-  AddAccountName("");
-  AddAccountName(nullptr);
-  EXPECT_STREQ(AccountName(0), "First");
-  EXPECT_STREQ(AccountName(1), "Second");
-  EXPECT_STREQ(AccountName(2), "");
-  EXPECT_EQ(AccountIndexByName(""), kNoAccount) << "a free entry is not an entry named \"\"";
-  EXPECT_FALSE(DeleteAccount(""));
-  EXPECT_EQ(AccountName(49), settings.accounts[49].connectionName);
-  EXPECT_EQ(AccountName(50), nullptr);
-  EXPECT_EQ(AccountName(-1), nullptr);
-  CopyFixedText(AccountName(0), kAccountNameSize, "");  // free entry 0 again
-  AddAccountName("Third");
-  EXPECT_STREQ(AccountName(0), "Third");
-  EXPECT_EQ(AccountIndexByName("Second"), 1);
-
-  // Deleting frees the entry but keeps the plan; a new name there is not configured.
-  AccountRecord& account = ConfigureAccount(3, "Home ISP", LimitedAccess, 10, 20.0f, 0.05f, 5.0f);
-  EXPECT_FALSE(DeleteAccount("home isp")) << "account names are compared exactly";
-  EXPECT_TRUE(DeleteAccount("Home ISP"));
-  EXPECT_STREQ(account.connectionName, "");
-  EXPECT_EQ(account.configured, 0u);
-  EXPECT_EQ(account.hours, 10u);
-  EXPECT_FALSE(DeleteAccount("Home ISP"));
-  AddAccountName("Fourth");
-  AddAccountName("New ISP");
-  EXPECT_EQ(AccountIndexByName("New ISP"), 3);
-  EXPECT_EQ(account.kind, LimitedAccess);
-  EXPECT_EQ(FindAccount("New ISP"), kNoAccount);
-
-  // A full table takes nothing more.
-  for (int k = 0; k < 50; ++k) AddAccountName(("Connection " + std::to_string(k)).c_str());
-  const Settings before = settings;
-  AddAccountName("One too many");
-  EXPECT_EQ(0, std::memcmp(&before, &settings, sizeof settings));
-  EXPECT_EQ(AccountIndexByName("One too many"), kNoAccount);
-}
-
 TEST_F(Accounts, LongConnectionNamesAreCutTo31CharactersAndFoundAgain) {
   const std::string longName = "Dial-up Networking connection to the office";  // 43 characters
   const std::string stored = longName.substr(0, 31);
@@ -237,40 +196,6 @@ AccountRecord Entry(uint32_t kind) {
   entry.excessPerMinute = 0.05f;
   entry.vatPercent = 17.5f;
   return entry;
-}
-
-// The page stores only the fields of the checked plan.
-TEST(AccountFigures, PageInputPerPlan) {
-  const struct {
-    AccountKind checked;
-    const char* cardHours;
-    uint32_t kind, hours;
-    float monthly, excess, vat;
-  } rows[] = {
-      {UnlimitedAccess, "99", UnlimitedAccess, 40, 12.5f, 0.05f, 17.5f},
-      {PrePaidCard, "25", PrePaidCard, 25, 12.5f, 0.05f, 17.5f},
-      {PrePaidCard, "lots", PrePaidCard, 0, 12.5f, 0.05f, 17.5f},
-      {LimitedAccess, "7", LimitedAccess, 20, 100.0f, 0.03f, 0.0f},
-      {NotChosen, "1", PrePaidCard, 40, 12.5f, 0.05f, 17.5f},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.checked);
-    AccountRecord entry = Entry(PrePaidCard);
-    AccountPageInput input;
-    input.checked = row.checked;
-    input.cardHours = row.cardHours;
-    input.basicHours = "20";
-    input.monthlyCharge = "100.75";
-    input.excessPerMinute = "0.035";
-    input.vatPercent = "abc";
-    ApplyAccountInput(entry, input);
-    EXPECT_EQ(entry.configured, 1u);
-    EXPECT_EQ(entry.kind, row.kind);
-    EXPECT_EQ(entry.hours, row.hours);
-    EXPECT_FLOAT_EQ(entry.monthlyCharge, row.monthly);
-    EXPECT_FLOAT_EQ(entry.excessPerMinute, row.excess);
-    EXPECT_FLOAT_EQ(entry.vatPercent, row.vat);
-  }
 }
 
 TEST(AccountFigures, PageViewPerPlan) {
@@ -417,26 +342,6 @@ TEST_F(UsageCache, EveryLogOperationIsSeen) {
     LegacyLogTable[3] = UsedRecord("Card ISP", 36000, 3, 2002);
     ConvertLegacyLog();
   });
-}
-
-TEST_F(UsageCache, LongNamesAndMoreConnectionsThanItHolds) {
-  const std::string longName(300, 'x');
-  AppendToLog(UsedRecord(longName.c_str(), 77, 3, 2002));  // stored as its first 104
-  ConfigureAccount(3, longName.c_str(), PrePaidCard, 1);  // stored as its first 31
-  ExpectSameAsFresh(longName.c_str());
-  ExpectSameAsFresh((std::string(104, 'x') + "different tail").c_str());
-  ExpectSameAsFresh(std::string(103, 'x').c_str());
-  ExpectSameAsFresh(nullptr);
-  for (int round = 0; round < 2; ++round) {
-    for (int i = 0; i < 20; ++i) {
-      const std::string name = "Conn " + std::to_string(i);
-      if (round == 0) {
-        AppendToLog(UsedRecord(name.c_str(), 60 * (i + 1), 3, 2002));
-        ConfigureAccount(10 + i, name.c_str(), LimitedAccess, 1);
-      }
-      EXPECT_EQ(CachedSecondsThisMonth(name.c_str()), 60 * (i + 1)) << name;
-    }
-  }
 }
 
 // Any sequence of the shared log and account operations keeps the cache exact.

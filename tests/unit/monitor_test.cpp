@@ -463,6 +463,7 @@ TEST_F(Unconfigured, WithoutHooksOrAFolder) {
   Log("Home ISP");
   EXPECT_TRUE(CheckUnconfiguredConnections());
   EXPECT_EQ(OpenedFromNotice, 1) << "no dialog ran to clear it";
+  EXPECT_STREQ(ConnectionToConfigure, "Home ISP") << "nothing was saved";
   char text[kConfigureNoticeSize];
   BuildConfigureNotice(text, std::string(300, 'n').c_str());
   EXPECT_EQ(std::strlen(text), kConfigureNoticeSize - 1) << "the notice text fits its buffer";

@@ -25,26 +25,17 @@ namespace {
 using Texts = std::vector<std::string>;
 Texts events;
 std::string currentDirectory;
-void* welcomeOwner = nullptr;
-void* alertOwner = nullptr;
-bool configExistedAtWelcome = false;
 
 class Startup : public ProgramStateTest {
  protected:
   void SetUp() override {
     ProgramStateTest::SetUp();
     events.clear();
-    welcomeOwner = alertOwner = nullptr;
     currentDirectory = ProgramFolder();
     RefuseSaves(false);
     startupHooks = StartupHooks{};
-    startupHooks.showWelcome = [](void* owner) {
-      welcomeOwner = owner;
-      configExistedAtWelcome = std::filesystem::exists(SettingsPath());
-      events.push_back("welcome");
-    };
-    startupHooks.showAlert = [](void* owner, const char* text, const char* caption) {
-      alertOwner = owner;
+    startupHooks.showWelcome = [](void*) { events.push_back("welcome"); };
+    startupHooks.showAlert = [](void*, const char* text, const char* caption) {
       events.push_back(std::string("alert: ") + text + " | " + caption);
     };
     startupHooks.createProgramFolder = [] { events.push_back("create folder"); };
@@ -200,31 +191,6 @@ TEST_F(Startup, DecisionTable) {
       EXPECT_EQ(ReadBytes(LogFilePath()), logBefore) << "the log is not rewritten";
     }
   }
-}
-
-TEST_F(Startup, FirstRunOrderOwnersAndHooks) {
-  currentDirectory = "/media/cdrom";
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(welcomeOwner, &owner_);
-  EXPECT_FALSE(configExistedAtWelcome) << "the Welcome dialog comes before the configuration";
-  std::filesystem::remove(LogFilePath());
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(alertOwner, &owner_);
-
-  // A first run that cannot write the configuration still makes shortcuts and autostart.
-  events.clear();
-  SetWindowsDirectory(Path("no-such-windows-folder"));
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(events, (Texts{"welcome", "shortcuts", "autostart on"}));
-
-  // An install routine that is already set is kept.
-  events.clear();
-  SetWindowsDirectory(Path("windows"));
-  std::filesystem::create_directory(Path("windows"));
-  currentDirectory = ProgramFolder();
-  installHooks.installProgram = [] { events.push_back("own install"); };
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(events, (Texts{"welcome", "mark first run", "own install", "shortcuts", "autostart on"}));
 }
 
 TEST_F(Startup, UnreadableConfigurationStopsAndIsNeverOverwritten) {

@@ -203,22 +203,6 @@ TEST_F(LogFile, LoaderTable) {
   EXPECT_EQ(U32At(ReadBytes(LogPath()), 0), 5u);
 }
 
-TEST_F(LogFile, MissingOrUnwritableFiles) {
-  const std::string missing = Path("missing.ovb");
-  ASSERT_TRUE(LoadLog(missing.c_str()));
-  EXPECT_EQ(sessionLog.count, 2u);
-  EXPECT_EQ(FindFreeSlot(), 0u);
-  EXPECT_TRUE(Exists(missing)) << "the file is created empty";
-
-  Set({UsedRecord("keep", 1)});
-  EXPECT_FALSE(LoadLog(Path("no-such-folder/x.ovb").c_str()));
-  EXPECT_EQ(sessionLog.count, 1u) << "an unreadable path leaves the log alone";
-  EXPECT_FALSE(SaveLog(Path("no-such-folder/x.ovb").c_str()));
-  EXPECT_FALSE(CreateEmptyLog(Path("no-such-folder/x.ovb").c_str()));
-  EXPECT_EQ(sessionLog.count, 2u) << "memory is reset even when the file cannot be written";
-  EXPECT_TRUE(IsLogEmpty());
-}
-
 TEST_F(LogFile, LegacyTableConvertsItsRecordsInUseInSlotOrder) {
   std::vector<SessionRecord> table(kLegacyLogSlots);
   table[0] = UsedRecord("zero", 10);
