@@ -63,7 +63,6 @@ seeds = {
 }
 seeds["log_view"] = {name: bytes([n * 37 % 256, n * 53 % 256]) + data
                      for n, (name, data) in enumerate(seeds["load_log"].items())}
-seeds["log_roundtrip"] = dict(seeds["load_log"])
 
 for target, files in seeds.items():
     folder = os.path.join(HERE, "corpus", target)
