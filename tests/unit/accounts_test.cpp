@@ -219,6 +219,7 @@ TEST(AccountFigures, PageViewPerPlan) {
   EXPECT_TRUE(none.limitedControlsEnabled) << "a new entry offers the limited plan, empty";
   EXPECT_FALSE(none.fillLimited);
   EXPECT_FALSE(ViewAccountEntry(Entry(9)).known);
+  EXPECT_FALSE(SaveAccountInput(nullptr, AccountPageInput{})) << "no connection chosen: nothing saved";
   EXPECT_STREQ(ViewAccountEntry(Entry(PrePaidCard)).cardHours, "40");
   const AccountEntryView limited = ViewAccountEntry(Entry(LimitedAccess));
   EXPECT_STREQ(limited.basicHours, "40");

@@ -106,7 +106,7 @@ TEST_F(LogView, MonthsAndYearsOfTheBoxes) {
   for (uint32_t m : {0u, 13u, 0xFFFFFFFFu}) EXPECT_STREQ(MonthAbbreviation(m), "ERROR");
   EXPECT_EQ(MonthNumber("jan"), 1u);
   EXPECT_EQ(MonthNumber("dEc"), 12u);
-  for (const char* text : {"ALL", "JANUARY", "JA", ""}) EXPECT_EQ(MonthNumber(text), 255u) << text;
+  for (const char* text : {"ALL", "JANUARY", "JA", "", static_cast<const char*>(nullptr)}) EXPECT_EQ(MonthNumber(text), 255u);
 
   const Texts fixed(std::begin(kYearChoices), std::end(kYearChoices));
   EXPECT_EQ(YearChoices(2002), fixed);
@@ -183,6 +183,9 @@ TEST_F(LogView, FilterTable) {
   EXPECT_FALSE(BuildLogListing("Home ISP", "MAR", year2003, listing));
   EXPECT_TRUE(listing.clearTexts);
   EXPECT_EQ(listing.count, 0);
+  char year2002b[kFilterYearSize] = "2002";
+  EXPECT_TRUE(BuildLogListing("Home ISP", "MAR", year2002b, listing)) << "only the first record matches";
+  EXPECT_EQ(listing.count, 1);
 
   RememberFilter("Home ISP", "MARCH OF THE YEAR", "2002");
   EXPECT_STREQ(LastFilter.month, "MARCH OF ") << "cut to its field";
@@ -268,6 +271,8 @@ TEST_F(LogView, ReportPiecesAndFiles) {
     SetProgramFolder(folder);
     EXPECT_EQ(ReportFilePath(), std::string("c:\\Program Files\\Orvalen") + kPathSeparator + "Log File.txt");
   }
+  SetProgramFolder("c:\\program files\\Orvalex");  // as long, but another folder
+  EXPECT_EQ(ReportFilePath(), std::string("c:\\program files\\Orvalex") + kPathSeparator + "Log File.txt");
   SetProgramFolder(folder_);
 }
 
