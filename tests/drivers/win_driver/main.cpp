@@ -423,10 +423,11 @@ const std::map<std::string, std::function<void()>> kCommands = {
      [] {
        const HWND top = WaitTarget(false).top;
        std::string line;
-       for (long long id : IdList()) {
-         const HWND control = FindControl(top, id);
-         if (!control) Fail("no control with id " + std::to_string(id));
-         line += (line.empty() ? "" : Str("separator").value_or("|")) + ReadText(control);
+       const std::vector<long long> ids = IdList();
+       for (size_t i = 0; i < ids.size(); ++i) {
+         const HWND control = FindControl(top, ids[i]);
+         if (!control) Fail("no control with id " + std::to_string(ids[i]));
+         line += (i == 0 ? "" : Str("separator").value_or("|")) + ReadText(control);
        }
        PrintLine(line);
      }},
