@@ -88,6 +88,8 @@ TEST_F(Accounts, UsageTable) {
       {"record names match ignoring case",
        {{"home isp", 100}, {"HOME ISP", 200}, {"Home ISP2", 400}}, {{"Home ISP", UnlimitedAccess}}, "Home ISP",
        1.0f, {UnlimitedAccess, 300, 300, 0, 0, 0.0f}},
+      {"A and Z ignore case too", {{"zap", 60}}, {{"ZAP", UnlimitedAccess}}, "ZAP", 1.0f,
+       {UnlimitedAccess, 60, 60, 0, 0, 0.0f}},
       {"account names do not", {{"home isp", 100}}, {{"Home ISP", UnlimitedAccess}}, "home isp", 0.0f, {}},
       {"named but not configured", {{"Home ISP", 700 * kMinute}}, {{"Home ISP", LimitedAccess, 10, 0}}, "Home ISP",
        0.0f, {}},
@@ -181,7 +183,7 @@ TEST(AccountFigures, ReadAsTheDialogReadsThem) {
   const struct {
     const char* text;
     uint32_t value;
-  } wholes[] = {{"40", 40},        {"  40 ", 40}, {"0", 0},     {"4294967295", 4294967295u}, {"4294967296", 0},
+  } wholes[] = {{"05", 5}, {"40", 40},        {"  40 ", 40}, {"0", 0},     {"4294967295", 4294967295u}, {"4294967296", 0},
                 {"", 0},           {nullptr, 0},  {"ten", 0},   {"12.5", 0},                 {"-3", 0},
                 {"3 4", 0}};
   for (const auto& row : wholes) EXPECT_EQ(ReadWholeNumber(row.text), row.value) << (row.text ? row.text : "null");

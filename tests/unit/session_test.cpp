@@ -151,6 +151,11 @@ TEST_F(Session, KilledTenMinutesInIsRecordedFromItsThirdCheckpoint) {
   RecoverInterruptedSession();
 
   EXPECT_EQ(Fields(sessionLog.records[0]), "1 Home ISP 540s 4/1/10/2002 23:55:0-0:4:0") << "dated on the day it began";
+  const PreviousSession& previous = settings.previousSession;
+  EXPECT_EQ(std::to_string(previous.dayOfWeek) + "/" + std::to_string(previous.month) + "/" + std::to_string(previous.day) +
+                "/" + std::to_string(previous.year),
+            "4/1/10/2002")
+      << "the main dialog's summary shows the recovered session";
   EXPECT_EQ(MarkerOnDisk(), 219);
   EXPECT_STREQ(GetLastDurationText(), "0 Hr : 9 Min : 0 sec");
 
