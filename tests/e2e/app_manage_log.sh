@@ -3,8 +3,9 @@
 #
 # The Manage Log dialog, opened from View Log on a prepared log: the usage summary
 # of a double-clicked connection, Delete Entry and Clear Entire Log with their
-# confirmations answered No and Yes, the log and the configuration on disk after
-# each, and what View Log shows when Manage Log ends.
+# confirmations answered No and Yes (no file touched, or the log saved: which
+# records and accounts change is logview_test's matter), and what View Log shows
+# when Manage Log ends.
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd -P)
 # shellcheck source-path=SCRIPTDIR source=app_lib.sh
 source "$here/app_lib.sh"
@@ -30,10 +31,6 @@ app_open_view_log >/dev/null || app_abort "View Log opens from the tray menu"
 
 status_of() { app_u8 "$APP_LOG" "$(app_record_offset "$1")"; }
 statuses() { echo "$(status_of 0) $(status_of 1) $(status_of 2) $(status_of 3)"; }
-account() {  # K: "configured name"
-  local at=$(( 136 + 120 * $1 ))
-  echo "$(app_u32 "$APP_CONFIG" "$at") $(app_cstr "$APP_CONFIG" $(( at + 4 )) 32)"
-}
 names() { drv list --title "$M" --id "$IDC_MANAGE_LIST"; }
 index_of() { drv list --title "$1" --id "$2" | grep -nxF -- "$3" | head -n 1 | cut -d: -f1 | awk '{print $1 - 1}'; }
 enabled() { drv state --title "$1" --id "$2" | cut -d' ' -f1; }
@@ -50,8 +47,6 @@ open_manage() {
   drv click --title "$V" --id "$IDC_VIEWLOG_MANAGE" >/dev/null
   drv wait-window --title "$M" >/dev/null || app_abort "Manage Log opens from View Log"
 }
-log_size=$(app_size "$APP_LOG")
-log_count=$(app_u32 "$APP_LOG" 0)
 
 # --- The list and the summaries.
 open_manage
@@ -84,10 +79,6 @@ check_true "Yes: the log is saved" app_wait_until 10 home_deleted
 check "Yes: the name leaves the list" "$(names | sort | tr '\n' '|')" "Work|home isp|"
 check "Yes: Delete Entry disabled again" "$(enabled "$M" 123)" enabled=0
 check "Yes: the summary emptied" "$(summary)" ""
-check "log: only the exact name's records are Deleted" "$(statuses)" "3 1 3 1"
-check "log: same length and count" "$(app_size "$APP_LOG") $(app_u32 "$APP_LOG" 0)" "$log_size $log_count"
-check "configuration: the account of Home ISP is freed" "$(account 0)" "0 "
-check "configuration: the other accounts stay" "$(account 1) | $(account 2)" "1 home isp | 1 Work"
 
 # --- Closing after a deletion refreshes View Log on everything of this year.
 drv click --title "$M" --id "$IDC_MANAGE_CLOSE" >/dev/null
@@ -121,9 +112,6 @@ drv click --title "$M" --id "$IDC_MANAGE_CLEAR" >/dev/null
 drv answer-box --title "ALERT !!" --button yes >/dev/null || app_abort "Clear Entire Log asks again"
 all_deleted() { [[ $(statuses) == "3 3 3 3" ]]; }
 check_true "Yes: the log is saved" app_wait_until 10 all_deleted
-check "log: all four records Deleted" "$(statuses)" "3 3 3 3"
-check "log: same length and count" "$(app_size "$APP_LOG") $(app_u32 "$APP_LOG" 0)" "$log_size $log_count"
-check "configuration: the accounts are kept" "$(account 1) | $(account 2)" "1 home isp | 1 Work"
 check "Yes: the list is empty" "$(drv list-count --title "$M" --id "$IDC_MANAGE_LIST")" 0
 check "Yes: both actions disabled" "$(app_field_of enabled "$M" 114,123)" "0 0"
 drv click --title "$M" --id "$IDC_MANAGE_CLOSE" >/dev/null
