@@ -51,9 +51,9 @@ fi
 cmake --build "$build" -j2 --target Orvalen rasapi32_standin orvalen_driver test_log_maker >/dev/null
 
 exe=$build/app/Orvalen.exe
-standin=$build/tools/rasapi32_standin/rasapi32.dll
-driver=$build/tools/win_driver/orvalen_driver.exe
-log_maker=$build/tools/test_log_maker/test_log_maker.exe
+standin=$build/tests/drivers/rasapi32.dll
+driver=$build/tests/drivers/orvalen_driver.exe
+log_maker=$build/tests/drivers/test_log_maker.exe
 for file in "$exe" "$standin" "$driver" "$log_maker"; do
   [[ -f $file ]] || { echo "missing: $file" >&2; exit 1; }
 done

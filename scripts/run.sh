@@ -43,11 +43,11 @@ bin=$root/build/x86_64
 stage=$root/build/run
 mkdir -p "$stage" "$prefix/drive_c/Program Files/Orvalen"
 cp -f "$bin/app/Orvalen.exe" "$bin/app/ReadMe.txt" "$bin/app/OrvalenManual.doc" "$bin/app/Alarm.wav" "$stage/"
-orv_wine_install_standin "$bin/tools/rasapi32_standin/rasapi32.dll" "$stage"
-orv_wine_install_standin "$bin/tools/rasapi32_standin/rasapi32.dll" "$prefix/drive_c/Program Files/Orvalen"
+orv_wine_install_standin "$bin/tests/drivers/rasapi32.dll" "$stage"
+orv_wine_install_standin "$bin/tests/drivers/rasapi32.dll" "$prefix/drive_c/Program Files/Orvalen"
 
 dialup() { "$root/scripts/dialup" --prefix "$prefix" "$@" >/dev/null; }
-driver() { orv_wine_run -t 60 "$prefix" "$bin/tools/win_driver/orvalen_driver.exe" "$@"; }
+driver() { orv_wine_run -t 60 "$prefix" "$bin/tests/drivers/orvalen_driver.exe" "$@"; }
 
 if (( headless == 0 )); then
   cat <<EOT

@@ -71,8 +71,8 @@ say "building the i686 program and stand-in, and the x86_64 window driver"
   cmake --build "$top/build/x86_64" -j2 --target orvalen_driver >/dev/null
 ) || { say "the build failed"; exit 1; }
 EXE=$top/build/i686/app/Orvalen.exe
-STANDIN=$top/build/i686/tools/rasapi32_standin/rasapi32.dll
-DRIVER=$top/build/x86_64/tools/win_driver/orvalen_driver.exe
+STANDIN=$top/build/i686/tests/drivers/rasapi32.dll
+DRIVER=$top/build/x86_64/tests/drivers/orvalen_driver.exe
 
 # ---------------------------------------------------------- the 32-bit root
 wine_version=$(dpkg-query -W -f '${Version}' wine64 2>/dev/null)

@@ -2,8 +2,9 @@
 # app_kill_recovery.sh WINE_DIR ORVALEN_EXE STANDIN_DLL DRIVER_EXE DIALUP_SCRIPT ARTIFACT_DIR
 #
 # The program is killed during a session, within its first three minutes: the
-# next start, off-line, records that session from its first checkpoint: the
-# log-on time, no duration, log-off time = log-on time, the starting date.
+# next start, off-line, records that session from its first checkpoint, and the
+# main status dialog shows it. (The record's fields from the checkpoint are the
+# unit tests' matter: session_test.)
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd -P)
 # shellcheck source-path=SCRIPTDIR source=app_lib.sh
 source "$here/app_lib.sh"
@@ -15,10 +16,6 @@ D=$APP_MAIN_DIALOG
 dial connect "Home ISP"
 app_wait_online "Home ISP" || app_abort "the dialog shows the session of Home ISP"
 app_wait_until 5 app_u8_is "$APP_CONFIG" 134 218 || app_abort "the session marker 218 is on disk"
-checkpoint_logon=$(app_hms "$APP_CONFIG" 6260)
-checkpoint_date="$(app_u32 "$APP_CONFIG" 6276) $(app_u32 "$APP_CONFIG" 6272)"
-checkpoint_date+=" $(app_u32 "$APP_CONFIG" 6280) $(app_u32 "$APP_CONFIG" 6284)"
-echo "      (session opened at $checkpoint_logon on $checkpoint_date, day of week first)"
 check "log: nothing recorded while on-line" "$(app_u32 "$APP_LOG" "$(app_record_offset 0)")" 0
 
 pid=$(app_unix_pid) || app_abort "the Wine process of Orvalen.exe is found"
@@ -38,17 +35,7 @@ check "restart: no Welcome on a later start" \
   "$(drv windows | grep -cF 'title="Welcome to Orvalen"')" 0
 check_true "the account notice for Home ISP comes and is declined" app_decline_account_notice "Home ISP"
 
-check "log: still 392 bytes" "$(app_size "$APP_LOG")" 392
 check "log: record 0 name" "$(app_cstr "$APP_LOG" $(( r + 87 )) 105)" "Home ISP"
-check "log: record 0 duration 0" "$(app_i32 "$APP_LOG" $(( r + 48 )))" 0
-check "log: record 0 log-on time is the session's" "$(app_hms "$APP_LOG" $(( r + 20 )))" "$checkpoint_logon"
-check "log: record 0 log-off time = log-on time" "$(app_hms "$APP_LOG" $(( r + 32 )))" "$checkpoint_logon"
-check "log: record 0 date is the session's" \
-  "$(od -A n -t u4 -j $(( r + 4 )) -N 16 "$APP_LOG" | tr -s ' \n' ' ' | sed 's/^ //; s/ $//')" "$checkpoint_date"
-check "log: record 1 blank" "$(app_u32 "$APP_LOG" "$(app_record_offset 1)")" 0
-check "previous session: name" "$(app_cstr "$APP_CONFIG" 6148 52)" "Home ISP"
-check "previous session: duration 0" "$(app_u32 "$APP_CONFIG" 6240)" 0
-check "previous session stored" "$(app_u32 "$APP_CONFIG" 120)" 1
 
 # A later start shows no dialog by itself; the tray's double click does.
 drv post --class Orvalen --msg WM_APP+1 --lparam WM_LBUTTONDBLCLK >/dev/null

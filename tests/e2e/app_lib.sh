@@ -30,7 +30,7 @@
 #   app_decline_account_notice NAME answer "not now" to the account notice
 #   app_screenshot FILE             PNG of the prefix's virtual desktop
 #
-# Prepared files instead of a first run (needs LOG_MAKER_EXE, tools/test_log_maker):
+# Prepared files instead of a first run (needs LOG_MAKER_EXE, tests/drivers/log_maker):
 #   app_describe FIELD...           one line of the description, fields joined by tabs:
 #                                     record NAME YEAR MONTH DAY HH:MM:SS SECONDS [STATUS]
 #                                     repeat COUNT NAME YEAR MONTH DAY HH:MM:SS SECONDS
@@ -41,7 +41,6 @@
 #   app_start_prepared              starts the program on them: no Welcome; waits for the
 #                                   main window and the end of the splash
 #   app_open_view_log               tray menu "View Log"; prints the dialog's handle
-#   app_enabled_states TITLE ID...  "ID=0|1 ..." of the window's controls, in one look
 # Give every connection of a prepared log a configured account: the program asks
 # about connections without one at every start.
 #   app_field_of FIELD TITLE IDS    enabled/visible/checked of controls: "1 0 1"
@@ -328,13 +327,6 @@ app_start_prepared() {
 app_open_view_log() {
   drv command --class Orvalen --id "$IDM_TRAY_VIEW_LOG" >/dev/null || return 1
   drv wait-window --title "$APP_VIEW_LOG" --timeout-ms 30000
-}
-
-app_enabled_states() {  # TITLE ID...
-  local title=$1 states
-  shift
-  states=$(drv states --title "$title" --ids "$(IFS=,; echo "$*")") || return 1
-  sed -n 's/^\([0-9-]*\) .*enabled=\([01]\).*/\1=\2/p' <<<"$states" | tr '\n' ' ' | sed 's/ $//'
 }
 
 _app_cleanup() {

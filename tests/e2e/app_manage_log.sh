@@ -3,8 +3,9 @@
 #
 # The Manage Log dialog, opened from View Log on a prepared log: the usage summary
 # of a double-clicked connection, Delete Entry and Clear Entire Log with their
-# confirmations answered No and Yes, the log and the configuration on disk after
-# each, and what View Log shows when Manage Log ends.
+# confirmations answered No and Yes (no file touched, or the log saved: which
+# records and accounts change is logview_test's matter), and what View Log shows
+# when Manage Log ends.
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd -P)
 # shellcheck source-path=SCRIPTDIR source=app_lib.sh
 source "$here/app_lib.sh"
@@ -30,10 +31,6 @@ app_open_view_log >/dev/null || app_abort "View Log opens from the tray menu"
 
 status_of() { app_u8 "$APP_LOG" "$(app_record_offset "$1")"; }
 statuses() { echo "$(status_of 0) $(status_of 1) $(status_of 2) $(status_of 3)"; }
-account() {  # K: "configured name"
-  local at=$(( 136 + 120 * $1 ))
-  echo "$(app_u32 "$APP_CONFIG" "$at") $(app_cstr "$APP_CONFIG" $(( at + 4 )) 32)"
-}
 names() { drv list --title "$M" --id "$IDC_MANAGE_LIST"; }
 index_of() { drv list --title "$1" --id "$2" | grep -nxF -- "$3" | head -n 1 | cut -d: -f1 | awk '{print $1 - 1}'; }
 enabled() { drv state --title "$1" --id "$2" | cut -d' ' -f1; }
@@ -50,18 +47,16 @@ open_manage() {
   drv click --title "$V" --id "$IDC_VIEWLOG_MANAGE" >/dev/null
   drv wait-window --title "$M" >/dev/null || app_abort "Manage Log opens from View Log"
 }
-log_size=$(app_size "$APP_LOG")
-log_count=$(app_u32 "$APP_LOG" 0)
 
 # --- The list and the summaries.
 open_manage
 check "the names, each letter case once" "$(names | sort | tr '\n' '|')" "Home ISP|Work|home isp|"
-check "Delete Entry and the summary start disabled" "$(app_enabled_states "$M" 123 1510 114)" "123=0 1510=0 114=1"
+check "Delete Entry and the summary start disabled" "$(app_field_of enabled "$M" 123,1510,114)" "0 0 1"
 double_click "Home ISP"
 check "pre-paid card: total of every letter case, and what is left" \
   "$(summary_with Card)" \
   $'Pre-paid Internet Card\nTotal Time : 3.00 Hrs.\nRemaining : 17.00 Hrs.'
-check "a double-click enables Delete Entry and the summary" "$(app_enabled_states "$M" 123 1510)" "123=1 1510=1"
+check "a double-click enables Delete Entry and the summary" "$(app_field_of enabled "$M" 123,1510)" "1 1"
 double_click "Work"
 check "limited access summary" "$(summary_with Limited)" \
   $'Limited Access\nThis Month: 0.25 Hrs\nLogged Total :0.25 Hrs'
@@ -84,10 +79,6 @@ check_true "Yes: the log is saved" app_wait_until 10 home_deleted
 check "Yes: the name leaves the list" "$(names | sort | tr '\n' '|')" "Work|home isp|"
 check "Yes: Delete Entry disabled again" "$(enabled "$M" 123)" enabled=0
 check "Yes: the summary emptied" "$(summary)" ""
-check "log: only the exact name's records are Deleted" "$(statuses)" "3 1 3 1"
-check "log: same length and count" "$(app_size "$APP_LOG") $(app_u32 "$APP_LOG" 0)" "$log_size $log_count"
-check "configuration: the account of Home ISP is freed" "$(account 0)" "0 "
-check "configuration: the other accounts stay" "$(account 1) | $(account 2)" "1 home isp | 1 Work"
 
 # --- Closing after a deletion refreshes View Log on everything of this year.
 drv click --title "$M" --id "$IDC_MANAGE_CLOSE" >/dev/null
@@ -98,8 +89,7 @@ check "View Log refreshed: the boxes" "$(drv children --title "$V" | grep -E ' i
 check "View Log refreshed: two sessions left" "$(drv text --title "$V" --id "$IDC_VIEWLOG_COUNT")" 2
 check "View Log refreshed: the connection names" "$(drv list --title "$V" --id "$IDC_VIEWLOG_CONNECTION" | sort | tr '\n' '|')" \
   "All Connections|Work|home isp|"
-check "View Log: the filters stay usable" "$(app_enabled_states "$V" 124 109 611 2 1000)" \
-  "124=1 109=1 611=1 2=1 1000=1"
+check "View Log: the filters stay usable" "$(app_field_of enabled "$V" 124,109,611,2,1000)" "1 1 1 1 1"
 
 # --- Clear Entire Log answered No: nothing changes, and View Log does not refresh.
 i=$(index_of "$V" 109 "${months[$month]}")
@@ -122,15 +112,12 @@ drv click --title "$M" --id "$IDC_MANAGE_CLEAR" >/dev/null
 drv answer-box --title "ALERT !!" --button yes >/dev/null || app_abort "Clear Entire Log asks again"
 all_deleted() { [[ $(statuses) == "3 3 3 3" ]]; }
 check_true "Yes: the log is saved" app_wait_until 10 all_deleted
-check "log: all four records Deleted" "$(statuses)" "3 3 3 3"
-check "log: same length and count" "$(app_size "$APP_LOG") $(app_u32 "$APP_LOG" 0)" "$log_size $log_count"
-check "configuration: the accounts are kept" "$(account 1) | $(account 2)" "1 home isp | 1 Work"
 check "Yes: the list is empty" "$(drv list-count --title "$M" --id "$IDC_MANAGE_LIST")" 0
-check "Yes: both actions disabled" "$(app_enabled_states "$M" 114 123)" "114=0 123=0"
+check "Yes: both actions disabled" "$(app_field_of enabled "$M" 114,123)" "0 0"
 drv click --title "$M" --id "$IDC_MANAGE_CLOSE" >/dev/null
 drv wait-gone --title "$M" >/dev/null
 check "View Log: everything but Close disabled" \
-  "$(app_enabled_states "$V" 2 124 109 611 202 1000 1)" "2=0 124=0 109=0 611=0 202=0 1000=0 1=1"
+  "$(app_field_of enabled "$V" 2,124,109,611,202,1000,1)" "0 0 0 0 0 0 1"
 check "View Log: nothing listed" "$(drv list-count --title "$V" --id "$IDC_VIEWLOG_LIST")" 0
 check "View Log: count and total" "$(drv text --title "$V" --id "$IDC_VIEWLOG_COUNT")|$(drv text --title "$V" --id "$IDC_VIEWLOG_TOTAL")" "0|0.00 Hr."
 
@@ -141,7 +128,7 @@ app_open_view_log >/dev/null || app_abort "View Log opens on the empty log"
 check "empty log: four empty lines, then the notice" "$(drv list --title "$V" --id "$IDC_VIEWLOG_LIST" | tr '\n' '|')" \
   "||||                      The   Log   Is  Currently   Empty|"
 check "empty log: everything but Close disabled" \
-  "$(app_enabled_states "$V" 2 124 109 611 202 1000 1)" "2=0 124=0 109=0 611=0 202=0 1000=0 1=1"
+  "$(app_field_of enabled "$V" 2,124,109,611,202,1000,1)" "0 0 0 0 0 0 1"
 check "empty log: no count, no total" "$(drv text --title "$V" --id "$IDC_VIEWLOG_COUNT")|$(drv text --title "$V" --id "$IDC_VIEWLOG_TOTAL")" "|"
 check_true "the program still runs" app_running
 

@@ -36,10 +36,6 @@ check "on-line: second caption" "$(drv text --title "$D" --id "$IDC_MAIN_SECOND_
 check "on-line: Configure disabled" "$(drv state --title "$D" --id "$IDC_MAIN_CONFIGURE" | cut -d' ' -f1)" "enabled=0"
 check_true "on-line: the session marker 218 is on disk" \
   app_wait_until 5 app_u8_is "$APP_CONFIG" 134 218
-check "on-line: first checkpoint names the connection" "$(app_cstr "$APP_CONFIG" 6292 60)" "Home ISP"
-check "on-line: first checkpoint, nothing elapsed" "$(app_u32 "$APP_CONFIG" 6288)" 0
-check "on-line: first checkpoint is the log-on moment" \
-  "$(app_hms "$APP_CONFIG" 6248)" "$(app_hms "$APP_CONFIG" 6260)"
 
 shot=$APP_ARTIFACTS/main-dialog-online.png
 if app_screenshot "$shot"; then
@@ -70,11 +66,8 @@ check "off-line: Configure enabled again" \
 check_true "off-line: the session marker 219 is on disk" \
   app_wait_until 5 app_u8_is "$APP_CONFIG" 134 219
 r=$(app_record_offset 0)
-check "log: still 392 bytes" "$(app_size "$APP_LOG")" 392
-check "log: header" "$(app_u32 "$APP_LOG" 0) $(app_u32 "$APP_LOG" 4)" "2 384"
 check "log: record 0 in use" "$(app_u32 "$APP_LOG" "$r")" 1
 check "log: record 0 name" "$(app_cstr "$APP_LOG" $(( r + 87 )) 105)" "Home ISP"
-check "log: record 1 blank" "$(app_u32 "$APP_LOG" "$(app_record_offset 1)")" 0
 duration=$(app_i32 "$APP_LOG" $(( r + 48 )))
 waited=$(app_elapsed "$t1" "$t2")
 longest=$(( $(app_elapsed_ms "$t0" "$t3") / 1000 + 1 ))
@@ -97,17 +90,11 @@ lag=$(( (logon - start_sod + 86400) % 86400 ))
 check "log: logged on when the connection came up" \
   "$(( lag >= -1 && lag <= $(app_elapsed "$t0" "$t1") + 1 ))" 1
 
-# The previous session kept in the configuration.
-check "previous session stored" "$(app_u32 "$APP_CONFIG" 120)" 1
-check "previous session: name" "$(app_cstr "$APP_CONFIG" 6148 52)" "Home ISP"
-check "previous session: duration" "$(app_u32 "$APP_CONFIG" 6240)" "$duration"
-check "previous session: log-on as in the log" "$(app_hms "$APP_CONFIG" 6228)" "$(app_hms "$APP_LOG" $(( r + 20 )))"
-
-# The dialog's summary, refilled at its next tick.
+# The dialog's summary of the previous session kept in the configuration,
+# refilled at its next tick (its bytes are session_test's matter).
 list_has() { [[ "$(drv list-count --title "$D" --id "$IDC_MAIN_PREVIOUS_SESSION")" == "$1" ]]; }
 check_true "previous-session list filled (6 lines)" app_wait_until 5 list_has 6
 mapfile -t lines < <(drv list --title "$D" --id "$IDC_MAIN_PREVIOUS_SESSION")
-check "list line 1" "${lines[0]:-}" "----------------------  Previous Session  ----------------------"
 check "list line 2" "${lines[1]:-}" " Connection  :                   Home ISP"
 check "list line 5: the recorded duration" "${lines[4]:-}" \
   " Duration :                        $(( duration / 3600 )) Hr: $(( duration % 3600 / 60 )) Min: $(( duration % 60 )) Sec"

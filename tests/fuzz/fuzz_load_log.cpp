@@ -1,11 +1,26 @@
 // LoadLog on any bytes: it loads, keeps every record that is in the file byte for
 // byte (names ended inside their record), pads a short tail with Blank records
-// only within reason, and leaves a log that can take a new session.
+// only within reason, and leaves a log that can take a new session. Saved and
+// loaded again it is the same log; recording a session into it and saving keeps
+// every record that was there.
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 #include "fuzz_support.h"
+#include "monitor/session.h"
+#include "platform/program_paths.h"
 #include "storage/session_log.h"
+#include "storage/settings.h"
+
+namespace {
+
+void RequireSameLog(const std::vector<SessionRecord>& want, const char* what) {
+  Require(sessionLog.records.size() == want.size() && sessionLog.count == want.size(), what);
+  for (std::size_t i = 0; i < want.size(); ++i) Require(SameRecord(sessionLog.records[i], want[i]), what);
+}
+
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   FreshProgramState();
@@ -31,13 +46,33 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       Require(SameRecord(sessionLog.records[i], want), "each record is the file's");
     }
   }
+  const std::vector<SessionRecord> loaded = sessionLog.records;
 
   const bool full = HasNoFreeSlot();
-  const std::size_t before = sessionLog.records.size();
   const uint32_t slot = FindFreeSlot();
   Require(slot != kNoSlot, "a loaded log always has room for a session");
   Require(slot < sessionLog.records.size() && sessionLog.records[slot].status != InUse,
           "the free slot is a record not in use");
-  Require(sessionLog.records.size() == before + (full ? 2 : 0), "the log grows by two only when full");
+  Require(sessionLog.records.size() == loaded.size() + (full ? 2 : 0), "the log grows by two only when full");
+
+  sessionLog.records = loaded;
+  sessionLog.count = static_cast<uint32_t>(loaded.size());
+  Require(SaveLog(path.c_str()), "the log saves");
+  sessionLog = SessionLog{};
+  Require(LoadLog(path.c_str()), "the saved log loads");
+  RequireSameLog(loaded, "a saved log loads back the same");
+
+  // A session recovered at start-up, as after a crash, goes to that free record.
+  Require(RecordInterruptedSession("Fuzz ISP", 10, 0, 0, 10, 3, 0, 180, 1, 1, 7, 2002), "a session is recorded");
+  for (std::size_t i = 0; i < loaded.size(); ++i) {
+    if (i != slot) Require(SameRecord(sessionLog.records[i], loaded[i]), "recording touches no other record");
+  }
+  const SessionRecord& added = sessionLog.records.at(slot);
+  Require(added.status == InUse && added.durationSeconds == 180 && std::strcmp(added.connectionName, "Fuzz ISP") == 0,
+          "the session goes to the lowest free record");
+  const std::vector<SessionRecord> recorded = sessionLog.records;
+  sessionLog = SessionLog{};
+  Require(LoadLog(LogFilePath().c_str()), "the log with the new session loads");
+  RequireSameLog(recorded, "the saved log holds every record");
   return 0;
 }

@@ -1,10 +1,22 @@
+// Accounts: the table of connection names and plans, the usage and cost each plan
+// gives from the log, the figures the accounts page reads, and the usage cache,
+// which must always give exactly what the straightforward walk of the log gives.
+#include <cstdint>
+#include <cstdio>
 #include <cstring>
+#include <random>
 #include <string>
+#include <vector>
 
+#include "app/status_text.h"
+#include "monitor/dial_up_probe.h"
+#include "monitor/session.h"
+#include "storage/account_figures.h"
 #include "storage/accounts.h"
 #include "storage/fixed_text.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
+#include "storage/usage_cache.h"
 #include "test_support.h"
 
 namespace {
@@ -19,316 +31,352 @@ class Accounts : public ProgramStateTest {
     clock_.now = {2002, 1, 1, 7, 10, 0, 0};  // January 2002
     cardSecondsRemaining = 0.0f;
   }
-
-  // Appends one record to the in-memory log.
-  void Log(const char* name, int32_t seconds, uint32_t month = 1, uint32_t year = 2002,
-           RecordStatus status = InUse) {
+  static void Log(const char* name, int32_t seconds, uint32_t month = 1, uint32_t year = 2002,
+                  RecordStatus status = InUse) {
     SessionRecord record = UsedRecord(name, seconds, month, year);
     record.status = status;
     AppendToLog(record);
   }
-
-  AccountRecord& Configure(int k, const char* name, uint32_t kind, uint32_t hours = 0, float monthlyCharge = 0.0f,
-                           float excessPerMinute = 0.0f, float vatPercent = 0.0f) {
-    return ConfigureAccount(k, name, kind, hours, monthlyCharge, excessPerMinute, vatPercent);
-  }
-
-  // The limited-access plan of the worked example: 10 hours included, 20.0 a
-  // month, 0.05 a minute beyond, 5 % VAT.
-  void ConfigureLimited(const char* name) { Configure(0, name, LimitedAccess, 10, 20.0f, 0.05f, 5.0f); }
 };
 
-// --- Limited access -------------------------------------------------------
+struct LogRow {
+  const char* name;
+  int32_t seconds;
+  uint32_t month = 1, year = 2002;
+  RecordStatus status = InUse;
+};
+struct AccountRow {
+  const char* name;
+  uint32_t kind;
+  uint32_t hours = 0;
+  uint32_t configured = 1;
+};
+struct UsageRow {
+  const char* what;
+  std::vector<LogRow> log;
+  std::vector<AccountRow> accounts;  // entries 0, 1, ...; limited plans charge 20.0 + 0.05/min beyond, 5 % VAT
+  const char* query;
+  float result;
+  UsageSummary summary;  // kind, secondsThisMonth, totalSeconds, excessMinutes, allotted, cost
+  uint32_t clockMonth = 1;
+};
 
-TEST_F(Accounts, LimitedAccessChargesTheMinutesBeyondTheBasicUsageWithVat) {
-  ConfigureLimited("Home ISP");
-  Log("Home ISP", 400 * kMinute);
-  Log("Home ISP", 300 * kMinute);
-  UsageSummary summary;
-  const float cost = ComputeUsage("Home ISP", summary);
-  EXPECT_FLOAT_EQ(cost, 26.25f);
-  EXPECT_FLOAT_EQ(summary.cost, 26.25f);
-  EXPECT_EQ(summary.kind, LimitedAccess);
-  EXPECT_EQ(summary.excessMinutes, 100);
-  EXPECT_EQ(summary.allotted, 600);
-  EXPECT_EQ(summary.secondsThisMonth, 700 * kMinute);
-  EXPECT_EQ(summary.totalSeconds, 700 * kMinute);
+// One connection's usage: which records count, which account entry, and what each plan makes of them.
+TEST_F(Accounts, UsageTable) {
+  const UsageRow rows[] = {
+      {"limited: minutes beyond the basic usage with VAT",
+       {{"Home ISP", 400 * kMinute}, {"Home ISP", 300 * kMinute}}, {{"Home ISP", LimitedAccess, 10}}, "Home ISP",
+       26.25f, {LimitedAccess, 700 * kMinute, 700 * kMinute, 100, 600, 26.25f}},
+      {"limited: the seconds of an unfinished minute are free",
+       {{"Home ISP", 600 * kMinute + 59}}, {{"Home ISP", LimitedAccess, 10}}, "Home ISP",
+       21.0f, {LimitedAccess, 600 * kMinute + 59, 600 * kMinute + 59, 0, 600, 21.0f}},
+      {"other months count in the total only",
+       {{"Home ISP", 650 * kMinute}, {"Home ISP", 100 * kMinute, 12, 2001}, {"Home ISP", 100 * kMinute, 1, 2001}},
+       {{"Home ISP", LimitedAccess, 10}}, "Home ISP",
+       22.5f * 1.05f, {LimitedAccess, 650 * kMinute, 850 * kMinute, 50, 600, 22.5f * 1.05f}},
+      {"the month follows the clock",
+       {{"Home ISP", 700 * kMinute}}, {{"Home ISP", LimitedAccess, 10}}, "Home ISP",
+       21.0f, {LimitedAccess, 0, 700 * kMinute, 0, 600, 21.0f}, 2},
+      {"card: the seconds left", {{"Card", 4 * kHour}}, {{"Card", PrePaidCard, 10}}, "Card",
+       6.0f * kHour, {PrePaidCard, 4 * kHour, 4 * kHour, 0, 10, 0.0f}},
+      {"card: never less than zero", {{"Card", 11 * kHour}}, {{"Card", PrePaidCard, 10}}, "Card",
+       0.0f, {PrePaidCard, 11 * kHour, 11 * kHour, 0, 10, 0.0f}},
+      {"unlimited: one and no figures", {{"Flat", 900 * kMinute}}, {{"Flat", UnlimitedAccess, 5}}, "Flat",
+       1.0f, {UnlimitedAccess, 900 * kMinute, 900 * kMinute, 0, 0, 0.0f}},
+      {"kind not chosen", {{"None", 120}}, {{"None", NotChosen}}, "None", 0.0f, {NotChosen, 120, 120, 0, 0, 0.0f}},
+      {"unknown kind", {{"Odd", 240}}, {{"Odd", 9}}, "Odd", 0.0f, {9, 240, 240, 0, 0, 0.0f}},
+      {"record names match ignoring case",
+       {{"home isp", 100}, {"HOME ISP", 200}, {"Home ISP2", 400}}, {{"Home ISP", UnlimitedAccess}}, "Home ISP",
+       1.0f, {UnlimitedAccess, 300, 300, 0, 0, 0.0f}},
+      {"A and Z ignore case too", {{"zap", 60}}, {{"ZAP", UnlimitedAccess}}, "ZAP", 1.0f,
+       {UnlimitedAccess, 60, 60, 0, 0, 0.0f}},
+      {"account names do not", {{"home isp", 100}}, {{"Home ISP", UnlimitedAccess}}, "home isp", 0.0f, {}},
+      {"named but not configured", {{"Home ISP", 700 * kMinute}}, {{"Home ISP", LimitedAccess, 10, 0}}, "Home ISP",
+       0.0f, {}},
+      {"configured without records", {{"Other", 100}}, {{"Card", PrePaidCard, 10}}, "Card", 0.0f, {}},
+      {"deleted records are not counted",
+       {{"Home ISP", 100}, {"Home ISP", 5000, 1, 2002, Deleted}}, {{"Home ISP", UnlimitedAccess}}, "Home ISP",
+       1.0f, {UnlimitedAccess, 100, 100, 0, 0, 0.0f}},
+      {"only deleted records", {{"Home ISP", 5000, 1, 2002, Deleted}}, {{"Home ISP", UnlimitedAccess}}, "Home ISP",
+       0.0f, {}},
+      {"the lowest configured entry wins",
+       {{"Home ISP", kHour}},
+       {{"Home ISP", LimitedAccess, 0, 0}, {"Home ISP", PrePaidCard, 2}, {"Home ISP", UnlimitedAccess}}, "Home ISP",
+       1.0f * kHour, {PrePaidCard, kHour, kHour, 0, 2, 0.0f}},
+      {"the total is a float sum, the month an integer sum",
+       {{"Long", 16777216}, {"Long", 1}}, {{"Long", UnlimitedAccess}}, "Long",
+       1.0f, {UnlimitedAccess, 16777217, 16777216, 0, 0, 0.0f}},
+  };
+  for (const UsageRow& row : rows) {
+    SCOPED_TRACE(row.what);
+    sessionLog = SessionLog{};
+    std::memset(settings.accounts, 0, sizeof settings.accounts);
+    clock_.now.month = row.clockMonth;
+    for (const LogRow& r : row.log) Log(r.name, r.seconds, r.month, r.year, r.status);
+    for (std::size_t k = 0; k < row.accounts.size(); ++k) {
+      const AccountRow& a = row.accounts[k];
+      ConfigureAccount(static_cast<int>(k), a.name, a.kind, a.hours, 20.0f, 0.05f, 5.0f).configured = a.configured;
+    }
+    UsageSummary summary;
+    summary.totalSeconds = 77;  // the summary is rewritten whole
+    const float result = ComputeUsage(row.query, summary);
+    EXPECT_FLOAT_EQ(result, row.result);
+    EXPECT_EQ(summary.kind, row.summary.kind);
+    EXPECT_EQ(summary.secondsThisMonth, row.summary.secondsThisMonth);
+    EXPECT_EQ(summary.totalSeconds, row.summary.totalSeconds);
+    EXPECT_EQ(summary.excessMinutes, row.summary.excessMinutes);
+    EXPECT_EQ(summary.allotted, row.summary.allotted);
+    EXPECT_FLOAT_EQ(summary.cost, row.summary.cost);
+    if (summary.kind == PrePaidCard) {
+      EXPECT_FLOAT_EQ(cardSecondsRemaining, row.result);
+    }
+    // The single-figure accessors agree with the summary.
+    EXPECT_EQ(AccountKindOf(row.query), row.summary.kind);
+    EXPECT_EQ(AllottedAmount(row.query), row.summary.allotted);
+    EXPECT_EQ(SecondsThisMonth(row.query), row.summary.secondsThisMonth);
+    EXPECT_EQ(TotalSeconds(row.query), row.summary.totalSeconds);
+    if (summary.kind == PrePaidCard) {
+      EXPECT_FLOAT_EQ(CardSecondsRemaining(row.query), row.result);
+    }
+  }
 }
 
-TEST_F(Accounts, LimitedAccessIgnoresTheSecondsOfAnUnfinishedMinute) {
-  ConfigureLimited("Home ISP");
-  Log("Home ISP", 600 * kMinute + 59);
-  UsageSummary summary;
-  EXPECT_FLOAT_EQ(ComputeUsage("Home ISP", summary), 21.0f);
-  EXPECT_EQ(summary.excessMinutes, 0);
-  EXPECT_EQ(summary.allotted, 600);
-  EXPECT_EQ(summary.secondsThisMonth, 600 * kMinute + 59);
-}
-
-TEST_F(Accounts, OtherMonthsCountInTheTotalButNotInTheMonthOrTheCost) {
-  ConfigureLimited("Home ISP");
-  Log("Home ISP", 650 * kMinute);              // January 2002: this month
-  Log("Home ISP", 100 * kMinute, 12, 2001);    // the previous month
-  Log("Home ISP", 100 * kMinute, 1, 2001);     // the same month a year earlier
-  UsageSummary summary;
-  const float cost = ComputeUsage("Home ISP", summary);
-  EXPECT_EQ(summary.secondsThisMonth, 650 * kMinute);
-  EXPECT_EQ(summary.totalSeconds, 850 * kMinute);
-  EXPECT_EQ(summary.excessMinutes, 50);
-  EXPECT_FLOAT_EQ(cost, (20.0f + 50 * 0.05f) * 1.05f);
-}
-
-TEST_F(Accounts, TheMonthFollowsTheClock) {
-  ConfigureLimited("Home ISP");
-  Log("Home ISP", 700 * kMinute);  // January
-  clock_.now.month = 2;
-  UsageSummary summary;
-  EXPECT_FLOAT_EQ(ComputeUsage("Home ISP", summary), 21.0f) << "February starts with the basic charge";
-  EXPECT_EQ(summary.secondsThisMonth, 0);
-  EXPECT_EQ(summary.totalSeconds, 700 * kMinute);
-}
-
-// --- Pre-paid card and unlimited access -----------------------------------
-
-TEST_F(Accounts, CardGivesTheSecondsLeftAndNeverLessThanZero) {
-  Configure(0, "Card", PrePaidCard, 10);
-  Log("Card", 4 * kHour);
-  UsageSummary summary;
-  EXPECT_FLOAT_EQ(ComputeUsage("Card", summary), 6.0f * kHour);
-  EXPECT_FLOAT_EQ(cardSecondsRemaining, 6.0f * kHour);
-  EXPECT_EQ(summary.kind, PrePaidCard);
-  EXPECT_EQ(summary.allotted, 10);
-  EXPECT_FLOAT_EQ(summary.cost, 0.0f);
-
-  Log("Card", 7 * kHour);  // 11 hours on a card of 10
-  EXPECT_FLOAT_EQ(ComputeUsage("Card", summary), 0.0f);
-  EXPECT_FLOAT_EQ(cardSecondsRemaining, 0.0f);
-  EXPECT_EQ(summary.totalSeconds, 11 * kHour);
-}
-
-TEST_F(Accounts, UnlimitedAccessReturnsOneAndNoFigures) {
-  Configure(0, "Flat", UnlimitedAccess, 5, 9.0f, 1.0f, 10.0f);
-  Log("Flat", 900 * kMinute);
-  UsageSummary summary;
-  EXPECT_FLOAT_EQ(ComputeUsage("Flat", summary), 1.0f);
-  EXPECT_EQ(summary.kind, UnlimitedAccess);
-  EXPECT_EQ(summary.secondsThisMonth, 900 * kMinute);
-  EXPECT_EQ(summary.allotted, 0);
-  EXPECT_EQ(summary.excessMinutes, 0);
-  EXPECT_FLOAT_EQ(summary.cost, 0.0f);
-}
-
-TEST_F(Accounts, KindNotChosenOrUnknownGivesZeroButKeepsTheSeconds) {
-  Configure(0, "None", NotChosen);
-  Configure(1, "Odd", 9);
-  Log("None", 120);
-  Log("Odd", 240);
-  UsageSummary summary;
-  EXPECT_FLOAT_EQ(ComputeUsage("None", summary), 0.0f);
-  EXPECT_EQ(summary.kind, NotChosen);
-  EXPECT_EQ(summary.totalSeconds, 120);
-  EXPECT_FLOAT_EQ(ComputeUsage("Odd", summary), 0.0f);
-  EXPECT_EQ(summary.kind, 9u);
-  EXPECT_EQ(summary.secondsThisMonth, 240);
-}
-
-// --- Which records and which account count ---------------------------------
-
-TEST_F(Accounts, RecordNamesMatchIgnoringCaseButAccountNamesDoNot) {
-  Configure(0, "Home ISP", UnlimitedAccess);
-  Log("home isp", 100);
-  Log("HOME ISP", 200);
-  Log("Home ISP2", 400);
-  UsageSummary summary;
-  EXPECT_FLOAT_EQ(ComputeUsage("Home ISP", summary), 1.0f);
-  EXPECT_EQ(summary.totalSeconds, 300);
-
-  // Records of "home isp" exist, but the account is named "Home ISP".
-  EXPECT_FLOAT_EQ(ComputeUsage("home isp", summary), 0.0f);
-  EXPECT_EQ(summary.kind, NotChosen);
-  EXPECT_EQ(summary.totalSeconds, 0);
-  EXPECT_EQ(FindAccount("home isp"), kNoAccount);
-  EXPECT_EQ(AccountIndexByName("HOME ISP"), kNoAccount);
-  EXPECT_EQ(FindAccount("Home ISP"), 0);
-}
-
-TEST_F(Accounts, NamedButUnconfiguredEntryGivesZero) {
-  AddAccountName("Home ISP");
-  Log("Home ISP", 700 * kMinute);
-  UsageSummary summary;
-  summary.totalSeconds = 77;
-  EXPECT_FLOAT_EQ(ComputeUsage("Home ISP", summary), 0.0f);
-  EXPECT_EQ(summary.kind, NotChosen);
-  EXPECT_EQ(summary.totalSeconds, 0) << "the summary is all zero";
-  EXPECT_EQ(AccountIndexByName("Home ISP"), 0);
-  EXPECT_EQ(FindAccount("Home ISP"), kNoAccount);
-}
-
-TEST_F(Accounts, ConfiguredAccountWithoutRecordsGivesZero) {
-  Configure(0, "Card", PrePaidCard, 10);
-  Log("Other", 100);
-  UsageSummary summary;
-  EXPECT_FLOAT_EQ(ComputeUsage("Card", summary), 0.0f);
-  EXPECT_EQ(summary.kind, NotChosen);
-  EXPECT_EQ(summary.allotted, 0);
-}
-
-TEST_F(Accounts, DeletedRecordsAreNotCounted) {
-  Configure(0, "Home ISP", UnlimitedAccess);
-  Log("Home ISP", 100);
-  Log("Home ISP", 5000, 1, 2002, Deleted);
-  UsageSummary summary;
-  ComputeUsage("Home ISP", summary);
-  EXPECT_EQ(summary.totalSeconds, 100);
-  EXPECT_EQ(summary.secondsThisMonth, 100);
-
-  // Only deleted records: as if the connection had none.
-  sessionLog.records[0].status = Deleted;
-  EXPECT_FLOAT_EQ(ComputeUsage("Home ISP", summary), 0.0f);
-  EXPECT_EQ(summary.kind, NotChosen);
-}
-
-TEST_F(Accounts, TheLowestConfiguredEntryWins) {
-  AddAccountName("Home ISP");                                   // entry 0, not configured
-  Configure(1, "Home ISP", PrePaidCard, 2);
-  Configure(2, "Home ISP", UnlimitedAccess);
-  Log("Home ISP", kHour);
-  EXPECT_EQ(AccountIndexByName("Home ISP"), 0);
-  EXPECT_EQ(FindAccount("Home ISP"), 1);
-  UsageSummary summary;
-  EXPECT_FLOAT_EQ(ComputeUsage("Home ISP", summary), 1.0f * kHour);
-}
-
-TEST_F(Accounts, TotalIsAFloatSumAndTheMonthAnIntegerSum) {
-  Configure(0, "Long", UnlimitedAccess);
-  Log("Long", 16777216);  // 2^24: the next odd second is lost in a 32-bit float
-  Log("Long", 1);
-  UsageSummary summary;
-  ComputeUsage("Long", summary);
-  EXPECT_EQ(summary.totalSeconds, 16777216);
-  EXPECT_EQ(summary.secondsThisMonth, 16777217);
-}
-
-TEST_F(Accounts, AccessorsEachReturnOneFigure) {
-  Configure(0, "Card", PrePaidCard, 10);
-  Configure(1, "Home ISP", LimitedAccess, 10, 20.0f, 0.05f, 5.0f);
-  Log("Card", 3 * kHour, 12, 2001);
-  Log("Card", kHour);
-  Log("Home ISP", 125);
-
-  EXPECT_EQ(AccountKindOf("Card"), PrePaidCard);
-  EXPECT_EQ(AllottedAmount("Card"), 10);
-  EXPECT_EQ(SecondsThisMonth("Card"), kHour);
-  EXPECT_EQ(TotalSeconds("Card"), 4 * kHour);
-  EXPECT_FLOAT_EQ(CardSecondsRemaining("Card"), 6.0f * kHour);
-
-  EXPECT_EQ(AccountKindOf("Home ISP"), LimitedAccess);
-  EXPECT_EQ(AllottedAmount("Home ISP"), 600);
-  EXPECT_EQ(SecondsThisMonth("Home ISP"), 125);
-  EXPECT_EQ(AccountKindOf("Nobody"), NotChosen);
-}
-
-// --- The table: adding, deleting, names -----------------------------------
-
-TEST_F(Accounts, AddAccountNameFillsTheLowestFreeEntryOnce) {
-  AddAccountName("First");
-  AddAccountName("Second");
-  AddAccountName("First");
-  EXPECT_STREQ(AccountName(0), "First");
-  EXPECT_STREQ(AccountName(1), "Second");
-  EXPECT_STREQ(AccountName(2), "");
-  EXPECT_EQ(settings.accounts[0].configured, 0u);
-
-  CopyFixedText(AccountName(0), kAccountNameSize, "");  // free entry 0 again
-  AddAccountName("Third");
-  EXPECT_STREQ(AccountName(0), "Third");
-  EXPECT_EQ(AccountIndexByName("Second"), 1);
-}
-
-TEST_F(Accounts, AddAccountNameDoesNothingWhenTheTableIsFull) {
-  for (int k = 0; k < 50; ++k) AddAccountName(("Connection " + std::to_string(k)).c_str());
-  EXPECT_STREQ(AccountName(49), "Connection 49");
-  const Settings before = settings;
-  AddAccountName("One too many");
-  EXPECT_EQ(0, std::memcmp(&before, &settings, sizeof settings));
-  EXPECT_EQ(AccountIndexByName("One too many"), kNoAccount);
-}
-
-TEST_F(Accounts, EmptyNamesAreNeitherAddedNorFound) {
-  AddAccountName("");
-  AddAccountName(nullptr);
-  EXPECT_STREQ(AccountName(0), "");
-  EXPECT_EQ(AccountIndexByName(""), kNoAccount) << "a free entry is not an entry named \"\"";
-  EXPECT_FALSE(DeleteAccount(""));
-}
-
-TEST_F(Accounts, DeleteAccountFreesTheEntryButKeepsKindAndFigures) {
-  AccountRecord& account = Configure(3, "Home ISP", LimitedAccess, 10, 20.0f, 0.05f, 5.0f);
-  EXPECT_FALSE(DeleteAccount("home isp")) << "account names are compared exactly";
-  EXPECT_TRUE(DeleteAccount("Home ISP"));
-  EXPECT_STREQ(account.connectionName, "");
-  EXPECT_EQ(account.configured, 0u);
-  EXPECT_EQ(account.kind, LimitedAccess);
-  EXPECT_EQ(account.hours, 10u);
-  EXPECT_FLOAT_EQ(account.monthlyCharge, 20.0f);
-  EXPECT_FALSE(DeleteAccount("Home ISP"));
-
-  // Reused for a new name, the entry still carries the old figures, unconfigured.
-  for (int k = 0; k < 3; ++k) AddAccountName(("Taken " + std::to_string(k)).c_str());
-  AddAccountName("New ISP");
-  EXPECT_EQ(AccountIndexByName("New ISP"), 3);
-  EXPECT_EQ(account.kind, LimitedAccess);
-  EXPECT_EQ(FindAccount("New ISP"), kNoAccount);
-}
-
-TEST_F(Accounts, AccountNameGivesTheWritableFieldWithinTheTable) {
-  EXPECT_EQ(AccountName(0), settings.accounts[0].connectionName);
-  EXPECT_EQ(AccountName(49), settings.accounts[49].connectionName);
-  EXPECT_EQ(AccountName(50), nullptr);
-  EXPECT_EQ(AccountName(-1), nullptr);
-}
-
-TEST_F(Accounts, LongConnectionNamesAreCutTo31CharactersEverywhere) {
+TEST_F(Accounts, LongConnectionNamesAreCutTo31CharactersAndFoundAgain) {
   const std::string longName = "Dial-up Networking connection to the office";  // 43 characters
   const std::string stored = longName.substr(0, 31);
   AddAccountName(longName.c_str());
   EXPECT_EQ(std::string(AccountName(0)), stored);
   AddAccountName(longName.c_str());
   EXPECT_STREQ(AccountName(1), "") << "the long name finds its entry again";
-  EXPECT_EQ(AccountIndexByName(longName.c_str()), 0);
   EXPECT_EQ(AccountIndexByName(stored.c_str()), 0);
   EXPECT_EQ(AccountIndexByName(stored.substr(0, 30).c_str()), kNoAccount);
-
   settings.accounts[0].configured = 1;
   settings.accounts[0].kind = UnlimitedAccess;
   Log(longName.c_str(), 300);
   EXPECT_EQ(FindAccount(longName.c_str()), 0);
-  EXPECT_EQ(AccountKindOf(longName.c_str()), UnlimitedAccess);
   EXPECT_EQ(TotalSeconds(longName.c_str()), 300);
-
   EXPECT_TRUE(DeleteAccount(longName.c_str()));
   EXPECT_EQ(AccountIndexByName(longName.c_str()), kNoAccount);
-}
 
-TEST_F(Accounts, UnterminatedNameFieldsMatchNothing) {
-  // A damaged file: 32 name bytes without a terminator, followed by the kind.
-  AccountRecord& account = settings.accounts[0];
-  std::memset(account.connectionName, 'A', kAccountNameSize);
-  account.configured = 1;
-  account.kind = UnlimitedAccess;
-  const std::string name(40, 'A');
-  EXPECT_EQ(AccountIndexByName(name.c_str()), kNoAccount);
-  EXPECT_EQ(AccountIndexByName(name.substr(0, 31).c_str()), kNoAccount);
-  EXPECT_EQ(FindAccount(name.c_str()), kNoAccount);
+  // A damaged entry: 32 name bytes without a terminator match nothing and are not free.
+  std::memset(settings.accounts[0].connectionName, 'A', kAccountNameSize);
+  settings.accounts[0].configured = 1;
+  EXPECT_EQ(AccountIndexByName(std::string(40, 'A').c_str()), kNoAccount);
+  EXPECT_EQ(FindAccount(std::string(31, 'A').c_str()), kNoAccount);
   AddAccountName("Next");
-  EXPECT_EQ(AccountIndexByName("Next"), 1) << "a damaged entry is not free";
+  EXPECT_EQ(AccountIndexByName("Next"), 1);
+  const std::string longer(120, 'x');  // a record keeps 104 characters, an account 31
+  ConfigureAccount(2, longer.c_str(), UnlimitedAccess);
+  Log(longer.c_str(), 50);
+  EXPECT_EQ(TotalSeconds(longer.c_str()), 50);
 }
 
-TEST_F(Accounts, LongRecordNamesMatchTheNameTheyWereCutFrom) {
-  const std::string name(120, 'x');
-  Configure(0, name.c_str(), UnlimitedAccess);
-  Log(name.c_str(), 50);  // stored as its first 104 characters
-  EXPECT_EQ(TotalSeconds(name.c_str()), 50);
+TEST(AccountFigures, ReadAsTheDialogReadsThem) {
+  const struct {
+    const char* text;
+    float value;
+  } figures[] = {{"12.50", 12.5f}, {"100.75", 100.0f}, {"12345", 1234.0f}, {"0.125", 0.12f}, {"3", 3.0f},
+                 {".5", 0.5f},     {"  2.5", 2.0f},    {"1.5x", 1.5f},      {"-1.5", -1.5f},  {"1e3", 1000.0f},
+                 {"", 0.0f},       {nullptr, 0.0f},    {"abc", 0.0f},       {".", 0.0f},      {"-", 0.0f},
+                 {"nan", 0.0f},    {"inf", 0.0f},      {"9e99", 0.0f}};
+  for (const auto& row : figures) EXPECT_FLOAT_EQ(ReadFigure(row.text), row.value) << (row.text ? row.text : "null");
+  const struct {
+    const char* text;
+    uint32_t value;
+  } wholes[] = {{"05", 5}, {"40", 40},        {"  40 ", 40}, {"0", 0},     {"4294967295", 4294967295u}, {"4294967296", 0},
+                {"", 0},           {nullptr, 0},  {"ten", 0},   {"12.5", 0},                 {"-3", 0},
+                {"3 4", 0}};
+  for (const auto& row : wholes) EXPECT_EQ(ReadWholeNumber(row.text), row.value) << (row.text ? row.text : "null");
+}
+
+AccountRecord Entry(uint32_t kind) {
+  AccountRecord entry{};
+  std::strcpy(entry.connectionName, "Home ISP");
+  entry.kind = kind;
+  entry.hours = 40;
+  entry.monthlyCharge = 12.5f;
+  entry.excessPerMinute = 0.05f;
+  entry.vatPercent = 17.5f;
+  return entry;
+}
+
+TEST(AccountFigures, PageViewPerPlan) {
+  const struct {
+    uint32_t kind, radio;
+    bool card, limited;  // controls enabled and filled
+  } rows[] = {{PrePaidCard, PrePaidCard, true, false},
+              {LimitedAccess, LimitedAccess, false, true},
+              {UnlimitedAccess, UnlimitedAccess, false, false}};
+  for (const auto& row : rows) {
+    const AccountEntryView view = ViewAccountEntry(Entry(row.kind));
+    EXPECT_TRUE(view.known);
+    EXPECT_EQ(view.radio, row.radio);
+    EXPECT_EQ(view.cardControlsEnabled, row.card);
+    EXPECT_EQ(view.fillCard, row.card);
+    EXPECT_EQ(view.limitedControlsEnabled, row.limited);
+    EXPECT_EQ(view.fillLimited, row.limited);
+  }
+  const AccountEntryView none = ViewAccountEntry(Entry(NotChosen));
+  EXPECT_EQ(none.radio, LimitedAccess);
+  EXPECT_TRUE(none.limitedControlsEnabled) << "a new entry offers the limited plan, empty";
+  EXPECT_FALSE(none.fillLimited);
+  EXPECT_FALSE(ViewAccountEntry(Entry(9)).known);
+  EXPECT_FALSE(SaveAccountInput(nullptr, AccountPageInput{})) << "no connection chosen: nothing saved";
+  EXPECT_STREQ(ViewAccountEntry(Entry(PrePaidCard)).cardHours, "40");
+  const AccountEntryView limited = ViewAccountEntry(Entry(LimitedAccess));
+  EXPECT_STREQ(limited.basicHours, "40");
+  EXPECT_STREQ(limited.monthlyCharge, "12.50");
+  EXPECT_STREQ(limited.excessPerMinute, "0.05");
+  EXPECT_STREQ(limited.vatPercent, "17.5");
+}
+
+// --- The usage cache against the straightforward walk -----------------------
+
+uint32_t Bits(float value) {
+  uint32_t bits;
+  std::memcpy(&bits, &value, sizeof bits);
+  return bits;
+}
+
+class UsageCache : public ProgramStateTest {
+ protected:
+  void SetUp() override {
+    ProgramStateTest::SetUp();
+    clock_.now = {2002, 3, 1, 12, 9, 0, 0};  // Tuesday 12 March 2002
+    AppendToLog(UsedRecord("Card ISP", 4 * 3600, 3, 2002));
+    AppendToLog(UsedRecord("card isp", 1800, 2, 2002));
+    AppendToLog(UsedRecord("Month ISP", 700 * 60, 3, 2002));
+    AppendToLog(UsedRecord("Month ISP", 5 * 3600, 1, 2002));
+    AppendToLog(UsedRecord("Flat ISP", 99, 3, 2002));
+    AppendToLog(SessionRecord{});
+    ConfigureAccount(0, "Card ISP", PrePaidCard, 10);
+    ConfigureAccount(1, "Month ISP", LimitedAccess, 10, 20.0f, 0.05f, 5.0f);
+    ConfigureAccount(2, "Flat ISP", UnlimitedAccess);
+  }
+
+  // Every figure and the result, through the cache or afresh, with the floats' bits.
+  static std::string Figures(const char* name, bool cached) {
+    UsageSummary u;
+    cardSecondsRemaining = -1.0f;
+    const float result = cached ? CachedComputeUsage(name, u) : ComputeUsage(name, u);
+    const bool card = u.kind == PrePaidCard;
+    const float remaining = card ? (cached ? CachedCardSecondsRemaining(name) : CardSecondsRemaining(name)) : 0.0f;
+    char text[200];
+    std::snprintf(text, sizeof text, "%x %u %d %d %d %d %x %x | %u %d %d %d %x", Bits(result), u.kind,
+                  u.secondsThisMonth, u.totalSeconds, u.excessMinutes, u.allotted, Bits(u.cost),
+                  card ? Bits(cardSecondsRemaining) : 0u, cached ? CachedAccountKindOf(name) : AccountKindOf(name),
+                  cached ? CachedAllottedAmount(name) : AllottedAmount(name),
+                  cached ? CachedSecondsThisMonth(name) : SecondsThisMonth(name),
+                  cached ? CachedTotalSeconds(name) : TotalSeconds(name), Bits(remaining));
+    return text;
+  }
+  void ExpectSameAsFresh(const char* name) {
+    EXPECT_EQ(Figures(name, true), Figures(name, false)) << "connection " << (name ? name : "(null)");
+  }
+
+  void ExpectAllSameAsFresh() {
+    for (const char* name : {"Card ISP", "CARD ISP", "Month ISP", "Flat ISP", "Nobody", ""}) ExpectSameAsFresh(name);
+  }
+
+  // Warms the cache, applies the change, and checks that the figure the change
+  // touches really moved (so the check cannot pass on a stale cache by luck).
+  template <typename Change>
+  void ExpectChangeSeen(const char* name, Change change) {
+    const int32_t before = CachedTotalSeconds(name) + CachedSecondsThisMonth(name);
+    change();
+    EXPECT_NE(CachedTotalSeconds(name) + CachedSecondsThisMonth(name), before) << "the change is seen";
+    ExpectAllSameAsFresh();
+  }
+};
+
+TEST_F(UsageCache, RepeatedQueriesWalkTheLogOncePerConnection) {
+  ExpectAllSameAsFresh();
+  const uint64_t walks = UsageCacheLogWalks();
+  // The status text of a whole on-line minute at twelve rebuilds a second.
+  ras_.Connect("Card ISP");
+  TickConnected = DialUpProbe().IsConnected();
+  SessionStartSeconds = clock_.tickMs / 1000;
+  for (int i = 0; i < 720; ++i) RefreshStatusText();
+  EXPECT_EQ(UsageCacheLogWalks(), walks);
+  EXPECT_NE(std::strstr(statusText, "5.50 Hrs."), nullptr) << statusText;
+
+  // Account changes need no invalidation: the log's sums stay valid.
+  settings.accounts[0].hours = 2;  // the card: 4.5 h logged of 2
+  EXPECT_EQ(CachedCardSecondsRemaining("Card ISP"), 0.0f);
+  settings.accounts[1].kind = PrePaidCard;
+  settings.accounts[2].configured = 0;
+  EXPECT_EQ(CachedAccountKindOf("Flat ISP"), static_cast<uint32_t>(NotChosen));
+  ExpectAllSameAsFresh();
+  EXPECT_TRUE(DeleteAccount("Card ISP"));
+  ConfigureAccount(5, "CARD ISP", UnlimitedAccess);
+  ExpectAllSameAsFresh();
+  EXPECT_EQ(UsageCacheLogWalks(), walks);
+
+  // A new month restarts the month figures, also the same month a year on.
+  clock_.now = {2002, 4, 1, 1, 0, 0, 1};
+  EXPECT_EQ(CachedSecondsThisMonth("Month ISP"), 0);
+  ExpectAllSameAsFresh();
+  clock_.now = {2003, 3, 6, 12, 9, 0, 0};
+  EXPECT_EQ(CachedSecondsThisMonth("Month ISP"), 0);
+  ExpectAllSameAsFresh();
+}
+
+TEST_F(UsageCache, EveryLogOperationIsSeen) {
+  ExpectChangeSeen("Card ISP", [] { SetRecordDuration(0, 60); });
+  ExpectChangeSeen("Card ISP", [] { SetRecordDate(0, 0, 2, 3, 2002); });  // leaves the month
+  ExpectChangeSeen("Card ISP", [] { SetRecordName(1, "Elsewhere"); });
+  ExpectChangeSeen("Card ISP", [] { SetRecordStatus(1, Deleted); SetRecordName(1, "Card ISP"); SetRecordStatus(1, InUse); });
+  ExpectChangeSeen("Month ISP", [] { EXPECT_TRUE(MarkConnectionDeleted("Month ISP")); });
+  ExpectChangeSeen("Flat ISP", [] { ClearLog(); });
+  ExpectChangeSeen("Flat ISP", [] {
+    const uint32_t slot = FindFreeSlot();
+    SetRecordStatus(slot, InUse);
+    SetRecordDuration(slot, 1000);
+    SetRecordDate(slot, 2, 3, 12, 2002);
+    SetRecordName(slot, "Flat ISP");
+  });
+  ExpectChangeSeen("Flat ISP", [] { AppendBlankRecords(); SetRecordStatus(sessionLog.count - 1, InUse);
+                                    SetRecordName(sessionLog.count - 1, "Flat ISP");
+                                    SetRecordDuration(sessionLog.count - 1, 7); });
+  ASSERT_TRUE(SaveLog(Path("saved.ovb").c_str()));
+  ExpectChangeSeen("Flat ISP", [this] { EXPECT_TRUE(CreateEmptyLog(Path("empty.ovb").c_str())); });
+  ExpectChangeSeen("Flat ISP", [this] { EXPECT_TRUE(LoadLog(Path("saved.ovb").c_str())); });
+  ExpectChangeSeen("Card ISP", [] {
+    std::memset(LegacyLogTable, 0, sizeof LegacyLogTable);
+    LegacyLogTable[3] = UsedRecord("Card ISP", 36000, 3, 2002);
+    ConvertLegacyLog();
+  });
+}
+
+// Any sequence of the shared log and account operations keeps the cache exact.
+TEST_F(UsageCache, RandomOperationsNeverLeaveItStale) {
+  std::mt19937 random(20021203);
+  const char* const names[] = {"Card ISP", "card isp", "Month ISP", "Flat ISP", "New ISP"};
+  auto pick = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+  for (int step = 0; step < 400; ++step) {
+    const char* name = names[pick(5)];
+    const uint32_t index = static_cast<uint32_t>(pick(static_cast<int>(sessionLog.count) + 1));
+    switch (pick(9)) {
+      case 0: {
+        const uint32_t slot = FindFreeSlot();
+        SetRecordStatus(slot, InUse);
+        SetRecordDuration(slot, pick(20000));
+        SetRecordDate(slot, 0, 1 + static_cast<uint32_t>(pick(4)), 1, 2002);
+        SetRecordName(slot, name);
+        break;
+      }
+      case 1: SetRecordDuration(index, pick(5000)); break;
+      case 2: SetRecordName(index, name); break;
+      case 3: MarkConnectionDeleted(name); break;
+      case 4: if (pick(10) == 0) ClearLog(); break;
+      case 5: clock_.now.month = 1 + static_cast<uint32_t>(pick(4)); break;
+      case 6: settings.accounts[pick(4)].kind = static_cast<uint32_t>(pick(4)); break;
+      case 7: settings.accounts[pick(4)].hours = static_cast<uint32_t>(pick(12)); break;
+      default: ConfigureAccount(pick(6), name, static_cast<uint32_t>(pick(4)), 3, 9.5f, 0.1f, 17.5f); break;
+    }
+    ExpectSameAsFresh(names[pick(5)]);
+    if (HasFailure()) FAIL() << "after step " << step;
+  }
 }
 
 }  // namespace

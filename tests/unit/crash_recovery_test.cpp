@@ -73,7 +73,6 @@ const char* const kSessions[] = {"ISP A", "ISP B", "ISP C", "ISP D", "ISP E"};
 struct SessionWrites {
   std::vector<std::pair<std::size_t, uint32_t>> openSaves;  // (index, checkpoint elapsed)
   std::size_t logSave = SIZE_MAX;       // the log with its record
-  std::size_t markerCleared = SIZE_MAX; // the first settings save with 219 after it
   int32_t recordedDuration = 0;
 
   // The elapsed seconds of the last checkpoint on disk when `writes` writes got there.
@@ -178,14 +177,7 @@ class CrashRecovery : public ProgramStateTest {
       if (note.settingsFile && note.marker == kSessionOpen) {
         day[note.checkpointName].openSaves.push_back({i, note.elapsed});
       } else if (!note.settingsFile) {
-        SessionWrites& session = day[note.previousName];
-        session.logSave = i;
-        // A recovery saves the settings once with the marker still 218, then again.
-        for (std::size_t j = i + 1; j < notes.size() && session.markerCleared == SIZE_MAX; ++j) {
-          if (notes[j].step == SaveStep::Commit && notes[j].settingsFile && notes[j].marker == kNoSessionOpen) {
-            session.markerCleared = j;
-          }
-        }
+        day[note.previousName].logSave = i;
       }
     }
     steps_ = notes;
@@ -272,20 +264,6 @@ class CrashRecovery : public ProgramStateTest {
   std::size_t writeCount_ = 0;
   DialUpProbe probe_;
 };
-
-TEST_F(CrashRecovery, UncutDayRecordsEverySessionOnce) {
-  const auto day = MapUncutDay();
-  Start();
-  for (const char* name : kSessions) EXPECT_EQ(RecordsOf(name).size(), 1u) << name;
-  EXPECT_EQ(InUseCount(), 5);
-  EXPECT_EQ(RecordsOf("ISP A").at(0)->durationSeconds, 400);
-  EXPECT_EQ(RecordsOf("ISP C").at(0)->durationSeconds, 360) << "from its second checkpoint";
-  EXPECT_EQ(RecordsOf("ISP E").at(0)->day, 8u) << "dated by its end, the day after its checkpoint's";
-  EXPECT_EQ(day.at("ISP A").markerCleared, day.at("ISP A").logSave + 4) << "the next save, four steps on";
-  EXPECT_EQ(day.at("ISP C").markerCleared, day.at("ISP C").logSave + 8)
-      << "a recovery saves the settings, still marked open, before clearing the marker";
-  EXPECT_EQ(writeCount_, 4u * 26u) << "26 saves of four steps each, the first run's two included";
-}
 
 TEST_F(CrashRecovery, KilledAtEveryStepOrTornAtAnyByteEverySessionOnce) {
   const auto day = MapUncutDay();

@@ -1,3 +1,6 @@
+// The start-up decision: first run, normal start, upgrade from an older release,
+// missing or damaged files, an unreadable configuration; and, on Windows, the
+// system's side of the installation.
 #include <algorithm>
 #include <cctype>
 #include <cstring>
@@ -14,35 +17,25 @@
 
 #ifdef _WIN32
 #include <windows.h>
-#include <objbase.h>
-#include <shlobj.h>
 
 #include "storage/win32/installation.h"
 #endif
 
 namespace {
 
-std::vector<std::string> events;
+using Texts = std::vector<std::string>;
+Texts events;
 std::string currentDirectory;
-void* welcomeOwner = nullptr;
-void* alertOwner = nullptr;
-bool configExistedAtWelcome = false;
 
 class Startup : public ProgramStateTest {
  protected:
   void SetUp() override {
     ProgramStateTest::SetUp();
     events.clear();
-    welcomeOwner = alertOwner = nullptr;
     currentDirectory = ProgramFolder();
     startupHooks = StartupHooks{};
-    startupHooks.showWelcome = [](void* owner) {
-      welcomeOwner = owner;
-      configExistedAtWelcome = std::filesystem::exists(SettingsPath());
-      events.push_back("welcome");
-    };
-    startupHooks.showAlert = [](void* owner, const char* text, const char* caption) {
-      alertOwner = owner;
+    startupHooks.showWelcome = [](void*) { events.push_back("welcome"); };
+    startupHooks.showAlert = [](void*, const char* text, const char* caption) {
       events.push_back(std::string("alert: ") + text + " | " + caption);
     };
     startupHooks.createProgramFolder = [] { events.push_back("create folder"); };
@@ -62,8 +55,6 @@ class Startup : public ProgramStateTest {
     ProgramStateTest::TearDown();
   }
 
-  // A configuration as a release with the given marker left it; memory is then
-  // cleared again, as in a new process.
   // A configuration that has recorded a session unless told otherwise.
   void WriteConfiguration(const char* marker, uint32_t runAtStartup = 1, uint32_t previousSessionValid = 1) {
     const Settings inMemory = settings;
@@ -92,31 +83,22 @@ class Startup : public ProgramStateTest {
     WriteBytes(LogFilePath(), bytes);
   }
 
-  // A legacy table of 2000 records with the given slots InUse.
+  // A legacy table of 2000 records with the given slots InUse and slot 3 Deleted.
   void WriteLegacyLog(const std::vector<std::size_t>& slots) {
-    std::vector<uint8_t> bytes(kLegacyLogSlots * sizeof(SessionRecord), 0);
-    for (std::size_t slot : slots) {
-      uint8_t* record = &bytes[slot * sizeof(SessionRecord)];
-      record[0] = InUse;
-      const std::string name = "Slot " + std::to_string(slot);
-      std::memcpy(record + offsetof(SessionRecord, connectionName), name.c_str(), name.size() + 1);
-    }
-    // A Deleted slot between them is dropped by the conversion.
-    bytes[3 * sizeof(SessionRecord)] = Deleted;
+    std::vector<SessionRecord> table(kLegacyLogSlots);
+    for (std::size_t slot : slots) table[slot] = UsedRecord(("Slot " + std::to_string(slot)).c_str(), 60);
+    table[3].status = Deleted;
+    std::vector<uint8_t> bytes(table.size() * sizeof(SessionRecord));
+    std::memcpy(bytes.data(), table.data(), bytes.size());
     WriteBytes(LegacyLogPath(), bytes);
   }
 
-  std::vector<std::string> LoadedNames() const {
-    std::vector<std::string> names;
+  static Texts LoadedNames() {
+    Texts names;
     for (const SessionRecord& record : sessionLog.records) {
       names.push_back(record.status == InUse ? std::string(record.connectionName) : std::string("<blank>"));
     }
     return names;
-  }
-
-  bool SettingsAreAllZero() const {
-    const auto* bytes = reinterpret_cast<const uint8_t*>(&settings);
-    return std::all_of(bytes, bytes + sizeof settings, [](uint8_t b) { return b == 0; });
   }
 
   std::string MarkerOnDisk() const {
@@ -124,110 +106,100 @@ class Startup : public ProgramStateTest {
     return std::string(reinterpret_cast<const char*>(bytes.data()));
   }
 
-  std::string AlertEvent() const { return std::string("alert: ") + kLogMissingText + " | " + kLogMissingCaption; }
-
   int owner_ = 0;  // stands for the main window
 };
 
-using Events = std::vector<std::string>;
+const std::string kAlert = "alert: Your log file is missing, another one will be created | Orvalen Alert !!";
+const Texts kReinstall = {"copy files", "shortcuts", "autostart on"};
+const Texts kSlots = {"Slot 0", "Slot 5", "Slot 1999", "<blank>", "<blank>"};
+enum Folder { FromProgramFolder, FromProgramFolderInCapitals, FromElsewhere, FromNowhere };
 
-// --- First run -------------------------------------------------------------
+struct StartRow {
+  const char* what;
+  const char* marker;  // nullptr: no configuration
+  uint32_t runAtStartup;
+  const Texts* log;    // nullptr: no current log
+  std::vector<std::size_t> legacySlots;
+  Folder folder;
+  const Texts* events;  // nullptr: not checked beyond "no missing-log message"
+  Texts loaded;
+  const char* markerOnDisk;
+  std::size_t logSize;  // 0: the log as it was written
+};
 
-TEST_F(Startup, FirstRunWelcomesCreatesTheDefaultsAndInstalls) {
-  currentDirectory = "/media/cdrom";
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(events, (Events{"welcome", "mark first run", "create folder", "copy files", "shortcuts", "autostart on",
-                            "shortcuts", "autostart on"}));
-  EXPECT_EQ(welcomeOwner, &owner_);
-  EXPECT_FALSE(configExistedAtWelcome) << "the Welcome dialog comes before the configuration";
+TEST_F(Startup, DecisionTable) {
+  const Texts none, home = {"Home ISP"}, two = {"Home ISP", "Office"}, quiet, alert = {kAlert};
+  const Texts firstRun = {"welcome", "mark first run", "create folder", "copy files", "shortcuts", "autostart on",
+                          "shortcuts", "autostart on"};
+  const StartRow rows[] = {
+      {"first run", nullptr, 1, nullptr, {}, FromElsewhere, &firstRun, {"<blank>", "<blank>"}, "orvalen_v015", 392},
+      {"first run beside a current log", nullptr, 1, &two, {0}, FromProgramFolder, nullptr,
+       {"Home ISP", "Office", "<blank>"}, "orvalen_v015", 0},
+      {"first run converts a legacy log silently", nullptr, 1, nullptr, {0, 5, 1999}, FromProgramFolder, nullptr,
+       kSlots, "orvalen_v015", 8 + 5 * 192},
+      {"normal start from the program folder in capitals", "orvalen_v015", 1, &home, {}, FromProgramFolderInCapitals,
+       &quiet, {"Home ISP", "<blank>"}, "orvalen_v015", 0},
+      {"normal start from elsewhere reinstalls, autostart off or not", "orvalen_v015", 0, &none, {}, FromElsewhere,
+       &kReinstall, {"<blank>"}, "orvalen_v015", 0},
+      {"no current directory counts as elsewhere", "orvalen_v015", 1, &none, {}, FromNowhere, &kReinstall,
+       {"<blank>"}, "orvalen_v015", 0},
+      {"missing log: one message and a fresh log", "orvalen_v015", 1, nullptr, {}, FromProgramFolder, &alert,
+       {"<blank>", "<blank>"}, "orvalen_v015", 392},
+      {"marker in another letter case is current", "ORVALEN_V015", 1, &home, {0, 1}, FromProgramFolder, &quiet,
+       {"Home ISP", "<blank>"}, "ORVALEN_V015", 0},
+      {"upgrade converts the legacy log", "orvalen_v012", 1, nullptr, {0, 5, 1999}, FromElsewhere, &kReinstall,
+       kSlots, "orvalen_v015", 8 + 5 * 192},
+      {"upgrade without a legacy log: the message, no reinstall", "orvalen_v012", 1, nullptr, {}, FromElsewhere,
+       &alert, {"<blank>", "<blank>"}, "orvalen_v015", 392},
+      {"damaged marker beside a current log keeps the log", "\x01garbage", 1, &home, {0}, FromProgramFolder, &quiet,
+       {"Home ISP", "<blank>"}, "orvalen_v015", 0},
+  };
+  for (const StartRow& row : rows) {
+    SCOPED_TRACE(row.what);
+    std::filesystem::remove(SettingsPath());
+    std::filesystem::remove(LogFilePath());
+    std::filesystem::remove(LegacyLogPath());
+    events.clear();
+    startupHooks.currentDirectory = [] { return currentDirectory; };
+    if (row.marker != nullptr) {
+      WriteConfiguration(row.marker, row.runAtStartup);
+      // A short file proves the block is written back: it comes out full length.
+      std::vector<uint8_t> config = ReadBytes(SettingsPath());
+      config.resize(200);
+      WriteBytes(SettingsPath(), config);
+    }
+    if (row.log != nullptr) WriteCurrentLog(*row.log);
+    const std::vector<uint8_t> logBefore = ReadBytes(LogFilePath());
+    if (!row.legacySlots.empty()) WriteLegacyLog(row.legacySlots);
+    currentDirectory = ProgramFolder();
+    if (row.folder == FromProgramFolderInCapitals) {
+      std::transform(currentDirectory.begin(), currentDirectory.end(), currentDirectory.begin(),
+                     [](unsigned char c) { return std::toupper(c); });
+    }
+    if (row.folder == FromElsewhere) currentDirectory = "/media/cdrom";
+    if (row.folder == FromNowhere) startupHooks.currentDirectory = nullptr;
 
-  const std::vector<uint8_t> config = ReadBytes(SettingsPath());
-  ASSERT_EQ(config.size(), 6352u);
-  EXPECT_EQ(MarkerOnDisk(), "orvalen_v015");
-  EXPECT_EQ(U32At(config, 60), 1u) << "runAtStartup";
-  EXPECT_EQ(config.at(134), 219);
-
-  EXPECT_EQ(ReadBytes(LogFilePath()).size(), 392u) << "a fresh log, without a message";
-  EXPECT_EQ(sessionLog.count, 2u);
-}
-
-TEST_F(Startup, FirstRunLoadsACurrentLogThatIsAlreadyThere) {
-  WriteCurrentLog({"Home ISP", "Office"});
-  WriteLegacyLog({0});
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(LoadedNames(), (Events{"Home ISP", "Office", "<blank>"}));
-  EXPECT_EQ(std::count(events.begin(), events.end(), AlertEvent()), 0);
-}
-
-TEST_F(Startup, FirstRunConvertsALegacyLogSilently) {
-  WriteLegacyLog({0, 5, 1999});
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(LoadedNames(), (Events{"Slot 0", "Slot 5", "Slot 1999", "<blank>", "<blank>"}));
-  EXPECT_EQ(ReadBytes(LogFilePath()).size(), 8u + 5u * 192u);
-  EXPECT_EQ(std::count(events.begin(), events.end(), AlertEvent()), 0);
-}
-
-TEST_F(Startup, FirstRunWithoutAWritableConfigurationStillMakesShortcutsAndAutostart) {
-  SetWindowsDirectory(Path("no-such-windows-folder"));
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(events, (Events{"welcome", "shortcuts", "autostart on"}));
-  EXPECT_EQ(ReadBytes(LogFilePath()).size(), 392u);
-}
-
-TEST_F(Startup, FirstRunKeepsAnInstallRoutineThatIsAlreadySet) {
-  installHooks.installProgram = [] { events.push_back("own install"); };
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(events, (Events{"welcome", "mark first run", "own install", "shortcuts", "autostart on"}));
-}
-
-// --- Normal start ----------------------------------------------------------
-
-TEST_F(Startup, NormalStartFromTheProgramFolderInstallsNothingInAnyLetterCase) {
-  WriteConfiguration("orvalen_v015");
-  WriteCurrentLog({"Home ISP"});
-  // A short file proves the block is written back: it comes out full length.
-  std::vector<uint8_t> config = ReadBytes(SettingsPath());
-  config.resize(200);
-  WriteBytes(SettingsPath(), config);
-
-  std::string folder = ProgramFolder();
-  std::transform(folder.begin(), folder.end(), folder.begin(), [](unsigned char c) { return std::toupper(c); });
-  ASSERT_NE(folder, ProgramFolder());
-  currentDirectory = folder;
-
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(events, Events{});
-  EXPECT_STREQ(settings.currencyName, "DM");
-  EXPECT_EQ(LoadedNames(), (Events{"Home ISP", "<blank>"}));
-  EXPECT_EQ(ReadBytes(SettingsPath()).size(), 6352u);
-}
-
-TEST_F(Startup, NormalStartFromElsewhereReinstallsEvenWithAutostartSwitchedOff) {
-  WriteConfiguration("orvalen_v015", 0);
-  WriteCurrentLog({});
-  currentDirectory = "/media/cdrom";
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(events, (Events{"copy files", "shortcuts", "autostart on"}));
-  EXPECT_EQ(settings.runAtStartup, 0u);
-  EXPECT_EQ(U32At(ReadBytes(SettingsPath()), 60), 0u);
-}
-
-TEST_F(Startup, AnEmptyCurrentDirectoryCountsAsElsewhere) {
-  WriteConfiguration("orvalen_v015");
-  WriteCurrentLog({});
-  startupHooks.currentDirectory = nullptr;
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(events, (Events{"copy files", "shortcuts", "autostart on"}));
-}
-
-TEST_F(Startup, MissingLogShowsOneMessageAndCreatesAFreshLog) {
-  WriteConfiguration("orvalen_v015");
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(events, (Events{AlertEvent()}));
-  EXPECT_EQ(events[0], "alert: Your log file is missing, another one will be created | Orvalen Alert !!");
-  EXPECT_EQ(alertOwner, &owner_);
-  EXPECT_EQ(ReadBytes(LogFilePath()).size(), 392u);
-  EXPECT_EQ(sessionLog.count, 2u);
+    EXPECT_TRUE(InitialiseStorage(&owner_));
+    if (row.events != nullptr) {
+      EXPECT_EQ(events, *row.events);
+    } else {
+      EXPECT_EQ(std::count(events.begin(), events.end(), kAlert), 0);
+    }
+    EXPECT_EQ(LoadedNames(), row.loaded);
+    EXPECT_EQ(MarkerOnDisk(), row.markerOnDisk);
+    const std::vector<uint8_t> config = ReadBytes(SettingsPath());
+    ASSERT_EQ(config.size(), 6352u);
+    EXPECT_EQ(U32At(config, 60), row.runAtStartup) << "run at startup is kept";
+    EXPECT_EQ(config.at(134), 219);
+    if (row.marker != nullptr) {
+      EXPECT_STREQ(settings.currencyName, "DM") << "the rest of the configuration is kept";
+    }
+    if (row.logSize != 0) {
+      EXPECT_EQ(ReadBytes(LogFilePath()).size(), row.logSize);
+    } else {
+      EXPECT_EQ(ReadBytes(LogFilePath()), logBefore) << "the log is not rewritten";
+    }
+  }
 }
 
 TEST_F(Startup, AFirstRunCutShortIsFinishedWithoutTheMissingLogMessage) {
@@ -241,53 +213,8 @@ TEST_F(Startup, AFirstRunCutShortIsFinishedWithoutTheMissingLogMessage) {
   std::filesystem::remove(LogFilePath());
   WriteConfiguration("orvalen_v015", 1, 0);
   EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(events, Events{});
+  EXPECT_EQ(events, Texts{});
   EXPECT_EQ(ReadBytes(LogFilePath()).size(), 392u);
-}
-
-TEST_F(Startup, MarkerInAnotherLetterCaseIsCurrent) {
-  WriteConfiguration("ORVALEN_V015");
-  WriteCurrentLog({"Home ISP"});
-  WriteLegacyLog({0, 1});
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(LoadedNames(), (Events{"Home ISP", "<blank>"})) << "no conversion";
-  EXPECT_EQ(MarkerOnDisk(), "ORVALEN_V015");
-}
-
-// --- Upgrade from an older release ----------------------------------------
-
-TEST_F(Startup, UpgradeConvertsTheLegacyLogAndUpdatesTheMarker) {
-  WriteConfiguration("orvalen_v012");
-  WriteLegacyLog({0, 5, 1999});
-  currentDirectory = "/media/cdrom";
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(events, (Events{"copy files", "shortcuts", "autostart on"})) << "no message";
-  EXPECT_EQ(LoadedNames(), (Events{"Slot 0", "Slot 5", "Slot 1999", "<blank>", "<blank>"}));
-  EXPECT_EQ(ReadBytes(LogFilePath()).size(), 8u + 5u * 192u);
-  EXPECT_EQ(MarkerOnDisk(), "orvalen_v015");
-  EXPECT_STREQ(settings.currencyName, "DM") << "the rest of the configuration is kept";
-}
-
-TEST_F(Startup, UpgradeWithoutALegacyLogShowsTheMessageAndSkipsTheReinstall) {
-  WriteConfiguration("orvalen_v012");
-  currentDirectory = "/media/cdrom";
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(events, (Events{AlertEvent()}));
-  EXPECT_EQ(ReadBytes(LogFilePath()).size(), 392u);
-  EXPECT_EQ(sessionLog.count, 2u);
-  EXPECT_EQ(MarkerOnDisk(), "orvalen_v015");
-}
-
-TEST_F(Startup, DamagedMarkerBesideACurrentLogKeepsTheLog) {
-  WriteCurrentLog({"Home ISP"});
-  const std::vector<uint8_t> log = ReadBytes(LogFilePath());
-  WriteConfiguration("\x01garbage");
-  WriteLegacyLog({0});
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(events, Events{}) << "no missing-log message, no conversion";
-  EXPECT_EQ(ReadBytes(LogFilePath()), log);
-  EXPECT_EQ(LoadedNames(), (Events{"Home ISP", "<blank>"}));
-  EXPECT_EQ(MarkerOnDisk(), "orvalen_v015");
 }
 
 // --- Files that cannot be read, saves that fail ------------------------------
@@ -366,125 +293,28 @@ TEST_F(Startup, AFailedSaveIsToldOnceUntilASaveSucceedsAndTheDataStay) {
 #ifdef _WIN32
 // --- The system's side (Windows only) --------------------------------------
 
-class Installation : public ProgramStateTest {
- protected:
-  void SetUp() override {
-    ProgramStateTest::SetUp();
-    GetCurrentDirectoryA(sizeof savedDirectory_, savedDirectory_);
-    // The test must not lose a value that was there before it.
-    HKEY key = nullptr;
-    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, kAutoStartKey, 0, KEY_READ, &key) == ERROR_SUCCESS) {
-      savedSize_ = sizeof savedValue_;
-      hadValue_ = RegQueryValueExA(key, kAutoStartValueName, nullptr, &savedType_, savedValue_, &savedSize_) ==
-                  ERROR_SUCCESS;
-      RegCloseKey(key);
-    }
-  }
-
-  void TearDown() override {
-    SetCurrentDirectoryA(savedDirectory_);
-    HKEY key = nullptr;
-    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, kAutoStartKey, 0, KEY_ALL_ACCESS, &key) == ERROR_SUCCESS) {
-      if (hadValue_) {
-        RegSetValueExA(key, kAutoStartValueName, 0, savedType_, savedValue_, savedSize_);
-      } else {
-        RegDeleteValueA(key, kAutoStartValueName);
-      }
-      RegCloseKey(key);
-    }
-    ProgramStateTest::TearDown();
-  }
-
-  // The autostart value's type and bytes; false when there is none.
-  bool ReadAutoStart(DWORD* type, std::vector<uint8_t>* data) {
+// The autostart value as the registry holds it (the copies and shortcuts of a
+// first run are checked end to end).
+TEST(Installation, AutoStartValueIsTheProgramPathIn101Bytes) {
+  const auto read = [](std::vector<uint8_t>* data) {
     HKEY key = nullptr;
     if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, kAutoStartKey, 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
     BYTE buffer[512] = {};
-    DWORD size = sizeof buffer;
-    const bool found = RegQueryValueExA(key, kAutoStartValueName, nullptr, type, buffer, &size) == ERROR_SUCCESS;
+    DWORD size = sizeof buffer, type = 0;
+    const bool found = RegQueryValueExA(key, kAutoStartValueName, nullptr, &type, buffer, &size) == ERROR_SUCCESS;
     RegCloseKey(key);
-    if (found) data->assign(buffer, buffer + size);
-    return found;
-  }
-
-  char savedDirectory_[MAX_PATH + 1] = {};
-  bool hadValue_ = false;
-  DWORD savedType_ = 0;
-  BYTE savedValue_[512] = {};
-  DWORD savedSize_ = 0;
-};
-
-TEST_F(Installation, AutoStartValueIsTheProgramPathIn101Bytes) {
+    data->assign(buffer, buffer + size);
+    return found && type == REG_SZ;
+  };
   ASSERT_TRUE(SetAutoStart(true));
-  DWORD type = 0;
-  std::vector<uint8_t> data;
-  ASSERT_TRUE(ReadAutoStart(&type, &data));
-  EXPECT_EQ(type, static_cast<DWORD>(REG_SZ));
-  ASSERT_EQ(data.size(), 101u);
-  std::vector<uint8_t> expected(101, 0);
+  std::vector<uint8_t> data, expected(101, 0);
+  ASSERT_TRUE(read(&data));
   const char path[] = "C:\\Program Files\\Orvalen\\Orvalen.exe";
   std::memcpy(expected.data(), path, sizeof path);
   EXPECT_EQ(data, expected);
-
   EXPECT_TRUE(SetAutoStart(false));
-  EXPECT_FALSE(ReadAutoStart(&type, &data));
+  EXPECT_FALSE(read(&data));
   EXPECT_TRUE(SetAutoStart(false)) << "a missing value is not an error";
 }
-
-TEST_F(Installation, InstallFilesCopiesTheFourFilesFromTheCurrentDirectory) {
-  const std::string medium = Path("medium");
-  const std::string installed = Path("installed");
-  std::filesystem::create_directory(medium);
-  for (const char* name : {"Orvalen.exe", "ReadMe.txt", "OrvalenManual.doc", "Alarm.wav"}) {
-    WriteBytes(JoinPath(medium, name), std::vector<uint8_t>(name, name + std::strlen(name)));
-  }
-  SetProgramFolder(installed);
-  ASSERT_TRUE(CreateProgramFolder());
-  EXPECT_TRUE(CreateProgramFolder()) << "an existing folder is not an error";
-  WriteBytes(JoinPath(installed, "ReadMe.txt"), {'o', 'l', 'd'});
-  std::filesystem::remove(JoinPath(medium, "Alarm.wav"));
-  ASSERT_TRUE(SetCurrentDirectoryA(medium.c_str()));
-
-  InstallFiles();
-  for (const char* name : {"Orvalen.exe", "ReadMe.txt", "OrvalenManual.doc"}) {
-    EXPECT_EQ(ReadBytes(JoinPath(installed, name)), std::vector<uint8_t>(name, name + std::strlen(name))) << name;
-  }
-  EXPECT_FALSE(Exists(JoinPath(installed, "Alarm.wav"))) << "a missing source is skipped";
-  EXPECT_FALSE(PlatformStartupHooks().currentDirectory().empty());
-}
-
-TEST_F(Installation, CreateShortcutWritesALinkWithTargetAndDescription) {
-  const std::string linkFile = Path("ReadMe.lnk");
-  const long result = CreateShortcut("c:\\Program Files\\Orvalen\\ReadMe.txt", linkFile.c_str(), "ReadMe");
-  ASSERT_TRUE(SUCCEEDED(result)) << std::hex << result;
-  ASSERT_TRUE(Exists(linkFile));
-
-  // Read it back through the shell's own link object.
-  ASSERT_TRUE(SUCCEEDED(CoInitialize(nullptr)));
-  IShellLinkA* link = nullptr;
-  ASSERT_TRUE(SUCCEEDED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkA,
-                                         reinterpret_cast<void**>(&link))));
-  IPersistFile* file = nullptr;
-  ASSERT_TRUE(SUCCEEDED(link->QueryInterface(IID_IPersistFile, reinterpret_cast<void**>(&file))));
-  WCHAR widePath[MAX_PATH + 1] = {};
-  MultiByteToWideChar(CP_ACP, 0, linkFile.c_str(), -1, widePath, MAX_PATH);
-  EXPECT_TRUE(SUCCEEDED(file->Load(widePath, STGM_READ)));
-  char description[MAX_PATH] = {};
-  link->GetDescription(description, sizeof description);
-  EXPECT_STREQ(description, "ReadMe");
-  char target[MAX_PATH] = {};
-  link->GetPath(target, sizeof target, nullptr, 0);
-  EXPECT_EQ(lstrcmpiA(target, "c:\\Program Files\\Orvalen\\ReadMe.txt"), 0) << target;
-  file->Release();
-  link->Release();
-  CoUninitialize();
-}
-
-TEST_F(Installation, CreateShortcutReportsAFolderThatIsNotThere) {
-  const long result =
-      CreateShortcut("c:\\Program Files\\Orvalen\\Orvalen.exe", Path("missing\\Orvalen.lnk").c_str(), "Orvalen");
-  EXPECT_TRUE(FAILED(result));
-}
 #endif
-
 }  // namespace

@@ -1,0 +1,79 @@
+// The plain logic of the program's windows: the main status dialog's texts and
+// what the settings pages store.
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "app/sheet_settings.h"
+#include "app/status_text.h"
+#include "monitor/dial_up_probe.h"
+#include "monitor/session.h"
+#include "storage/session_log.h"
+#include "storage/settings.h"
+#include "test_support.h"
+
+namespace {
+
+class StatusText : public ProgramStateTest {};
+
+TEST_F(StatusText, PreviousSessionSummaryLines) {
+  std::strcpy(settings.previousSession.connectionName, "Card ISP");
+  settings.previousSession.dayOfWeek = 1;
+  settings.previousSession.month = 1;
+  settings.previousSession.day = 7;
+  settings.previousSession.year = 2002;
+  settings.previousSession.logOn = {14, 5, 9};
+  settings.previousSession.logOff = {16, 5, 10};
+  settings.previousSession.durationSeconds = 7201;
+  AppendToLog(UsedRecord("card isp", 3600));
+  ConfigureAccount(0, "Card ISP", PrePaidCard, 10);
+  const std::vector<std::string> expected = {
+      "----------------------  Previous Session  ----------------------",
+      " Connection  :                   Card ISP",
+      " Date :                              Mon.  Jan.  7, 2002",
+      " ON:  2 : 05 : 09  PM       OFF:  4 : 05 : 10  PM",
+      " Duration :                        2 Hr: 0 Min: 1 Sec",
+      " Card :                    1.00 Hrs.   of  10 Hrs. used",
+  };
+  EXPECT_EQ(PreviousSessionLines(), expected);
+
+  // Without an account the last line is empty; a damaged name stays inside its field.
+  std::memset(settings.previousSession.connectionName, 'N', kPreviousNameSize);
+  const std::vector<std::string> lines = PreviousSessionLines();
+  ASSERT_EQ(lines.size(), 6u);
+  EXPECT_EQ(lines[1], " Connection  :                   " + std::string(kPreviousNameSize, 'N'));
+  EXPECT_EQ(lines[5], "");
+}
+
+TEST_F(StatusText, SettingsPagesStoreWhatIsChecked) {
+  ApplyDefaultSettings();
+  const uint8_t alarmHoursBefore = static_cast<uint8_t>(settings.alarmRepeatHours);
+  for (const bool on : {true, false}) {
+    GeneralPageInput input;
+    input.currency = on ? "Zimbabwe dollars of 2008, very many" : nullptr;
+    input.use24HourClock = on;
+    input.showMainWindowAtStart = on;
+    input.runAtStartup = !on;
+    StoreGeneralPage(input);
+    EXPECT_STREQ(settings.currencyName, on ? "Zimbabwe dolla" : "") << "cut to fourteen characters";
+    EXPECT_EQ(static_cast<uint8_t>(settings.alarmRepeatHours), alarmHoursBefore) << "the byte after the field";
+    EXPECT_EQ(settings.use24HourClock, on ? 1 : 0);
+    EXPECT_EQ(settings.showMainWindowAtStart, on ? 1u : 0u);
+    EXPECT_EQ(settings.runAtStartup, on ? 0u : 1u);
+  }
+  // The log page: show-all only for filter 1; neither radio keeps the filter.
+  const struct {
+    bool showAll, previous, colours;
+    uint8_t filter;
+  } rows[] = {{false, true, true, 2}, {false, false, false, 2}, {true, false, false, 1}};
+  for (const auto& row : rows) {
+    StoreLogPage(row.showAll, row.previous, row.colours);
+    EXPECT_EQ(settings.logInitialFilter, row.filter);
+    EXPECT_EQ(settings.logSystemColours, row.colours ? 1u : 0u);
+    EXPECT_EQ(LogPageShowsAllConnections(), row.filter == 1);
+  }
+  settings.logInitialFilter = 0;  // never saved through the page
+  EXPECT_FALSE(LogPageShowsAllConnections());
+}
+
+}  // namespace

@@ -1,0 +1,427 @@
+// The log views: which records a filter lists, the lines and the text report made
+// of them, the account summaries beside the list, and what Manage Log changes.
+// A damaged log is shown as it is (a weekday or month out of range leaves its text
+// out) and keeps every record when a session is saved into it.
+#include <cstring>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "logview/log_view_lines.h"
+#include "logview/manage_log_summary.h"
+#include "logview/text_report.h"
+#include "monitor/dial_up_probe.h"
+#include "monitor/session.h"
+#include "storage/accounts.h"
+#include "storage/fixed_text.h"
+#include "platform/program_paths.h"
+#include "storage/session_log.h"
+#include "storage/settings.h"
+#include "test_support.h"
+
+namespace {
+
+const std::string kRule72(72, '*');
+const std::string kRule47(47, '*');
+using Indices = std::vector<uint32_t>;
+using Texts = std::vector<std::string>;
+
+class LogView : public ProgramStateTest {
+ protected:
+  void SetUp() override {
+    ProgramStateTest::SetUp();
+    PendingReport.clear();
+    FinishedReport.clear();
+    LastFilter = FilterTexts{};
+    reportHooks = ReportHooks{};
+    ManageLogResult = kLogUnchanged;
+  }
+  void TearDown() override {
+    reportHooks = ReportHooks{};
+    ProgramStateTest::TearDown();
+  }
+
+  static uint32_t Add(const char* name, uint32_t month, uint32_t year, int32_t duration = 60, uint8_t status = InUse) {
+    SessionRecord record = UsedRecord(name, duration, month, year);
+    record.status = status;
+    return AppendToLog(record);
+  }
+
+  static SessionRecord Session(const char* name, uint32_t dayOfWeek, uint32_t day, uint32_t onHour, uint32_t onMinute,
+                               uint32_t offHour, uint32_t offMinute, int32_t duration) {
+    SessionRecord record = UsedRecord(name, duration, 11, 2002);
+    record.dayOfWeek = dayOfWeek;
+    record.day = day;
+    record.logOnHour = onHour;
+    record.logOnMinute = onMinute;
+    record.logOffHour = offHour;
+    record.logOffMinute = offMinute;
+    return record;
+  }
+
+  // Indices of the records that the three box texts list, in record order.
+  static Indices Listed(const char* connection, const char* month, const char* yearText) {
+    char year[kFilterYearSize] = {};
+    CopyFixedText(year, yearText);
+    const LogFilter filter = MakeLogFilter(connection, month, year);
+    Indices indices;
+    for (uint32_t i = 0; i < sessionLog.count; ++i) {
+      if (RecordMatches(filter, sessionLog.records[i])) indices.push_back(i);
+    }
+    return indices;
+  }
+
+  static LogListing FillAll() {
+    char year[kFilterYearSize] = "ALL ";
+    LogListing listing;
+    BuildLogListing("All Connections", "ALL", year, listing);
+    return listing;
+  }
+
+  std::string FileText(const std::string& path) const {
+    const std::vector<uint8_t> bytes = ReadBytes(path);
+    return std::string(bytes.begin(), bytes.end());
+  }
+
+  std::vector<uint32_t> SavedStatuses() const {
+    const std::vector<uint8_t> bytes = ReadBytes(LogFilePath());
+    std::vector<uint32_t> statuses;
+    for (std::size_t at = 8; at + sizeof(SessionRecord) <= bytes.size(); at += sizeof(SessionRecord)) {
+      statuses.push_back(bytes[at]);
+    }
+    return statuses;
+  }
+
+  static Texts launches;
+};
+
+Texts LogView::launches;
+
+TEST_F(LogView, MonthsAndYearsOfTheBoxes) {
+  const char* const months[] = {"JAN", "FEB", "MAR", "APR", "MAY", "JUN", "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"};
+  for (uint32_t m = 1; m <= 12; ++m) {
+    EXPECT_STREQ(MonthAbbreviation(m), months[m - 1]);
+    EXPECT_EQ(MonthNumber(months[m - 1]), m);
+  }
+  for (uint32_t m : {0u, 13u, 0xFFFFFFFFu}) EXPECT_STREQ(MonthAbbreviation(m), "ERROR");
+  EXPECT_EQ(MonthNumber("jan"), 1u);
+  EXPECT_EQ(MonthNumber("dEc"), 12u);
+  for (const char* text : {"ALL", "JANUARY", "JA", "", static_cast<const char*>(nullptr)}) EXPECT_EQ(MonthNumber(text), 255u);
+
+  const Texts fixed(std::begin(kYearChoices), std::end(kYearChoices));
+  EXPECT_EQ(YearChoices(2002), fixed);
+  EXPECT_EQ(YearChoices(2011), fixed);
+  EXPECT_EQ(YearChoices(0), fixed);
+  const Texts later = YearChoices(2026);
+  ASSERT_EQ(later.size(), kYearChoiceCount + 15);
+  EXPECT_EQ(later[kYearChoiceCount - 1], "2011");
+  EXPECT_EQ(later[kYearChoiceCount], "2012");
+  EXPECT_EQ(later.back(), "2026");
+  EXPECT_EQ(YearChoices(4000000000u).back(), "9999") << "a clock gone wild stops at four digits";
+}
+
+// Which records each combination of the three boxes lists.
+TEST_F(LogView, FilterTable) {
+  Add("Home ISP", 3, 2002);               // 0
+  Add("home isp", 3, 2002);               // 1
+  Add("Work", 3, 2002);                   // 2
+  Add("Home ISP", 4, 2002);               // 3
+  Add("HOME ISP", 3, 2003);               // 4
+  Add("Home ISP", 3, 2002, 60, Deleted);  // 5
+  Add("", 0, 0, 0, Blank);                // 6
+  Add("Home ISP", 4, 2003);               // 7
+  const struct {
+    const char *connection, *month, *year;
+    Indices listed;
+  } rows[] = {
+      {"All Connections", "ALL", "ALL ", {0, 1, 2, 3, 4, 7}},
+      {"all connections", "all", "aLL ", {0, 1, 2, 3, 4, 7}},
+      {"All Connections", "ALL", "ALL", {}},  // "ALL" without its blank reads as year 0
+      {"All Connections", "MAR", "ALL ", {0, 1, 2, 4}},
+      {"All Connections", "apr", "ALL ", {3, 7}},
+      {"hOME iSP", "ALL", "ALL ", {0, 1, 3, 4, 7}},
+      {"work", "ALL", "ALL ", {2}},
+      {"All Connections", "ALL", "2002", {0, 1, 2, 3}},
+      {"All Connections", "ALL", "2003", {4, 7}},
+      {"home isp", "MAR", "ALL ", {0, 1, 4}},
+      {"All Connections", "MAR", "2002", {0, 1, 2}},
+      {"HOME isp", "ALL", "2003", {4, 7}},
+      // All three specific: the exact name.
+      {"Home ISP", "MAR", "2002", {0}},
+      {"home isp", "MAR", "2002", {1}},
+      {"HOME ISP", "mar", "2003", {4}},
+      {"Home ISP", "MAR", "2003", {}},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(Listed(row.connection, row.month, row.year), row.listed)
+        << row.connection << " | " << row.month << " | " << row.year;
+  }
+  char year[kFilterYearSize] = "";
+  const LogFilter filter = MakeLogFilter("All Connections", "MAR", year);
+  EXPECT_STREQ(year, "2002") << "an empty year text receives the current year";
+  EXPECT_FALSE(filter.allYears);
+  EXPECT_EQ(filter.year, 2002u);
+
+  // The listing of a filter: its lines, count and total.
+  char year2002[kFilterYearSize] = "2002";
+  LogListing listing;
+  EXPECT_TRUE(BuildLogListing("home isp", "ALL", year2002, listing));
+  EXPECT_EQ(listing.count, 3);
+  EXPECT_EQ(listing.totalSeconds, 180.0f);
+  ASSERT_EQ(listing.lines.size(), 18u);
+  EXPECT_EQ(listing.lines.LineText(7), " Connection Used :  home isp");
+  EXPECT_EQ(listing.lines.LineText(17), kRule72);
+  EXPECT_FALSE(listing.clearTexts);
+  EXPECT_TRUE(PendingReport.empty());
+  EXPECT_FALSE(FinishedReport.empty());
+  // Only a fully specific filter that matches nothing empties the texts.
+  char year2005[kFilterYearSize] = "2005";
+  EXPECT_FALSE(BuildLogListing("All Connections", "MAR", year2005, listing));
+  EXPECT_FALSE(listing.clearTexts);
+  EXPECT_EQ(listing.lines.size(), 0u);
+  char year2003[kFilterYearSize] = "2003";
+  EXPECT_FALSE(BuildLogListing("Home ISP", "MAR", year2003, listing));
+  EXPECT_TRUE(listing.clearTexts);
+  EXPECT_EQ(listing.count, 0);
+  char year2002b[kFilterYearSize] = "2002";
+  EXPECT_TRUE(BuildLogListing("Home ISP", "MAR", year2002b, listing)) << "only the first record matches";
+  EXPECT_EQ(listing.count, 1);
+
+  RememberFilter("Home ISP", "MARCH OF THE YEAR", "2002");
+  EXPECT_STREQ(LastFilter.month, "MARCH OF ") << "cut to its field";
+}
+
+TEST_F(LogView, ListLinesAndTheReportOfTwoSessions) {
+  AppendToLog(Session("Home ISP", 2, 19, 20, 5, 21, 15, 4227));
+  AppendToLog(Session("Work", 3, 20, 8, 0, 9, 0, 3600));
+  const LogListing listing = FillAll();
+  EXPECT_EQ(listing.lines.LineText(0), " Date                     : Tue.  Nov.  19, 2002");
+  EXPECT_EQ(listing.lines.LineText(1), " Connection Used :  Home ISP");
+  EXPECT_EQ(listing.lines.LineText(2), " Log Off Time        : 9 : 15 : 00  PM");
+  EXPECT_EQ(listing.lines.LineText(3), " Log On Time        : 8 : 05 : 00  PM");
+  EXPECT_EQ(listing.lines.LineText(4), " Duration               : 1 Hr : 10 Min : 27 sec");
+  EXPECT_EQ(listing.lines.LineText(5), kRule72);
+  const std::string expected =
+      "Orvalen-generated log\r\nGenerated on : 1 / 7 / 2002\r\n2 connection(s) displayed\r\n"
+      "2.17 hour(s) is total time used up by displayed connections\r\n\r\nDetails follow:-\r\n"
+      "==================================================\r\n"
+      " Date\t\t\tTue.  Nov.  19, 2002\r\n Connection Used\tHome ISP\r\n Log Off Time\t\t9 : 15 : 00  PM\r\n"
+      " Log On Time\t\t8 : 05 : 00  PM\r\n Duration\t\t1 Hr : 10 Min : 27 sec\r\n" + kRule47 + "\r\n" +
+      " Date\t\t\tWed.  Nov.  20, 2002\r\n Connection Used\tWork\r\n Log Off Time\t\t9 : 00 : 00  AM\r\n"
+      " Log On Time\t\t8 : 00 : 00  AM\r\n Duration\t\t1 Hr : 0 Min : 0 sec\r\n" + kRule47 + "\r\n\r\n";
+  EXPECT_EQ(FinishedReport, expected);
+  EXPECT_TRUE(PendingReport.empty());
+
+  // Written over an older, longer report, twice, with the date of the filling.
+  const std::string path = Path("Log File.txt");
+  WriteBytes(path, std::vector<uint8_t>(5000, 'O'));
+  clock_.now.day = 9;
+  clock_.now.month = 12;
+  GenerateTextReport();
+  GenerateTextReport();
+  EXPECT_EQ(FileText(path), expected);
+  FillAll();
+  EXPECT_NE(FinishedReport.find("Generated on : 12 / 9 / 2002\r\n"), std::string::npos);
+
+  settings.use24HourClock = 1;
+  EXPECT_EQ(FillAll().lines.LineText(2), " Log Off Time        : 21 : 15 : 00   ");
+}
+
+TEST_F(LogView, ReportPiecesAndFiles) {
+  EXPECT_EQ(FillAll().lines.size(), 0u);
+  EXPECT_EQ(FinishedReport,
+            "Orvalen-generated log\r\nGenerated on : 1 / 7 / 2002\r\n0 connection(s) displayed\r\n"
+            "0.00 hour(s) is total time used up by displayed connections\r\n\r\nDetails follow:-\r\n"
+            "==================================================\r\n\r\n");
+  FinishedReport.clear();
+  EXPECT_EQ(AppendReportLine("one", false), "one\r\n");
+  EXPECT_EQ(AppendReportLine("two", false), "one\r\ntwo\r\n");
+  EXPECT_TRUE(FinishedReport.empty());
+  PrependReportHeader(5, 7200.0f);
+  EXPECT_NE(PendingReport.find("5 connection(s) displayed\r\n2.00 hour(s)"), std::string::npos);
+  const std::string& finished = AppendReportLine("", true);
+  EXPECT_EQ(&finished, &FinishedReport);
+  EXPECT_TRUE(PendingReport.empty());
+  EXPECT_EQ(FinishedReport.substr(FinishedReport.size() - 12), "one\r\ntwo\r\n\r\n");
+
+  const std::string note = Path("note.txt");
+  ASSERT_TRUE(WriteTextFile("0123456789", note.c_str()));
+  ASSERT_TRUE(WriteTextFile("abc", note.c_str()));
+  EXPECT_EQ(FileText(note), "abc3456789") << "the file is not truncated";
+  EXPECT_FALSE(WriteTextFile("x", Path("missing-folder/x.txt").c_str()));
+
+  // No list yet: an empty file. The editor starts with its fixed command line, even when the write fails.
+  FinishedReport.clear();
+  WriteBytes(Path("Log File.txt"), {'o', 'l', 'd'});
+  launches.clear();
+  reportHooks.launchEditor = [](const char* application, const char* commandLine) {
+    launches.push_back(application);
+    launches.push_back(commandLine);
+  };
+  const std::string reportPath = JoinPath(folder_, "Log File.txt");
+  GenerateTextReport();
+  EXPECT_EQ(ReadBytes(reportPath).size(), 0u);
+  EXPECT_EQ(launches, (Texts{JoinPath(folder_, "NOTEPAD.EXE"), "notepad.exe  " + reportPath}));
+  SetProgramFolder(JoinPath(folder_, "no-such-folder"));
+  GenerateTextReport();
+  EXPECT_EQ(launches.size(), 4u);
+
+  // The installed folder gives the report path with its capitals.
+  for (const char* folder : {"c:\\program files\\Orvalen", "C:\\PROGRAM FILES\\ORVALEN"}) {
+    SetProgramFolder(folder);
+    EXPECT_EQ(ReportFilePath(), std::string("c:\\Program Files\\Orvalen") + kPathSeparator + "Log File.txt");
+  }
+  SetProgramFolder("c:\\program files\\Orvalex");  // as long, but another folder
+  EXPECT_EQ(ReportFilePath(), std::string("c:\\program files\\Orvalex") + kPathSeparator + "Log File.txt");
+  SetProgramFolder(folder_);
+}
+
+TEST_F(LogView, TotalsCountsAndSummaries) {
+  const struct {
+    float seconds;
+    const char* text;
+  } totals[] = {{3600.0f, "1.00 Hr."}, {3601.0f, "1.00 Hrs."}, {0.0f, "0.00 Hr."}, {5400.0f, "1.50 Hrs."}};
+  for (const auto& row : totals) EXPECT_EQ(TotalHoursText(row.seconds), row.text);
+  EXPECT_EQ(CountText(12), "12");
+
+  Add("Card", 1, 2002, 5400);
+  Add("card", 12, 2001, 1800);
+  Add("Limited", 1, 2002, 3900);
+  Add("Limited", 11, 2001, 2700);
+  Add("Flat", 1, 2002, 60);
+  Add("Nobody", 1, 2002, 60);
+  Add("Unset", 1, 2002, 60);
+  ConfigureAccount(0, "Card", PrePaidCard, 10);
+  ConfigureAccount(1, "Limited", LimitedAccess, 1, 10.0f, 0.5f, 10.0f);
+  ConfigureAccount(2, "Flat", UnlimitedAccess);
+  ConfigureAccount(3, "Unset", LimitedAccess).configured = 0;
+  CopyFixedText(settings.currencyName, "EUR");
+  const struct {
+    const char* connection;
+    const char* viewLog;
+    const char* manageLog;
+  } rows[] = {
+      {"Card", "Prepaid Card\nAllotted Time : 10 Hrs.",
+       "Pre-paid Internet Card\nTotal Time : 2.00 Hrs.\nRemaining : 8.00 Hrs."},
+      {"Limited", "Limited Access Account\nThis Month   : 65 Mins.\nCurrent Cost : 13.75 EUR",
+       "Limited Access\nThis Month: 1.08 Hrs\nLogged Total :1.83 Hrs"},
+      {"Flat", "Unlimited Access", "Unlimited Access"},
+      {"Nobody", "Account Details for this\n Connection is not yet available", ""},
+      {"Unset", "Account Details for this\n Connection is not yet available", ""},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(AccountSummaryText(row.connection), row.viewLog);
+    EXPECT_EQ(ManageLogSummaryText(row.connection), row.manageLog);
+  }
+  // A currency field left without its terminator is cut at its width.
+  std::memset(settings.currencyName, 'C', kCurrencyNameSize);
+  EXPECT_EQ(AccountSummaryText("Limited"),
+            "Limited Access Account\nThis Month   : 65 Mins.\nCurrent Cost : 13.75 " + std::string(15, 'C'));
+  settings.accounts[0].hours = 1;
+  EXPECT_EQ(ManageLogSummaryText("Card"), "Pre-paid Internet Card\nTotal Time : 2.00 Hrs.\nRemaining : 0.00 Hrs.");
+}
+
+TEST_F(LogView, ConnectionNamesAndTheInitialFilter) {
+  Add("Work", 1, 2002);
+  Add("Home ISP", 1, 2002);
+  Add("home isp", 1, 2002);  // letter case counts here
+  Add("Gone", 1, 2002, 60, Deleted);
+  Add("Work", 1, 2002);
+  Add("All Connections", 1, 2002);  // compared from slot 1 on, so listed again
+  EXPECT_EQ(ConnectionNames(""), (Texts{"Work", "Home ISP", "home isp", "All Connections"}));
+  EXPECT_EQ(ConnectionNames("All Connections"), (Texts{"All Connections", "Work", "Home ISP", "home isp", "All Connections"}));
+  sessionLog = SessionLog{};
+  Add("", 0, 0, 0, Blank);
+  EXPECT_EQ(ConnectionNames("All Connections"), Texts{"All Connections"});
+  for (int i = 0; i < 60; ++i) Add(("ISP " + std::to_string(i)).c_str(), 1, 2002);
+  EXPECT_EQ(ConnectionNames("").size(), 50u);
+  EXPECT_EQ(ConnectionNames("").back(), "ISP 49");
+  EXPECT_EQ(ConnectionNames("All Connections").back(), "ISP 48");
+
+  CopyFixedText(settings.previousSession.connectionName, "Previous ISP");
+  CopyFixedText(CurrentConnectionName, "Active ISP");
+  OnLineFlag = 1;
+  settings.logInitialFilter = 1;
+  EXPECT_EQ(InitialConnectionFilter(true), "All Connections");
+  settings.logInitialFilter = 2;
+  EXPECT_EQ(InitialConnectionFilter(true), "Active ISP");
+  EXPECT_EQ(InitialConnectionFilter(false), "Previous ISP");
+  OnLineFlag = 0;
+  EXPECT_EQ(InitialConnectionFilter(true), "Previous ISP");
+  CopyFixedText(CurrentConnectionName, "");
+}
+
+TEST_F(LogView, ManageLogDeletesByExactNameOrClearsAndSavesBothFiles) {
+  Add("Home ISP", 1, 2002);
+  Add("home isp", 1, 2002);
+  Add("Work", 1, 2002, 60, Blank);
+  Add("Home ISP", 1, 2002);
+  ConfigureAccount(0, "Home ISP", PrePaidCard, 10);
+  ConfigureAccount(1, "home isp", UnlimitedAccess);
+  EXPECT_EQ(DeleteConnectionEntries("Home ISP"), kRecordsDeleted);
+  EXPECT_EQ(ManageLogResult, kRecordsDeleted);
+  EXPECT_EQ(SavedStatuses(), (std::vector<uint32_t>{Deleted, InUse, Blank, Deleted}));
+  EXPECT_EQ(settings.accounts[0].configured, 0u);
+  EXPECT_STREQ(settings.accounts[0].connectionName, "");
+  const std::vector<uint8_t> saved = ReadBytes(SettingsPath());
+  ASSERT_EQ(saved.size(), sizeof(Settings));
+  EXPECT_EQ(saved[offsetof(Settings, accounts) + 4], 0u) << "the name is gone on disk";
+  EXPECT_EQ(U32At(saved, offsetof(Settings, accounts) + sizeof(AccountRecord)), 1u);
+  EXPECT_EQ(DeleteConnectionEntries("Home ISP"), kLogUnchanged) << "nothing of that name is left";
+  EXPECT_EQ(ManageLogResult, kLogUnchanged);
+
+  EXPECT_EQ(ClearEntireLog(), kLogCleared);
+  EXPECT_EQ(ManageLogResult, kLogCleared);
+  EXPECT_EQ(SavedStatuses(), (std::vector<uint32_t>{Deleted, Deleted, Deleted, Deleted}));
+  EXPECT_STREQ(settings.accounts[1].connectionName, "home isp") << "the accounts are kept";
+}
+
+SessionRecord Impossible() {
+  SessionRecord record = UsedRecord("Home ISP", -65);
+  record.dayOfWeek = 9;
+  record.month = 13;
+  record.day = 99;
+  record.year = 0;
+  record.logOnHour = 25;
+  record.logOnMinute = 61;
+  record.logOnSecond = 75;
+  record.logOffHour = 99;
+  record.logOffMinute = 0;
+  record.logOffSecond = 5;
+  return record;
+}
+
+TEST_F(LogView, DamagedRecordsAreShownAsTheyAre) {
+  AppendToLog(Impossible());
+  SessionRecord noMonth = Impossible();
+  noMonth.dayOfWeek = 6;
+  noMonth.month = 0;
+  noMonth.durationSeconds = INT32_MIN;
+  AppendToLog(noMonth);
+  const uint32_t c = Add("", 2, 2002);
+  std::memset(sessionLog.records[c].connectionName, 'z', kRecordNameSize);  // no terminator
+  sessionLog.records[c].status = 7;  // neither Blank nor Deleted: shown
+  LogListing listing = FillAll();
+  ASSERT_EQ(listing.lines.size(), 18u);
+  EXPECT_EQ(listing.lines.LineText(0), " Date                     :   99, 0") << "no weekday, no month";
+  EXPECT_EQ(listing.lines.LineText(2), " Log Off Time        : 87 : 00 : 05  PM");
+  EXPECT_EQ(listing.lines.LineText(3), " Log On Time        : 13 : 61 : 75  PM");
+  EXPECT_EQ(listing.lines.LineText(4), " Duration               : 0 Hr : -1 Min : -5 sec");
+  EXPECT_EQ(listing.lines.LineText(6), " Date                     : Sat.    99, 0") << "weekday without month";
+  EXPECT_EQ(listing.lines.LineText(10), " Duration               : -596523 Hr : -14 Min : -8 sec");
+  EXPECT_EQ(listing.lines.LineText(13), " Connection Used :  " + std::string(kRecordNameSize, 'z'));
+  EXPECT_NE(FinishedReport.find(" Date\t\t\t  99, 0\r\n Connection Used\tHome ISP\r\n"
+                                " Log Off Time\t\t87 : 00 : 05  PM\r\n Log On Time\t\t13 : 61 : 75  PM\r\n"
+                                " Duration\t\t0 Hr : -1 Min : -5 sec\r\n"),
+            std::string::npos)
+      << FinishedReport;
+  EXPECT_EQ(Listed("ZZZ", "ALL", "ALL "), Indices{});
+  // Only InUse records give names; a 105-byte name is cut to the box's field.
+  sessionLog.records[c].status = InUse;
+  EXPECT_EQ(ConnectionNames("").back(), std::string(kFilterConnectionSize - 1, 'z'));
+  // A count beyond the records read is never followed.
+  sessionLog.count = 1000;
+  EXPECT_EQ(FillAll().count, 3);
+}
+
+}  // namespace

@@ -1,0 +1,250 @@
+// The two files on disk: the configuration block and the session log, with the
+// fixed-width text fields both are made of.
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "storage/fixed_text.h"
+#include "platform/program_paths.h"
+#include "storage/session_log.h"
+#include "storage/settings.h"
+#include "test_support.h"
+
+namespace {
+
+class SettingsFile : public ProgramStateTest {};
+
+std::vector<int> calls;
+
+TEST_F(SettingsFile, FirstRunWritesTheDefaultBytesAfterMarkingAndInstalling) {
+  calls.clear();
+  installHooks.markFirstRun = [] { calls.push_back(1); };
+  installHooks.installProgram = [] {
+    calls.push_back(2);
+    EXPECT_EQ(settings.sessionOpenMarker, 219) << "defaults come before the install";
+  };
+  EXPECT_EQ(std::string(SettingsPath()), Path("Orvaconfig.bic"));
+  ASSERT_TRUE(CreateSettings(SettingsPath()));
+  EXPECT_EQ(calls, (std::vector<int>{1, 2}));
+  const std::vector<uint8_t> bytes = ReadBytes(SettingsPath());
+  ASSERT_EQ(bytes.size(), 6352u);
+  EXPECT_EQ(0, std::memcmp(bytes.data(), "orvalen_v015", 13));
+  EXPECT_EQ(F32At(bytes, 20), 1.0f);
+  EXPECT_EQ(U32At(bytes, 24), 1u);
+  EXPECT_EQ(U32At(bytes, 60), 1u);
+  const std::vector<std::pair<std::size_t, uint8_t>> setBytes = {
+      {43, 1}, {44, 0}, {45, 2}, {52, 0}, {53, 10}, {54, 30}, {55, 30}, {133, 1}, {134, 219}};
+  for (const auto& [offset, value] : setBytes) EXPECT_EQ(bytes[offset], value) << "offset " << offset;
+  // Everything else is zero.
+  std::vector<uint8_t> rest = bytes;
+  std::memset(rest.data(), 0, 13);
+  for (std::size_t offset : {20u, 21u, 22u, 23u, 24u, 60u}) rest[offset] = 0;
+  for (const auto& entry : setBytes) rest[entry.first] = 0;
+  EXPECT_EQ(rest, std::vector<uint8_t>(6352, 0));
+
+  // Defaults leave the fields they do not set alone.
+  std::strcpy(settings.currencyName, "Euro");
+  settings.accounts[3].hours = 12;
+  ApplyDefaultSettings();
+  EXPECT_STREQ(settings.currencyName, "Euro");
+  EXPECT_EQ(settings.accounts[3].hours, 12u);
+}
+
+TEST_F(SettingsFile, CreateInAMissingFolderDoesNothing) {
+  EXPECT_FALSE(LoadSettings(SettingsPath()));
+  EXPECT_FALSE(Exists(SettingsPath())) << "a load only reads";
+  calls.clear();
+  installHooks.installProgram = [] { calls.push_back(2); };
+  EXPECT_FALSE(CreateSettings(Path("no-such-folder/Orvaconfig.bic").c_str()));
+  EXPECT_TRUE(calls.empty());
+  EXPECT_EQ(settings.formatMarker[0], '\0');
+}
+
+class LogFile : public ProgramStateTest {
+ protected:
+  std::string LogPath() const { return LogFilePath(); }
+
+  // A current-format file image with the given count and records.
+  static std::vector<uint8_t> Image(uint32_t count, const std::vector<SessionRecord>& records) {
+    std::vector<uint8_t> bytes(8 + records.size() * sizeof(SessionRecord));
+    const uint32_t header[2] = {count, count * 192u};
+    std::memcpy(bytes.data(), header, 8);
+    if (!records.empty()) std::memcpy(bytes.data() + 8, records.data(), records.size() * sizeof(SessionRecord));
+    return bytes;
+  }
+
+  static void Set(std::vector<SessionRecord> records) {
+    sessionLog.records = std::move(records);
+    sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
+  }
+
+  // Records one session the way the recorder does.
+  static uint32_t Record(const char* name) {
+    const uint32_t slot = FindFreeSlot();
+    sessionLog.records[slot].status = InUse;
+    SetRecordName(slot, name);
+    return slot;
+  }
+};
+
+TEST_F(LogFile, FreshLogGrowsTwoRecordsAtATimeOnlyWhenFull) {
+  EXPECT_TRUE(IsLogEmpty());
+  EXPECT_TRUE(HasNoFreeSlot()) << "an empty array";
+  ASSERT_TRUE(CreateEmptyLog(LogPath().c_str()));
+  std::vector<uint8_t> bytes = ReadBytes(LogPath());
+  ASSERT_EQ(bytes.size(), 392u);
+  EXPECT_EQ(U32At(bytes, 0), 2u);
+  EXPECT_EQ(U32At(bytes, 4), 384u);
+  EXPECT_EQ(std::vector<uint8_t>(bytes.begin() + 8, bytes.end()), std::vector<uint8_t>(384, 0));
+
+  const uint32_t slot = Record("Home ISP");
+  SetRecordDate(slot, 1, 2, 3, 2002);
+  SetRecordLogOn(slot, 4, 5, 6);
+  SetRecordLogOff(slot, 7, 8, 9);
+  SetRecordDuration(slot, 1234);
+  const SessionRecord& r = sessionLog.records[slot];
+  const uint32_t fields[] = {r.dayOfWeek,  r.month,       r.day,        r.year,        r.logOnHour,
+                             r.logOnMinute, r.logOnSecond, r.logOffHour, r.logOffMinute, r.logOffSecond};
+  EXPECT_EQ(std::vector<uint32_t>(fields, fields + 10), (std::vector<uint32_t>{1, 2, 3, 2002, 4, 5, 6, 7, 8, 9}));
+  EXPECT_EQ(r.durationSeconds, 1234);
+  EXPECT_EQ(Record("b"), 1u);
+  EXPECT_EQ(sessionLog.count, 2u);
+  EXPECT_EQ(Record("c"), 2u);
+  EXPECT_EQ(sessionLog.count, 4u);
+  EXPECT_EQ(sessionLog.records[3].status, Blank);
+  WriteBytes(LogPath(), std::vector<uint8_t>(8 + 4 * 192 + 191, 0x77));
+  ASSERT_TRUE(SaveLog(LogPath().c_str()));
+  bytes = ReadBytes(LogPath());
+  EXPECT_EQ(bytes.size(), 8u + 4 * 192) << "an older, longer file's tail is gone";
+  EXPECT_EQ(std::string(reinterpret_cast<const char*>(&bytes[8 + 87])), "Home ISP");
+
+  // Names are cut at 104 characters, inside their record.
+  ASSERT_TRUE(CreateEmptyLog(LogPath().c_str()));
+  const uint32_t longSlot = Record(std::string(300, 'L').c_str());
+  EXPECT_EQ(std::strlen(sessionLog.records[longSlot].connectionName), 104u);
+  EXPECT_EQ(sessionLog.records[longSlot + 1].status, Blank) << "next record untouched";
+
+  Set({UsedRecord("a", 1), UsedRecord("b", 1)});
+  LogRecordLimit = 2;
+  EXPECT_EQ(FindFreeSlot(), kNoSlot) << "no room beyond the limit";
+  EXPECT_EQ(sessionLog.count, 2u);
+}
+
+TEST_F(LogFile, DeletedRecordIsReusedBeforeABlankOneAndKeepsItsOldTail) {
+  Set({UsedRecord("a", 1), UsedRecord("a much longer name", 2), SessionRecord{}});
+  sessionLog.records[1].status = Deleted;
+  EXPECT_EQ(Record("xy"), 1u);
+  EXPECT_STREQ(sessionLog.records[1].connectionName, "xy");
+  EXPECT_EQ(sessionLog.records[1].connectionName[3], 'u') << "bytes behind the new name stay";
+  EXPECT_EQ(sessionLog.records[1].durationSeconds, 2);
+  EXPECT_STREQ(RecordName(1), "xy");
+  EXPECT_EQ(RecordName(2), nullptr) << "only records in use have a name";
+  EXPECT_EQ(RecordName(99), nullptr);
+
+  EXPECT_FALSE(IsLogEmpty());
+  ClearLog();
+  EXPECT_EQ(sessionLog.count, 3u);
+  for (const SessionRecord& record : sessionLog.records) EXPECT_EQ(record.status, Deleted);
+  EXPECT_TRUE(IsLogEmpty());
+  EXPECT_FALSE(HasNoFreeSlot());
+}
+
+TEST_F(LogFile, MarkConnectionDeletedIsCaseSensitiveAndReportsChanges) {
+  Set({UsedRecord("Home", 1), UsedRecord("HOME", 1), UsedRecord("Home", 1), SessionRecord{}});
+  EXPECT_TRUE(MarkConnectionDeleted("Home"));
+  EXPECT_EQ(sessionLog.records[0].status, Deleted);
+  EXPECT_EQ(sessionLog.records[1].status, InUse);
+  EXPECT_EQ(sessionLog.records[2].status, Deleted);
+  EXPECT_FALSE(MarkConnectionDeleted("Home")) << "nothing left to change";
+  EXPECT_TRUE(MarkConnectionDeleted("")) << "Blank records have the empty name";
+  EXPECT_EQ(sessionLog.records[3].status, Deleted);
+}
+
+// What each kind of file on disk loads as: the count, and the status of each record.
+TEST_F(LogFile, LoaderTable) {
+  SessionRecord unterminated = UsedRecord("", 1);
+  std::memset(unterminated.connectionName, 'Z', sizeof unterminated.connectionName);
+  std::vector<uint8_t> cut = Image(3, {UsedRecord("a", 1), UsedRecord("b", 2)});
+  cut.resize(cut.size() - 100);  // record 1 cut in the middle
+  std::vector<uint8_t> badLength = Image(2, {UsedRecord("a", 1), UsedRecord("b", 2)});
+  badLength[4] = 0xFF;
+  const std::vector<SessionRecord> five(5, UsedRecord("x", 2));
+  const struct {
+    const char* what;
+    std::vector<uint8_t> bytes;
+    std::string statuses;  // one letter per record: U in use, B blank
+  } rows[] = {
+      {"empty file", {}, "BB"},
+      {"truncated header", {5, 0, 0}, "BB"},
+      {"short file", Image(10, std::vector<SessionRecord>(4, UsedRecord("x", 2))), "UUUUBBBBBB"},
+      {"partly written last record", cut, "UUB"},
+      {"byte length disagreeing with the count", badLength, "UU"},
+      {"implausible count", Image(4000000000u, {UsedRecord("a", 1), UsedRecord("b", 2), UsedRecord("c", 3)}), "UUU"},
+      {"unterminated name", Image(1, {unterminated}), "U"},
+      {"count below the records in the file", Image(1, five), "UUUUU"},
+      {"count zero before five records", Image(0, five), "UUUUU"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.what);
+    WriteBytes(LogPath(), row.bytes);
+    sessionLog = SessionLog{};
+    ASSERT_TRUE(LoadLog(LogPath().c_str()));
+    std::string statuses;
+    for (const SessionRecord& record : sessionLog.records) statuses += record.status == InUse ? 'U' : 'B';
+    EXPECT_EQ(statuses, row.statuses);
+    EXPECT_EQ(sessionLog.count, row.statuses.size());
+    if (statuses.size() > 1 && statuses[1] == 'U') {
+      EXPECT_EQ(sessionLog.records[1].durationSeconds, 2);
+    }
+    if (statuses == "U") {
+      EXPECT_EQ(std::strlen(RecordName(0)), 104u) << "ended inside its record";
+    }
+  }
+  // After a count that is too large or too small, the next session still finds
+  // room and the save keeps every record.
+  for (const std::size_t row : {5, 7}) {
+    WriteBytes(LogPath(), rows[row].bytes);
+    ASSERT_TRUE(LoadLog(LogPath().c_str()));
+    const uint32_t slot = Record("d");
+    ASSERT_TRUE(SaveLog(LogPath().c_str()));
+    sessionLog = SessionLog{};
+    ASSERT_TRUE(LoadLog(LogPath().c_str()));
+    EXPECT_STREQ(sessionLog.records[slot].connectionName, "d");
+    EXPECT_EQ(U32At(ReadBytes(LogPath()), 0), row == 5 ? 5u : 7u) << "grown by two";
+  }
+  EXPECT_FALSE(LoadLog(Path("missing.ovb").c_str()));
+  EXPECT_FALSE(Exists(Path("missing.ovb"))) << "a load only reads";
+}
+
+TEST_F(LogFile, LegacyTableConvertsItsRecordsInUseInSlotOrder) {
+  std::vector<SessionRecord> table(kLegacyLogSlots);
+  table[0] = UsedRecord("zero", 10);
+  table[5] = UsedRecord("five", 50);
+  table[1999] = UsedRecord("last", 1999);
+  table[7] = UsedRecord("deleted", 7);
+  table[7].status = Deleted;
+  std::vector<uint8_t> bytes(table.size() * 192);
+  std::memcpy(bytes.data(), table.data(), bytes.size());
+  WriteBytes(LegacyLogPath(), bytes);
+
+  ASSERT_TRUE(LoadLegacyLog(LegacyLogPath().c_str()));
+  ASSERT_TRUE(ConvertLegacyLog());
+  ASSERT_EQ(sessionLog.count, 5u);
+  EXPECT_STREQ(sessionLog.records[0].connectionName, "zero");
+  EXPECT_STREQ(sessionLog.records[2].connectionName, "last");
+  EXPECT_EQ(0, std::memcmp(&sessionLog.records[1], &table[5], 192)) << "copied byte for byte";
+  EXPECT_EQ(sessionLog.records[3].status, Blank);
+  EXPECT_EQ(sessionLog.records[4].status, Blank);
+  EXPECT_EQ(ReadBytes(LogFilePath()).size(), 8u + 5 * 192);
+  EXPECT_EQ(ReadBytes(LegacyLogPath()).size(), 384000u) << "the legacy file is never written";
+
+  // A short legacy file leaves the remaining slots zero.
+  bytes.resize(192);
+  WriteBytes(LegacyLogPath(), bytes);
+  ASSERT_TRUE(LoadLegacyLog(LegacyLogPath().c_str()));
+  ConvertLegacyLog();
+  EXPECT_EQ(sessionLog.count, 3u);
+  EXPECT_STREQ(sessionLog.records[0].connectionName, "zero");
+}
+
+}  // namespace
