@@ -50,22 +50,22 @@ void RefreshStatusText() { RefreshStatusTextWith(kCachedUsage); }
 
 void RefreshStatusTextWith(const UsageQueries& usage) {
   const int32_t elapsed = ElapsedSeconds();
-  if (TickConnected != 0) {
+  if (sessionState.TickConnected != 0) {
     std::string kind;
     std::string detail;
-    switch (usage.accountKindOf(CurrentConnectionName)) {
+    switch (usage.accountKindOf(probeState.CurrentConnectionName)) {
       case NotChosen:
         kind = " Account info not yet configured for Orvalen's database";
         break;
       case PrePaidCard: {
-        const float remaining = usage.cardSecondsRemaining(CurrentConnectionName) - static_cast<float>(elapsed);
+        const float remaining = usage.cardSecondsRemaining(probeState.CurrentConnectionName) - static_cast<float>(elapsed);
         const float hours = remaining > 0.0f ? remaining * kHoursPerSecond : 0.0f;
         kind = "Pre-paid Internet Card ";
         detail = "Time remaining on this card : " + HoursText(hours);
         break;
       }
       case LimitedAccess: {
-        const float seconds = static_cast<float>(usage.secondsThisMonth(CurrentConnectionName) + elapsed);
+        const float seconds = static_cast<float>(usage.secondsThisMonth(probeState.CurrentConnectionName) + elapsed);
         kind = "Limited Access account";
         detail = "Time Consumed this month : " + HoursText(seconds * kHoursPerSecond);
         break;

@@ -25,8 +25,8 @@ class OnLineProgram {
     FillLog(records);
     UseBenchmarkAccounts();
     ClearUsageCache();
-    TickConnected = DialUpProbe().IsConnected();
-    SessionStartSeconds = clock_.TickCount() / 1000 - 1234;
+    sessionState.TickConnected = DialUpProbe().IsConnected();
+    sessionState.SessionStartSeconds = clock_.TickCount() / 1000 - 1234;
     std::strcpy(settings.previousSession.connectionName, "Home ISP");
     settings.previousSessionValid = 1;
   }

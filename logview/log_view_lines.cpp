@@ -269,8 +269,8 @@ std::vector<std::string> ConnectionNames(const char* firstItem) {
 
 std::string InitialConnectionFilter(bool connectedNow) {
   if (settings.logInitialFilter != 2) return kAllConnections;
-  if (connectedNow && OnLineFlag == 1) {
-    return std::string(CurrentConnectionName, FixedTextLength(CurrentConnectionName, kConnectionNameSize));
+  if (connectedNow && probeState.OnLineFlag == 1) {
+    return std::string(probeState.CurrentConnectionName, FixedTextLength(probeState.CurrentConnectionName, kConnectionNameSize));
   }
   const char* previous = settings.previousSession.connectionName;
   return std::string(previous, FixedTextLength(previous, kPreviousNameSize));

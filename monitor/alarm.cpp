@@ -5,11 +5,7 @@
 #include "monitor/dial_up_probe.h"
 #include "storage/settings.h"
 
-char AlarmMessage[kAlarmMessageSize] = {};
 AlarmHooks alarmHooks;
-uint32_t AlarmOnState = 0;
-uint8_t AlarmActionState = 0;
-uint8_t AlarmModeState = 0;
 
 namespace {
 
@@ -32,7 +28,7 @@ bool IsStoredAction(uint8_t action) {
 
 uint32_t AlarmPeriodMs() {
   if (settings.alarmMode == kAlarmEveryInterval) {
-    OneShotFired = 0;
+    alarmState.OneShotFired = 0;
     return PeriodMs(settings.alarmRepeatHours, settings.alarmRepeatMinutes);
   }
   if (settings.alarmMode == kAlarmOnceAtEnd) {
@@ -44,7 +40,7 @@ uint32_t AlarmPeriodMs() {
 }
 
 void OnAlarmTimer() {
-  if (OnLineFlag != 0) FireAlarm();
+  if (probeState.OnLineFlag != 0) FireAlarm();
 }
 
 void FormatAlarmPeriod(char* text, std::size_t size, int hours, int minutes) {
@@ -52,7 +48,7 @@ void FormatAlarmPeriod(char* text, std::size_t size, int hours, int minutes) {
 }
 
 void FireAlarm() {
-  if (OnLineFlag == 0 || settings.alarmOn == 0 || OneShotFired == 1) return;
+  if (probeState.OnLineFlag == 0 || settings.alarmOn == 0 || alarmState.OneShotFired == 1) return;
   const uint8_t mode = settings.alarmMode;
   if (mode != kAlarmEveryInterval && mode != kAlarmOnceAtEnd) return;
 
@@ -61,11 +57,11 @@ void FireAlarm() {
   FormatAlarmPeriod(repeating, sizeof repeating, settings.alarmRepeatHours, settings.alarmRepeatMinutes);
   FormatAlarmPeriod(once, sizeof once, settings.alarmOnceHours, settings.alarmOnceMinutes);
   if (mode == kAlarmOnceAtEnd) {
-    std::snprintf(AlarmMessage, sizeof AlarmMessage, kOneShotAlarmFormat, once);
+    std::snprintf(alarmState.AlarmMessage, sizeof alarmState.AlarmMessage, kOneShotAlarmFormat, once);
     // Set before the modal notice: its message loop keeps the alarm timer running.
-    OneShotFired = 1;
+    alarmState.OneShotFired = 1;
   } else {
-    std::snprintf(AlarmMessage, sizeof AlarmMessage, kRepeatingAlarmFormat, repeating);
+    std::snprintf(alarmState.AlarmMessage, sizeof alarmState.AlarmMessage, kRepeatingAlarmFormat, repeating);
   }
 
   const uint8_t action = settings.alarmAction;
@@ -80,15 +76,15 @@ AlarmTime ClampAlarmTime(uint32_t hours, uint32_t minutes) {
 }
 
 void LoadAlarmPageState() {
-  AlarmOnState = settings.alarmOn != 0 ? 1 : 0;
-  AlarmModeState = settings.alarmMode == kAlarmOnceAtEnd ? kAlarmOnceAtEnd : kAlarmEveryInterval;
-  AlarmActionState = IsStoredAction(settings.alarmAction) ? settings.alarmAction : kAlarmBoxAndSound;
+  alarmState.AlarmOnState = settings.alarmOn != 0 ? 1 : 0;
+  alarmState.AlarmModeState = settings.alarmMode == kAlarmOnceAtEnd ? kAlarmOnceAtEnd : kAlarmEveryInterval;
+  alarmState.AlarmActionState = IsStoredAction(settings.alarmAction) ? settings.alarmAction : kAlarmBoxAndSound;
 }
 
 void StoreAlarmPage(uint32_t repeatHours, uint32_t repeatMinutes, uint32_t onceHours, uint32_t onceMinutes) {
-  settings.alarmOn = static_cast<uint8_t>(AlarmOnState != 0 ? 1 : 0);
-  settings.alarmAction = AlarmActionState;
-  settings.alarmMode = AlarmModeState;
+  settings.alarmOn = static_cast<uint8_t>(alarmState.AlarmOnState != 0 ? 1 : 0);
+  settings.alarmAction = alarmState.AlarmActionState;
+  settings.alarmMode = alarmState.AlarmModeState;
   const AlarmTime repeat = ClampAlarmTime(repeatHours, repeatMinutes);
   settings.alarmRepeatHours = repeat.hours;
   settings.alarmRepeatMinutes = repeat.minutes;
@@ -98,10 +94,6 @@ void StoreAlarmPage(uint32_t repeatHours, uint32_t repeatMinutes, uint32_t onceH
 }
 
 void ResetAlarmState() {
-  OneShotFired = 0;
-  AlarmMessage[0] = '\0';
+  alarmState = AlarmState{};
   alarmHooks = AlarmHooks{};
-  AlarmOnState = 0;
-  AlarmActionState = 0;
-  AlarmModeState = 0;
 }

@@ -9,7 +9,6 @@
 #include "monitor/alarm_state.h"
 #include "platform/program_paths.h"
 
-constexpr std::size_t kAlarmMessageSize = 224;
 constexpr char kAlarmSoundPath[] = ORVALEN_INSTALLED_FOLDER "\\alarm.wav";
 constexpr uint32_t kAlarmNoticeLifetimeMs = 20000;  // the notice closes itself
 
@@ -26,9 +25,6 @@ constexpr uint32_t kDefaultAlarmPeriodMs = 5u * 60u * 1000u;
 // The upper limits of the page's up-down controls.
 constexpr uint32_t kAlarmMaxHours = 24;
 constexpr uint32_t kAlarmMaxMinutes = 59;
-
-// The reminder text the notice window shows (IDC_NOTICE_MESSAGE).
-extern char AlarmMessage[kAlarmMessageSize];
 
 struct AlarmHooks {
   void (*playSound)() = nullptr;   // kAlarmSoundPath, asynchronously
@@ -58,11 +54,6 @@ struct AlarmTime {
   int8_t minutes;
 };
 AlarmTime ClampAlarmTime(uint32_t hours, uint32_t minutes);
-
-// The Alarm page's choices between its opening and OK.
-extern uint32_t AlarmOnState;
-extern uint8_t AlarmActionState;
-extern uint8_t AlarmModeState;
 
 // The page's choices as it opens, from the settings. A mode or action that is not
 // one of the stored values shows (and, on OK, keeps) the default: repeating mode,

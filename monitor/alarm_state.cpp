@@ -1,3 +1,3 @@
 #include "monitor/alarm_state.h"
 
-uint8_t OneShotFired = 0;
+AlarmState alarmState;

@@ -3,9 +3,7 @@
 #include "platform/ras_service.h"
 #include "storage/fixed_text.h"
 
-char CurrentConnectionName[kConnectionNameSize] = "";
-uint8_t OnLineFlag = 0;
-uint8_t NoConnectionSeen = 1;
+ProbeState probeState;
 
 DialUpProbe::DialUpProbe()
     : connections_(), connectionCount_(0), bufferSize_(0), queriedHandle_(nullptr), status_() {}
@@ -26,11 +24,11 @@ bool DialUpProbe::IsConnected() {
 
   if (status_.rasconnstate == ras::kStateConnected) {
     // Entry names may be 256 characters long; the shared name keeps the first 49.
-    CopyFixedText(CurrentConnectionName, connections_[0].szEntryName);
-    OnLineFlag = 1;
-    NoConnectionSeen = 0;
+    CopyFixedText(probeState.CurrentConnectionName, connections_[0].szEntryName);
+    probeState.OnLineFlag = 1;
+    probeState.NoConnectionSeen = 0;
     return true;
   }
-  if (status_.rasconnstate == ras::kStateDisconnected) OnLineFlag = 0;
+  if (status_.rasconnstate == ras::kStateDisconnected) probeState.OnLineFlag = 0;
   return false;
 }

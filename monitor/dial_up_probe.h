@@ -8,9 +8,12 @@
 constexpr std::size_t kConnectionNameSize = 50;  // 49 characters and the NUL
 
 // Written only by the probe. The name is kept when the connection goes away.
-extern char CurrentConnectionName[kConnectionNameSize];
-extern uint8_t OnLineFlag;        // 1 from a connected poll until a poll sees "disconnected"
-extern uint8_t NoConnectionSeen;  // 1 until the first connected poll
+struct ProbeState {
+  char CurrentConnectionName[kConnectionNameSize] = "";
+  uint8_t OnLineFlag = 0;        // 1 from a connected poll until a poll sees "disconnected"
+  uint8_t NoConnectionSeen = 1;  // 1 until the first connected poll
+};
+extern ProbeState probeState;
 
 // Each user owns one; the buffers live in the probe so a poll allocates nothing.
 class DialUpProbe {

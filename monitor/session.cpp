@@ -15,14 +15,7 @@
 #include "storage/settings.h"
 #include "storage/startup.h"
 
-uint32_t SessionOpen = 0;
-uint32_t SessionClosed = 1;
-uint32_t SessionStartSeconds = 0;
-char SessionConnectionName[50] = "";
-uint32_t LogOnHour = 0, LogOnMinute = 0, LogOnSecond = 0;
-uint32_t LogOffHour = 0, LogOffMinute = 0, LogOffSecond = 0;
-uint8_t LastSessionChanged = 1;
-uint8_t TickConnected = 0;
+SessionState sessionState;
 SessionHooks sessionHooks;
 
 namespace {
@@ -45,7 +38,7 @@ void StoreDurationAndLogOn(uint32_t slot, int32_t duration, uint32_t hour, uint3
   SetRecordLogOn(slot, hour, minute, second);
   settings.previousSession.durationSeconds = static_cast<uint32_t>(duration);
   FormatElapsed(duration);
-  CopyFixedText(LastDurationText, ElapsedText);
+  CopyFixedText(sessionTexts.LastDurationText, sessionTexts.ElapsedText);
   SetPreviousSessionLogOn(hour, minute, second);
 }
 
@@ -55,13 +48,13 @@ void StoreDurationAndLogOn(uint32_t slot, int32_t duration, uint32_t hour, uint3
 bool StoreNameAndSave(uint32_t slot, const char* name) {
   SetRecordName(slot, name);
   SetPreviousSessionName(name);
-  LastSessionChanged = 1;
+  sessionState.LastSessionChanged = 1;
   settings.previousSessionValid = 1;
-  SessionConnectionName[0] = '\0';
+  sessionState.SessionConnectionName[0] = '\0';
   const bool logged = lastLogSaved = SaveLog(LogFilePath().c_str());
   if (!logged) settings.sessionOpenMarker = kSessionOpen;
   SaveSettings();
-  LastSessionChanged = 1;
+  sessionState.LastSessionChanged = 1;
   return logged;
 }
 
@@ -133,68 +126,68 @@ int32_t PlausibleElapsed() {
 
 void RunSessionStep(DialUpProbe& probe) {
   const bool connected = probe.IsConnected();
-  TickConnected = connected ? 1 : 0;
+  sessionState.TickConnected = connected ? 1 : 0;
   // The flags change before anything that can open a message box, so a tick that
   // runs inside that box neither opens nor closes the same session twice.
-  if (connected && SessionOpen == 0) {
-    SessionClosed = 0;
-    SessionOpen = 1;
+  if (connected && sessionState.SessionOpen == 0) {
+    sessionState.SessionClosed = 0;
+    sessionState.SessionOpen = 1;
     StartSession();
     settings.sessionOpenMarker = kSessionOpen;
     SaveSettings();  // the file now holds the marker and the first checkpoint
     CallHook(sessionHooks.startSessionTimers);
   }
-  if (!connected && SessionClosed == 0) {
-    SessionClosed = 1;
-    SessionOpen = 0;
+  if (!connected && sessionState.SessionClosed == 0) {
+    sessionState.SessionClosed = 1;
+    sessionState.SessionOpen = 0;
     CallHook(sessionHooks.stopSessionTimers);
     settings.sessionOpenMarker = kNoSessionOpen;
-    OneShotFired = 0;
+    alarmState.OneShotFired = 0;
     if (!EndSession()) CallHook(sessionHooks.reportOutOfSpace);
   }
 }
 
 void StartSession() {
   const LocalTime now = ReadLocalTime();
-  SessionStartSeconds = ReadTickCount() / 1000u;
+  sessionState.SessionStartSeconds = ReadTickCount() / 1000u;
   NoteLogOnTime(now.hour, now.minute, now.second);
-  CopyFixedText(SessionConnectionName, CurrentConnectionName);
-  SetCheckpointStart(CurrentConnectionName, now.hour, now.minute, now.second, now.dayOfWeek, now.day,
+  CopyFixedText(sessionState.SessionConnectionName, probeState.CurrentConnectionName);
+  SetCheckpointStart(probeState.CurrentConnectionName, now.hour, now.minute, now.second, now.dayOfWeek, now.day,
                      now.month, now.year);
   // The first checkpoint is the log-on moment itself, with nothing elapsed.
-  SetCheckpointTime(CurrentConnectionName, now.hour, now.minute, now.second, 0);
+  SetCheckpointTime(probeState.CurrentConnectionName, now.hour, now.minute, now.second, 0);
 }
 
 int32_t ElapsedSeconds() {
   const uint32_t nowSeconds = ReadTickCount() / 1000u;
-  if (nowSeconds >= SessionStartSeconds) return static_cast<int32_t>(nowSeconds - SessionStartSeconds);
-  return static_cast<int32_t>(nowSeconds + kTickWrapSeconds - SessionStartSeconds);
+  if (nowSeconds >= sessionState.SessionStartSeconds) return static_cast<int32_t>(nowSeconds - sessionState.SessionStartSeconds);
+  return static_cast<int32_t>(nowSeconds + kTickWrapSeconds - sessionState.SessionStartSeconds);
 }
 
 bool EndSession() {
   const int32_t elapsed = ElapsedSeconds();
   const LocalTime logOff = ReadLocalTime();
-  LogOffHour = logOff.hour;
-  LogOffMinute = logOff.minute;
-  LogOffSecond = logOff.second;
+  sessionState.LogOffHour = logOff.hour;
+  sessionState.LogOffMinute = logOff.minute;
+  sessionState.LogOffSecond = logOff.second;
   settings.sessionOpenMarker = kNoSessionOpen;
 
   const uint32_t slot = FindFreeSlot();
   if (slot == kNoSlot) return false;
   SetRecordStatus(slot, InUse);
-  StoreDurationAndLogOn(slot, elapsed, LogOnHour, LogOnMinute, LogOnSecond);
+  StoreDurationAndLogOn(slot, elapsed, sessionState.LogOnHour, sessionState.LogOnMinute, sessionState.LogOnSecond);
 
   // The record carries the date on which the session ended.
   const LocalTime now = ReadLocalTime();
   SetRecordDate(slot, now.dayOfWeek, now.month, now.day, now.year);
   SetPreviousSessionDate(now.dayOfWeek, now.month, now.day, now.year);
-  SetRecordLogOff(slot, LogOffHour, LogOffMinute, LogOffSecond);
+  SetRecordLogOff(slot, sessionState.LogOffHour, sessionState.LogOffMinute, sessionState.LogOffSecond);
   SetPreviousSessionLogOff(now.hour, now.minute, now.second);
 
-  if (!StoreNameAndSave(slot, SessionConnectionName)) {
+  if (!StoreNameAndSave(slot, sessionState.SessionConnectionName)) {
     // The log did not save: the checkpoint takes the whole session, which a start
     // after a kill then records.
-    SetCheckpointTime(RecordName(slot), LogOffHour, LogOffMinute, LogOffSecond, static_cast<uint32_t>(elapsed));
+    SetCheckpointTime(RecordName(slot), sessionState.LogOffHour, sessionState.LogOffMinute, sessionState.LogOffSecond, static_cast<uint32_t>(elapsed));
     SaveSettings();
   }
   CallHook(sessionHooks.checkUnconfiguredConnections);
@@ -204,20 +197,20 @@ bool EndSession() {
 void CheckpointSession() {
   const int32_t elapsed = ElapsedSeconds();
   const LocalTime now = ReadLocalTime();
-  SetCheckpointTime(CurrentConnectionName, now.hour, now.minute, now.second,
+  SetCheckpointTime(probeState.CurrentConnectionName, now.hour, now.minute, now.second,
                     static_cast<uint32_t>(elapsed));
   // The previous-session date, end and name follow the open session; its log-on
   // time and duration stay those of the session recorded before.
   SetPreviousSessionDate(now.dayOfWeek, now.month, now.day, now.year);
   SetPreviousSessionLogOff(now.hour, now.minute, now.second);
-  SetPreviousSessionName(SessionConnectionName);
+  SetPreviousSessionName(sessionState.SessionConnectionName);
   settings.previousSessionValid = 1;
   SaveSettings();
-  LastSessionChanged = 1;
+  sessionState.LastSessionChanged = 1;
 }
 
 void OnCheckpointTimer() {
-  if (OnLineFlag != 0) CheckpointSession();
+  if (probeState.OnLineFlag != 0) CheckpointSession();
 }
 
 void RecoverInterruptedSession() {
@@ -268,29 +261,20 @@ bool RecordInterruptedSession(const char* name, uint32_t logOnHour, uint32_t log
 }
 
 void ResetSessionState() {
-  SessionOpen = 0;
-  SessionClosed = 1;
-  SessionStartSeconds = 0;
-  SessionConnectionName[0] = '\0';
-  LogOnHour = LogOnMinute = LogOnSecond = 0;
-  LogOffHour = LogOffMinute = LogOffSecond = 0;
-  LastSessionChanged = 1;
-  TickConnected = 0;
-  OneShotFired = 0;
-  CurrentConnectionName[0] = '\0';
-  OnLineFlag = 0;
-  NoConnectionSeen = 1;
-  LogOnText[0] = ElapsedText[0] = LastDurationText[0] = '\0';
+  sessionState = SessionState{};
+  probeState = ProbeState{};
+  sessionTexts = SessionTexts{};
+  alarmState.OneShotFired = 0;
 }
 
 void NoteLogOnTime(uint32_t hour, uint32_t minute, uint32_t second) {
-  CopyFixedText(LogOnText, ClockText());
-  LogOnHour = hour;
-  LogOnMinute = minute;
-  LogOnSecond = second;
+  CopyFixedText(sessionTexts.LogOnText, ClockText());
+  sessionState.LogOnHour = hour;
+  sessionState.LogOnMinute = minute;
+  sessionState.LogOnSecond = second;
 }
 
 const char* GetElapsedText() {
   FormatElapsed(ElapsedSeconds());
-  return ElapsedText;
+  return sessionTexts.ElapsedText;
 }

@@ -14,17 +14,20 @@ constexpr char kDamagedCheckpointFormat[] =
     "The session of %s that was open when Orvalen stopped had a damaged length.\n"
     "It is recorded with the length its log-on and log-off times give.";
 
-extern uint32_t SessionOpen;          // 1 while a session is open
-extern uint32_t SessionClosed;        // always the complement of SessionOpen
-extern uint32_t SessionStartSeconds;  // tick counter / 1000 when the session opened
-extern char SessionConnectionName[50];
-extern uint32_t LogOnHour, LogOnMinute, LogOnSecond;
-extern uint32_t LogOffHour, LogOffMinute, LogOffSecond;
-extern uint8_t LastSessionChanged;    // the main dialog redraws its previous session
-// The answer of the latest session step's poll. The other readers of that tick
-// (the status text) and the main dialog's refresh take it rather than asking
-// the dial-up service again.
-extern uint8_t TickConnected;
+struct SessionState {
+  uint32_t SessionOpen = 0;          // 1 while a session is open
+  uint32_t SessionClosed = 1;        // always the complement of SessionOpen
+  uint32_t SessionStartSeconds = 0;  // tick counter / 1000 when the session opened
+  char SessionConnectionName[50] = "";
+  uint32_t LogOnHour = 0, LogOnMinute = 0, LogOnSecond = 0;
+  uint32_t LogOffHour = 0, LogOffMinute = 0, LogOffSecond = 0;
+  uint8_t LastSessionChanged = 1;    // the main dialog redraws its previous session
+  // The answer of the latest session step's poll. The other readers of that tick
+  // (the status text) and the main dialog's refresh take it rather than asking
+  // the dial-up service again.
+  uint8_t TickConnected = 0;
+};
+extern SessionState sessionState;
 
 // What the session step needs from the window layer and from later features.
 struct SessionHooks {
@@ -52,7 +55,8 @@ bool RecordInterruptedSession(const char* name, uint32_t logOnHour, uint32_t log
                               uint32_t logOffSecond, int32_t duration, uint32_t dayOfWeek,
                               uint32_t month, uint32_t day, uint32_t year);
 
-// Back to the state of a freshly started process (tests, tools).
+// Back to the state of a freshly started process (tests, tools): sessionState,
+// probeState, sessionTexts and the one-shot alarm's mark.
 void ResetSessionState();
 
 // Keeps the log-on time and the clock text of this moment.

@@ -6,10 +6,7 @@
 #include "storage/fixed_text.h"
 #include "storage/settings.h"
 
-char ClockTextBuffer[kClockTextSize] = "";
-char LogOnText[kLogOnTextSize] = "";
-char ElapsedText[kElapsedTextSize] = "";
-char LastDurationText[kLastDurationTextSize] = "";
+SessionTexts sessionTexts;
 
 namespace {
 
@@ -39,8 +36,8 @@ void FormatClock(char* out, std::size_t outSize, uint32_t hour, uint32_t minute,
 
 const char* ClockText() {
   const LocalTime now = ReadLocalTime();
-  FormatClock(ClockTextBuffer, now.hour, now.minute, now.second);
-  return ClockTextBuffer;
+  FormatClock(sessionTexts.ClockTextBuffer, now.hour, now.minute, now.second);
+  return sessionTexts.ClockTextBuffer;
 }
 
 void FormatDate(char* out, std::size_t outSize, uint32_t dayOfWeek, uint32_t month, uint32_t day,
@@ -71,9 +68,9 @@ void FormatElapsed(int32_t seconds) {
   // see that through the split, so build it in a roomy buffer first.
   char text[64];
   FormatDuration(text, hours, minutes, secs);
-  CopyFixedText(ElapsedText, text);
+  CopyFixedText(sessionTexts.ElapsedText, text);
 }
 
-const char* GetLastDurationText() { return LastDurationText; }
+const char* GetLastDurationText() { return sessionTexts.LastDurationText; }
 
-const char* GetLogOnText() { return LogOnText; }
+const char* GetLogOnText() { return sessionTexts.LogOnText; }

@@ -12,10 +12,13 @@ constexpr std::size_t kDateTextSize = 48;  // room for any date, damaged ones to
 
 // The texts kept for the running and the last session. The clock text's buffer is
 // ClockTextBuffer because ClockText() is the call that fills it.
-extern char ClockTextBuffer[kClockTextSize];
-extern char LogOnText[kLogOnTextSize];
-extern char ElapsedText[kElapsedTextSize];
-extern char LastDurationText[kLastDurationTextSize];
+struct SessionTexts {
+  char ClockTextBuffer[kClockTextSize] = "";
+  char LogOnText[kLogOnTextSize] = "";
+  char ElapsedText[kElapsedTextSize] = "";
+  char LastDurationText[kLastDurationTextSize] = "";
+};
+extern SessionTexts sessionTexts;
 
 // Clock text of the local time now; valid until the next call.
 const char* ClockText();

@@ -8,8 +8,7 @@
 #include "storage/settings.h"
 #include "storage/startup.h"
 
-char ConnectionToConfigure[kConnectionToConfigureSize] = {};
-uint8_t OpenedFromNotice = 0;
+UnconfiguredState unconfiguredState;
 UnconfiguredHooks unconfiguredHooks;
 
 namespace {
@@ -34,14 +33,14 @@ void AddLogConnectionsToAccounts() {
 }
 
 bool AskToConfigure(const char* name) {
-  CopyFixedText(ConnectionToConfigure, name);
+  CopyFixedText(unconfiguredState.ConnectionToConfigure, name);
   char text[kConfigureNoticeSize];
-  BuildConfigureNotice(text, ConnectionToConfigure);
+  BuildConfigureNotice(text, unconfiguredState.ConnectionToConfigure);
   if (unconfiguredHooks.showConfigureNotice) unconfiguredHooks.showConfigureNotice(text, kConfigureNoticeCaption);
-  OpenedFromNotice = 1;
+  unconfiguredState.OpenedFromNotice = 1;
   const intptr_t result = unconfiguredHooks.runAccountDialog ? unconfiguredHooks.runAccountDialog() : 0;
   if (result == 0) return false;
-  ConnectionToConfigure[0] = '\0';
+  unconfiguredState.ConnectionToConfigure[0] = '\0';
   return true;
 }
 
@@ -69,8 +68,7 @@ bool CheckUnconfiguredConnections() {
 }
 
 void ResetUnconfiguredState() {
-  ConnectionToConfigure[0] = '\0';
-  OpenedFromNotice = 0;
+  unconfiguredState = UnconfiguredState{};
   unconfiguredHooks = UnconfiguredHooks{};
   CheckRunning = false;
 }

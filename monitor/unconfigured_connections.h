@@ -19,11 +19,14 @@ constexpr char kNotSetUpText[] =
     "This connection was not properly set up for Orvalen's database. \nYou will be asked to do this at a later time";
 constexpr char kNotSetUpCaption[] = "Orvalen Notification";
 
-// The connection the account dialog is opened for from a notice; emptied when that
-// dialog saves the account.
-extern char ConnectionToConfigure[kConnectionToConfigureSize];
-// 1 while the account dialog is opened from a notice; the dialog clears it.
-extern uint8_t OpenedFromNotice;
+struct UnconfiguredState {
+  // The connection the account dialog is opened for from a notice; emptied when that
+  // dialog saves the account.
+  char ConnectionToConfigure[kConnectionToConfigureSize] = {};
+  // 1 while the account dialog is opened from a notice; the dialog clears it.
+  uint8_t OpenedFromNotice = 0;
+};
+extern UnconfiguredState unconfiguredState;
 
 struct UnconfiguredHooks {
   // Message box owned by the main window, exclamation icon, OK only.

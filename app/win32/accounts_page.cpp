@@ -58,8 +58,8 @@ BOOL OnInitDialog(HWND page) {
   PageState* state = new PageState;
   // A sheet page is a child window; only the dialog of its own is a popup.
   const bool isChild = (GetWindowLongPtrA(page, GWL_STYLE) & WS_CHILD) != 0;
-  state->standAlone = OpenedFromNotice == 1 && !isChild;
-  if (state->standAlone) state->chosen = ConnectionToConfigure;
+  state->standAlone = unconfiguredState.OpenedFromNotice == 1 && !isChild;
+  if (state->standAlone) state->chosen = unconfiguredState.ConnectionToConfigure;
   SetWindowLongPtrA(page, DWLP_USER, reinterpret_cast<LONG_PTR>(state));
 
   // "Connection" first, then the log's connection names; the combo box sorts them.
@@ -164,7 +164,7 @@ Stored StoreChosenEntry(HWND page, PageState& state) {
   input.vatPercent = vatPercent.c_str();
   if (!SaveAccountInput(state.chosen.c_str(), input)) return Stored::NoEntry;
   state.chosen.clear();
-  if (state.standAlone) ConnectionToConfigure[0] = '\0';
+  if (state.standAlone) unconfiguredState.ConnectionToConfigure[0] = '\0';
   return Stored::Saved;
 }
 
@@ -178,15 +178,15 @@ void OnStandAloneButton(HWND page, PageState& state, int id) {
       if (id == IDC_ACCOUNTS_OK) {
         EndDialog(page, 1);
       }
-      OpenedFromNotice = 0;
+      unconfiguredState.OpenedFromNotice = 0;
       EnableControl(page, IDC_ACCOUNTS_OK, false);
       EnableControl(page, IDC_ACCOUNTS_CANCEL, false);
       break;
     case IDC_ACCOUNTS_CANCEL:  // also Esc and the close box
       state.chosen.clear();
-      ConnectionToConfigure[0] = '\0';
+      unconfiguredState.ConnectionToConfigure[0] = '\0';
       EndDialog(page, 0);
-      OpenedFromNotice = 0;
+      unconfiguredState.OpenedFromNotice = 0;
       break;
     default:
       break;
@@ -235,10 +235,10 @@ INT_PTR CALLBACK AccountsPageProc(HWND page, UINT message, WPARAM wParam, LPARAM
 }
 
 INT_PTR RunAccountDialog() {
-  OpenedFromNotice = 1;
+  unconfiguredState.OpenedFromNotice = 1;
   const INT_PTR result =
       DialogBoxParamA(instanceHandle, MAKEINTRESOURCEA(IDD_ACCOUNTS), mainWindow, AccountsPageProc, 0);
-  OpenedFromNotice = 0;
+  unconfiguredState.OpenedFromNotice = 0;
   // -1: the dialog could not be created, so nothing was saved.
   return result == -1 ? 0 : result;
 }

@@ -20,7 +20,7 @@ INT_PTR Close(HWND dialog, INT_PTR result) {
 INT_PTR CALLBACK AlarmNoticeProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
   switch (message) {
     case WM_INITDIALOG:
-      SetDlgItemTextA(dialog, IDC_NOTICE_MESSAGE, AlarmMessage);
+      SetDlgItemTextA(dialog, IDC_NOTICE_MESSAGE, alarmState.AlarmMessage);
       SetTimer(dialog, kCloseTimer, kAlarmNoticeLifetimeMs, nullptr);
       return TRUE;
     case WM_COMMAND:

@@ -65,7 +65,7 @@ int ActionButton(uint8_t action) {
 }
 
 void ChooseMode(HWND page, uint8_t mode) {
-  AlarmModeState = mode;
+  alarmState.AlarmModeState = mode;
   EnableGroup(page, kRepeatControls, mode == kAlarmEveryInterval);
   EnableGroup(page, kOnceControls, mode == kAlarmOnceAtEnd);
 }
@@ -81,12 +81,12 @@ BOOL OnInitDialog(HWND page) {
   // action other than 5, 10 or 15) open as repeating mode with box and sound, and
   // OK keeps what is shown: one button of each group is always checked.
   LoadAlarmPageState();
-  CheckAlone(page, kOnOff, 2, AlarmOnState != 0 ? IDC_ALARM_ON : IDC_ALARM_OFF);
-  EnableDetailControls(page, AlarmOnState != 0);
-  CheckAlone(page, kModes, 2, AlarmModeState == kAlarmOnceAtEnd ? IDC_ALARM_ONCE : IDC_ALARM_REPEAT);
-  if (AlarmModeState == kAlarmOnceAtEnd) EnableGroup(page, kRepeatControls, false);
+  CheckAlone(page, kOnOff, 2, alarmState.AlarmOnState != 0 ? IDC_ALARM_ON : IDC_ALARM_OFF);
+  EnableDetailControls(page, alarmState.AlarmOnState != 0);
+  CheckAlone(page, kModes, 2, alarmState.AlarmModeState == kAlarmOnceAtEnd ? IDC_ALARM_ONCE : IDC_ALARM_REPEAT);
+  if (alarmState.AlarmModeState == kAlarmOnceAtEnd) EnableGroup(page, kRepeatControls, false);
   else EnableGroup(page, kOnceControls, false);
-  CheckAlone(page, kActions, 3, ActionButton(AlarmActionState));
+  CheckAlone(page, kActions, 3, ActionButton(alarmState.AlarmActionState));
 
   return TRUE;
 }
@@ -96,12 +96,12 @@ void OnButton(HWND page, int id) {
     case IDC_ALARM_OFF:
       CheckAlone(page, kOnOff, 2, IDC_ALARM_OFF);
       EnableDetailControls(page, false);
-      AlarmOnState = 0;
+      alarmState.AlarmOnState = 0;
       break;
     case IDC_ALARM_ON:
       CheckAlone(page, kOnOff, 2, IDC_ALARM_ON);
       EnableDetailControls(page, true);  // both modes' boxes, as the user left them
-      AlarmOnState = 1;
+      alarmState.AlarmOnState = 1;
       break;
     case IDC_ALARM_REPEAT:
       ChooseMode(page, kAlarmEveryInterval);
@@ -110,13 +110,13 @@ void OnButton(HWND page, int id) {
       ChooseMode(page, kAlarmOnceAtEnd);
       break;
     case IDC_ALARM_SOUND_ONLY:
-      AlarmActionState = kAlarmSoundOnly;
+      alarmState.AlarmActionState = kAlarmSoundOnly;
       break;
     case IDC_ALARM_BOX_AND_SOUND:
-      AlarmActionState = kAlarmBoxAndSound;
+      alarmState.AlarmActionState = kAlarmBoxAndSound;
       break;
     case IDC_ALARM_BOX_ONLY:
-      AlarmActionState = kAlarmBoxOnly;
+      alarmState.AlarmActionState = kAlarmBoxOnly;
       break;
     case IDC_ALARM_PREVIEW_SOUND:
       PlayAlarmSound();

@@ -73,11 +73,11 @@ void SetIcon(HWND dialog, int control, HICON icon) {
 void ShowSessionTexts(MainDialogState& state) {
   // The answer of the latest poll tick, which the status text shown here was
   // built on too.
-  const bool connected = TickConnected != 0;
+  const bool connected = sessionState.TickConnected != 0;
   if (!IsWindowVisible(state.connectionCaption)) ShowWindow(state.connectionCaption, SW_SHOW);
   Enable(state.connectionCaption, TRUE);
   Enable(state.connectionName, TRUE);
-  if (connected && OnLineFlag == 1) {
+  if (connected && probeState.OnLineFlag == 1) {
     Enable(state.configure, FALSE);
     if (!IsWindowVisible(state.firstCaption)) ShowWindow(state.firstCaption, SW_SHOW);
     SetText(state.firstCaption, "You've Been Logged on since:");
@@ -86,19 +86,19 @@ void ShowSessionTexts(MainDialogState& state) {
     SetText(state.firstValue, GetLogOnText());
     SetText(state.accountStatus, statusText);
     SetText(state.connectionCaption, "Active Connection :");
-    SetText(state.connectionName, CurrentConnectionName);
+    SetText(state.connectionName, probeState.CurrentConnectionName);
     return;
   }
   // Whenever no session is open, also after a connection vanished from the list
   // without a "disconnected" state.
-  if (SessionOpen == 0) Enable(state.configure, TRUE);
-  if (NoConnectionSeen) return;  // nothing to tell until a first connection
+  if (sessionState.SessionOpen == 0) Enable(state.configure, TRUE);
+  if (probeState.NoConnectionSeen) return;  // nothing to tell until a first connection
   SetText(state.firstCaption, "Your Last Logon was at :");
   SetText(state.secondCaption, "Your Last Logon Took Up :");
   SetText(state.firstValue, GetLogOnText());
   SetText(state.secondValue, GetLastDurationText());
   SetText(state.connectionCaption, "Last Connection :");
-  SetText(state.connectionName, CurrentConnectionName);
+  SetText(state.connectionName, probeState.CurrentConnectionName);
   SetText(state.accountStatus, statusText);
 }
 
@@ -119,9 +119,9 @@ void OnRefreshTimer(HWND dialog, MainDialogState& state) {
   char date[kDateTextSize];
   FormatDate(date, today.dayOfWeek, today.month, today.day, today.year);
   SetText(state.date, date);
-  if (settings.previousSessionValid != 0 && LastSessionChanged) {
+  if (settings.previousSessionValid != 0 && sessionState.LastSessionChanged) {
     FillPreviousSession(state);
-    LastSessionChanged = 0;
+    sessionState.LastSessionChanged = 0;
   }
 }
 
@@ -140,8 +140,8 @@ BOOL OnInitDialog(HWND dialog) {
   mainDialogVisible = true;
   RefreshStatusText();  // the timers rebuild it only while a dialog shows it
   SetTimer(dialog, kRefreshTimer, 1000, nullptr);
-  if (settings.previousSessionValid != 0) LastSessionChanged = 1;
-  if (IsLogEmpty()) LastSessionChanged = 0;
+  if (settings.previousSessionValid != 0) sessionState.LastSessionChanged = 1;
+  if (IsLogEmpty()) sessionState.LastSessionChanged = 0;
   showMainDialogOnce = false;
   return TRUE;
 }
@@ -178,13 +178,13 @@ void OnButton(HWND dialog, WORD id) {
 
 void OnClose(HWND dialog) {
   MainDialogState* state = dialogState;
-  const bool onLine = state && state->probe.IsConnected() && OnLineFlag == 1;
+  const bool onLine = state && state->probe.IsConnected() && probeState.OnLineFlag == 1;
   if (!AskToQuit(onLine, dialog, dialog, kDialogQuitQuestion)) return;
   // The session is not recorded: the settings file still says it is open.
   DestroyWindow(dialog);
   RemoveTrayIcon(mainWindow);
   PostQuitMessage(0);
-  LastSessionChanged = 1;
+  sessionState.LastSessionChanged = 1;
 }
 
 }  // namespace

@@ -105,11 +105,11 @@ void Quit(HWND window) {
 // recorded as it stands now, without any box that would hold the shutdown up,
 // and the program ends.
 void OnEndSession(HWND window) {
-  if (SessionOpen != 0) {
-    SessionOpen = 0;
-    SessionClosed = 1;
+  if (sessionState.SessionOpen != 0) {
+    sessionState.SessionOpen = 0;
+    sessionState.SessionClosed = 1;
     StopSessionTimers();
-    OneShotFired = 0;
+    alarmState.OneShotFired = 0;
     const SessionHooks hooks = sessionHooks;
     const auto showFileProblem = startupHooks.showFileProblem;
     sessionHooks.checkUnconfiguredConnections = nullptr;

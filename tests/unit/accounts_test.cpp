@@ -294,8 +294,8 @@ TEST_F(UsageCache, RepeatedQueriesWalkTheLogOncePerConnection) {
   const uint64_t walks = UsageCacheLogWalks();
   // The status text of a whole on-line minute at twelve rebuilds a second.
   ras_.Connect("Card ISP");
-  TickConnected = DialUpProbe().IsConnected();
-  SessionStartSeconds = clock_.tickMs / 1000;
+  sessionState.TickConnected = DialUpProbe().IsConnected();
+  sessionState.SessionStartSeconds = clock_.tickMs / 1000;
   for (int i = 0; i < 720; ++i) RefreshStatusText();
   EXPECT_EQ(UsageCacheLogWalks(), walks);
   EXPECT_NE(std::strstr(statusText, "5.50 Hrs."), nullptr) << statusText;

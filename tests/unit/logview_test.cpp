@@ -339,16 +339,16 @@ TEST_F(LogView, ConnectionNamesAndTheInitialFilter) {
   EXPECT_EQ(ConnectionNames("All Connections").back(), "ISP 48");
 
   CopyFixedText(settings.previousSession.connectionName, "Previous ISP");
-  CopyFixedText(CurrentConnectionName, "Active ISP");
-  OnLineFlag = 1;
+  CopyFixedText(probeState.CurrentConnectionName, "Active ISP");
+  probeState.OnLineFlag = 1;
   settings.logInitialFilter = 1;
   EXPECT_EQ(InitialConnectionFilter(true), "All Connections");
   settings.logInitialFilter = 2;
   EXPECT_EQ(InitialConnectionFilter(true), "Active ISP");
   EXPECT_EQ(InitialConnectionFilter(false), "Previous ISP");
-  OnLineFlag = 0;
+  probeState.OnLineFlag = 0;
   EXPECT_EQ(InitialConnectionFilter(true), "Previous ISP");
-  CopyFixedText(CurrentConnectionName, "");
+  CopyFixedText(probeState.CurrentConnectionName, "");
 }
 
 TEST_F(LogView, ManageLogDeletesByExactNameOrClearsAndSavesBothFiles) {

@@ -58,7 +58,7 @@ TEST_F(TimeText, ClocksDatesAndDurations) {
                    {-2147483647 - 1, "-596523 Hr : -14 Min : -8 sec"}};
   for (const auto& row : durations) {
     FormatElapsed(row.seconds);
-    EXPECT_STREQ(ElapsedText, row.text);
+    EXPECT_STREQ(sessionTexts.ElapsedText, row.text);
   }
   char text[kLastDurationTextSize];
   FormatDuration(text, 10, 70, 80);
@@ -74,9 +74,9 @@ TEST_F(TimeText, ClockAndLogOnTextsFollowTheClock) {
   settings.use24HourClock = 1;
   EXPECT_STREQ(ClockText(), "13 : 02 : 03   ");
   EXPECT_STREQ(GetLogOnText(), "1 : 02 : 03  PM") << "the log-on text keeps its form";
-  EXPECT_EQ(LogOnHour, 20u);
-  EXPECT_EQ(LogOnMinute, 20u);
-  SessionStartSeconds = clock_.tickMs / 1000;
+  EXPECT_EQ(sessionState.LogOnHour, 20u);
+  EXPECT_EQ(sessionState.LogOnMinute, 20u);
+  sessionState.SessionStartSeconds = clock_.tickMs / 1000;
   clock_.Advance(3661);
   EXPECT_STREQ(GetElapsedText(), "1 Hr : 1 Min : 1 sec");
 }
@@ -89,7 +89,7 @@ class Probe : public ProgramStateTest {
 TEST_F(Probe, AsksWithTheWindows95SizesAndFollowsTheConnection) {
   EXPECT_FALSE(probe_.IsConnected());
   EXPECT_EQ(ras_.queriedHandles, std::vector<uintptr_t>{0u}) << "nothing seen yet: a zero handle";
-  EXPECT_EQ(NoConnectionSeen, 1);
+  EXPECT_EQ(probeState.NoConnectionSeen, 1);
 
   ras_.Connect("Home ISP");
   ras_.enumCalls = ras_.statusCalls = 0;
@@ -99,9 +99,9 @@ TEST_F(Probe, AsksWithTheWindows95SizesAndFollowsTheConnection) {
   EXPECT_EQ(ras_.lastEntrySize, sizeof(ras::Connection95));
   EXPECT_EQ(ras_.lastEnumBufferSize, 8 * sizeof(ras::Connection95));
   EXPECT_EQ(ras_.lastStatusSize, 160u);
-  EXPECT_STREQ(CurrentConnectionName, "Home ISP");
-  EXPECT_EQ(OnLineFlag, 1);
-  EXPECT_EQ(NoConnectionSeen, 0);
+  EXPECT_STREQ(probeState.CurrentConnectionName, "Home ISP");
+  EXPECT_EQ(probeState.OnLineFlag, 1);
+  EXPECT_EQ(probeState.NoConnectionSeen, 0);
 
   // Each state after the connection: connected?, the on-line flag, and the name kept.
   const uintptr_t oldHandle = ras_.handle;
@@ -113,8 +113,8 @@ TEST_F(Probe, AsksWithTheWindows95SizesAndFollowsTheConnection) {
     ras_.state = row.state;
     ras_.name = row.state == State::Dialling ? "Other" : "Home ISP";
     EXPECT_FALSE(probe_.IsConnected());
-    EXPECT_EQ(OnLineFlag, row.onLine);
-    EXPECT_STREQ(CurrentConnectionName, "Home ISP");
+    EXPECT_EQ(probeState.OnLineFlag, row.onLine);
+    EXPECT_STREQ(probeState.CurrentConnectionName, "Home ISP");
     EXPECT_EQ(ras_.queriedHandles.back(), oldHandle) << "a vanished connection is asked about by its old handle";
   }
   DialUpProbe fresh;
@@ -142,7 +142,7 @@ TEST_F(Probe, EachPollTickAsksTheServiceOnceAndTheSessionFollowsItsAnswer) {
       OnMainWindowTimer(true, dialogShown, probe_);   // timer 2
       OnMainWindowTimer(false, dialogShown, probe_);  // timer 5 or 10 in the same 100 ms
       EXPECT_EQ(ras_.enumCalls, ++polls) << "one dial-up query a tick, none for the other timers";
-      EXPECT_EQ(SessionOpen, tick.open) << "opened or closed by the tick that saw the change";
+      EXPECT_EQ(sessionState.SessionOpen, tick.open) << "opened or closed by the tick that saw the change";
     }
   }
 }
@@ -151,16 +151,14 @@ class Alarm : public ProgramStateTest {
  protected:
   void SetUp() override {
     ProgramStateTest::SetUp();
-    ResetAlarmState();
     events.clear();
     alarmHooks.playSound = [] { events.push_back("sound"); };
-    alarmHooks.showNotice = [] { events.push_back(std::string("notice:") + AlarmMessage); };
+    alarmHooks.showNotice = [] { events.push_back(std::string("notice:") + alarmState.AlarmMessage); };
     ApplyDefaultSettings();
-    OnLineFlag = 1;
+    probeState.OnLineFlag = 1;
   }
   void TearDown() override {
-    OnLineFlag = 0;
-    ResetAlarmState();
+    probeState.OnLineFlag = 0;
     ProgramStateTest::TearDown();
   }
 
@@ -203,12 +201,12 @@ TEST_F(Alarm, PeriodFromTheFieldsOfTheModeNeverATightLoop) {
   }
   // Only the repeating period clears the one-shot flag.
   Set(kAlarmOnceAtEnd, 2, 30);
-  OneShotFired = 1;
+  alarmState.OneShotFired = 1;
   AlarmPeriodMs();
-  EXPECT_EQ(OneShotFired, 1);
+  EXPECT_EQ(alarmState.OneShotFired, 1);
   Set(kAlarmEveryInterval, 1, 0);
   AlarmPeriodMs();
-  EXPECT_EQ(OneShotFired, 0);
+  EXPECT_EQ(alarmState.OneShotFired, 0);
 }
 
 TEST_F(Alarm, WhatEachFiringGives) {
@@ -233,27 +231,27 @@ TEST_F(Alarm, WhatEachFiringGives) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
     events.clear();
-    OneShotFired = 0;
-    AlarmMessage[0] = '\0';
+    alarmState.OneShotFired = 0;
+    alarmState.AlarmMessage[0] = '\0';
     Set(row.mode, row.mode == kAlarmOnceAtEnd ? 2 : 1, row.mode == kAlarmOnceAtEnd ? 30 : 0, row.action);
     settings.alarmOn = static_cast<uint8_t>(row.alarmOn);
-    OnLineFlag = row.onLine;
+    probeState.OnLineFlag = row.onLine;
     AlarmPeriodMs();
     for (int i = 0; i < row.timerFirings; ++i) OnAlarmTimer();
     EXPECT_EQ(events, row.events);
-    EXPECT_EQ(OneShotFired, row.events.size() == 1 && row.mode == kAlarmOnceAtEnd ? 1 : 0);
+    EXPECT_EQ(alarmState.OneShotFired, row.events.size() == 1 && row.mode == kAlarmOnceAtEnd ? 1 : 0);
     if (row.action != kAlarmBoxAndSound && row.alarmOn && row.onLine && row.mode == kAlarmEveryInterval) {
-      EXPECT_EQ(std::string(AlarmMessage), kEveryHour) << "the text is built whatever the action";
+      EXPECT_EQ(std::string(alarmState.AlarmMessage), kEveryHour) << "the text is built whatever the action";
     }
     if (!row.alarmOn) {
-      EXPECT_STREQ(AlarmMessage, "");
+      EXPECT_STREQ(alarmState.AlarmMessage, "");
     }
   }
   // The session step clears the one-shot flag when the session closes; the next one fires again.
   Set(kAlarmOnceAtEnd, 2, 30);
-  OnLineFlag = 1;
+  probeState.OnLineFlag = 1;
   OnAlarmTimer();
-  OneShotFired = 0;
+  alarmState.OneShotFired = 0;
   events.clear();
   OnAlarmTimer();
   OnAlarmTimer();
@@ -262,9 +260,9 @@ TEST_F(Alarm, WhatEachFiringGives) {
   // The longest period texts fit the message; missing hooks are skipped.
   alarmHooks = AlarmHooks{};
   Set(kAlarmOnceAtEnd, -128, -128);
-  OneShotFired = 0;
+  alarmState.OneShotFired = 0;
   FireAlarm();
-  EXPECT_EQ(std::string(AlarmMessage),
+  EXPECT_EQ(std::string(alarmState.AlarmMessage),
             "\n-128 Hr and  -128 Min.\nThe Time Set On The Alarm Has Elapsed.\nThis Reminder Will Not Come Again In "
             "This Session");
 }
@@ -272,7 +270,7 @@ TEST_F(Alarm, WhatEachFiringGives) {
 TEST_F(Alarm, OneShotIsMarkedBeforeTheNoticeOpens) {
   Set(kAlarmOnceAtEnd, 0, 5, kAlarmBoxOnly);
   alarmHooks.showNotice = [] {
-    events.push_back(OneShotFired ? "fired" : "not yet");
+    events.push_back(alarmState.OneShotFired ? "fired" : "not yet");
     FireAlarm();  // a timer firing inside the notice's message loop
   };
   FireAlarm();
@@ -294,10 +292,10 @@ TEST_F(Alarm, PageClampsTimesAndMapsUnknownStoredValuesToTheDefaults) {
   settings.alarmMode = kAlarmOnceAtEnd;
   settings.alarmAction = kAlarmBoxOnly;
   LoadAlarmPageState();
-  EXPECT_EQ(AlarmOnState, 1u);
-  EXPECT_EQ(AlarmModeState, kAlarmOnceAtEnd);
-  EXPECT_EQ(AlarmActionState, kAlarmBoxOnly);
-  AlarmActionState = kAlarmSoundOnly;
+  EXPECT_EQ(alarmState.AlarmOnState, 1u);
+  EXPECT_EQ(alarmState.AlarmModeState, kAlarmOnceAtEnd);
+  EXPECT_EQ(alarmState.AlarmActionState, kAlarmBoxOnly);
+  alarmState.AlarmActionState = kAlarmSoundOnly;
   StoreAlarmPage(0, 0, 300, 99);
   EXPECT_EQ(settings.alarmOn, 1);
   EXPECT_EQ(settings.alarmMode, kAlarmOnceAtEnd);
@@ -308,7 +306,7 @@ TEST_F(Alarm, PageClampsTimesAndMapsUnknownStoredValuesToTheDefaults) {
 
   settings.alarmOn = settings.alarmMode = settings.alarmAction = 0;
   LoadAlarmPageState();
-  EXPECT_EQ(AlarmOnState, 0u);
+  EXPECT_EQ(alarmState.AlarmOnState, 0u);
   StoreAlarmPage(1, 0, 2, 30);
   EXPECT_EQ(settings.alarmMode, kAlarmEveryInterval);
   EXPECT_EQ(settings.alarmAction, kAlarmBoxAndSound);
@@ -322,7 +320,6 @@ class Unconfigured : public ProgramStateTest {
  protected:
   void SetUp() override {
     ProgramStateTest::SetUp();
-    ResetUnconfiguredState();
     events.clear();
     dialogResults.clear();
     unconfiguredHooks.showConfigureNotice = [](const char* text, const char* caption) {
@@ -332,22 +329,18 @@ class Unconfigured : public ProgramStateTest {
       events.push_back(std::string("not set up[") + caption + "]" + text);
     };
     unconfiguredHooks.runAccountDialog = []() -> intptr_t {
-      events.push_back(std::string("dialog ") + ConnectionToConfigure + (OpenedFromNotice ? " from notice" : ""));
-      OpenedFromNotice = 0;  // the dialog clears it
+      events.push_back(std::string("dialog ") + unconfiguredState.ConnectionToConfigure + (unconfiguredState.OpenedFromNotice ? " from notice" : ""));
+      unconfiguredState.OpenedFromNotice = 0;  // the dialog clears it
       if (dialogResults.empty()) return 0;
       const intptr_t result = dialogResults.front();
       dialogResults.erase(dialogResults.begin());
       if (result != 0) {
-        const int k = AccountIndexByName(ConnectionToConfigure);
+        const int k = AccountIndexByName(unconfiguredState.ConnectionToConfigure);
         if (k != kNoAccount) settings.accounts[k].configured = 1;
       }
       return result;
     };
     ASSERT_TRUE(CreateSettings(SettingsPath()));
-  }
-  void TearDown() override {
-    ResetUnconfiguredState();
-    ProgramStateTest::TearDown();
   }
 
   static void Log(const std::string& name, uint8_t status = InUse) {
@@ -453,21 +446,21 @@ TEST_F(Unconfigured, AskedInIndexOrderUntilSetUp) {
   EXPECT_EQ(events, expected);
   EXPECT_EQ(settings.accounts[0].configured, 1u);
   EXPECT_EQ(settings.accounts[1].configured, 0u);
-  EXPECT_STREQ(ConnectionToConfigure, "Office") << "kept when the dialog did not save";
+  EXPECT_STREQ(unconfiguredState.ConnectionToConfigure, "Office") << "kept when the dialog did not save";
   events.clear();
   CheckUnconfiguredConnections();
   EXPECT_EQ(events, Asked("Office")) << "asked again until it is set up";
 
   dialogResults = {1};
   EXPECT_TRUE(AskToConfigure("Office"));
-  EXPECT_STREQ(ConnectionToConfigure, "") << "emptied after a saved account";
+  EXPECT_STREQ(unconfiguredState.ConnectionToConfigure, "") << "emptied after a saved account";
   EXPECT_FALSE(AskToConfigure("Office"));
 }
 
 TEST_F(Unconfigured, ACheckDuringAQuestionOnlyAddsNamesAndSaves) {
   Log("Home ISP");
   unconfiguredHooks.runAccountDialog = []() -> intptr_t {
-    events.push_back(std::string("dialog ") + ConnectionToConfigure);
+    events.push_back(std::string("dialog ") + unconfiguredState.ConnectionToConfigure);
     Log("Office");  // a session ends under the dialog and records a new connection
     if (events.size() < 4) CheckUnconfiguredConnections();
     return 0;
@@ -483,8 +476,8 @@ TEST_F(Unconfigured, WithoutHooksOrAFolder) {
   unconfiguredHooks = UnconfiguredHooks{};
   Log("Home ISP");
   EXPECT_TRUE(CheckUnconfiguredConnections());
-  EXPECT_EQ(OpenedFromNotice, 1) << "no dialog ran to clear it";
-  EXPECT_STREQ(ConnectionToConfigure, "Home ISP") << "nothing was saved";
+  EXPECT_EQ(unconfiguredState.OpenedFromNotice, 1) << "no dialog ran to clear it";
+  EXPECT_STREQ(unconfiguredState.ConnectionToConfigure, "Home ISP") << "nothing was saved";
   char text[kConfigureNoticeSize];
   BuildConfigureNotice(text, std::string(300, 'n').c_str());
   EXPECT_EQ(std::strlen(text), kConfigureNoticeSize - 1) << "the notice text fits its buffer";

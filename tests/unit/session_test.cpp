@@ -89,22 +89,22 @@ TEST_F(Session, ConnectThenDisconnectRecordsOneSession) {
   clock_.now = {2002, 1, 1, 7, 10, 0, 0};
   ras_.Connect("Home ISP");
   Tick();
-  EXPECT_EQ(SessionOpen, 1u);
-  EXPECT_EQ(SessionClosed, 0u);
+  EXPECT_EQ(sessionState.SessionOpen, 1u);
+  EXPECT_EQ(sessionState.SessionClosed, 0u);
   EXPECT_EQ(MarkerOnDisk(), 218) << "the file says a session is open";
-  EXPECT_STREQ(SessionConnectionName, "Home ISP");
-  EXPECT_STREQ(LogOnText, "10 : 00 : 00  AM");
+  EXPECT_STREQ(sessionState.SessionConnectionName, "Home ISP");
+  EXPECT_STREQ(sessionTexts.LogOnText, "10 : 00 : 00  AM");
   EXPECT_EQ(std::string(settings.checkpointName), "Home ISP");
   EXPECT_EQ(settings.checkpointElapsed, 0u);
 
   RunFor(125);
   ras_.state = State::Disconnected;
   Tick();
-  EXPECT_EQ(SessionOpen, 0u);
+  EXPECT_EQ(sessionState.SessionOpen, 0u);
   EXPECT_EQ(events, (std::vector<std::string>{"start timers", "stop timers", "check accounts"}));
 
   EXPECT_EQ(Fields(sessionLog.records[0]), "1 Home ISP 125s 1/1/7/2002 10:0:0-10:2:5");
-  EXPECT_EQ(SessionConnectionName[0], '\0');
+  EXPECT_EQ(sessionState.SessionConnectionName[0], '\0');
   EXPECT_STREQ(GetLastDurationText(), "0 Hr : 2 Min : 5 sec");
 
   // Both files are on disk with the session and the summary.
@@ -255,7 +255,7 @@ TEST_F(Session, RestartWhileStillConnectedRecordsTheOldAndOpensANewSession) {
   Restart();
   RecoverInterruptedSession();
   Tick();
-  EXPECT_EQ(SessionOpen, 1u);
+  EXPECT_EQ(sessionState.SessionOpen, 1u);
   EXPECT_EQ(sessionLog.records[0].durationSeconds, 360);
   EXPECT_EQ(MarkerOnDisk(), 218);
 }
@@ -280,7 +280,7 @@ TEST_F(Session, OutOfSpaceIsReportedOnceAndTheNextSessionWorks) {
   LogRecordLimit = kMaxLogRecords;
   ras_.Connect("Home ISP");
   Tick();
-  EXPECT_EQ(SessionOpen, 1u);
+  EXPECT_EQ(sessionState.SessionOpen, 1u);
   EXPECT_EQ(events.back(), "start timers");
 }
 
@@ -288,12 +288,12 @@ TEST_F(Session, AVanishedConnectionClosesTheSessionAndResetsTheOneShotAlarm) {
   ras_.Connect("Home ISP");
   Tick();
   RunFor(10);
-  OneShotFired = 1;
+  alarmState.OneShotFired = 1;
   ras_.state = State::Vanished;
   Tick();
-  EXPECT_EQ(SessionOpen, 0u);
+  EXPECT_EQ(sessionState.SessionOpen, 0u);
   EXPECT_EQ(sessionLog.records[0].durationSeconds, 10);
-  EXPECT_EQ(OneShotFired, 0);
+  EXPECT_EQ(alarmState.OneShotFired, 0);
 }
 
 }  // namespace

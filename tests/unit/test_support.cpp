@@ -6,7 +6,9 @@
 #include <fstream>
 #include <iterator>
 
+#include "monitor/alarm.h"
 #include "monitor/session.h"
+#include "monitor/unconfigured_connections.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/startup.h"
@@ -84,6 +86,8 @@ void ProgramStateTest::SetUp() {
   HoldFile(kConfigurationFile, false);
   HoldFile(kLogFile, false);
   ResetSessionState();
+  ResetAlarmState();
+  ResetUnconfiguredState();
   sessionHooks = SessionHooks{};
   installHooks = InstallHooks{};
   UseClock(&clock_);
