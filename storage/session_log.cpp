@@ -12,8 +12,7 @@
 #include "storage/file_holds.h"
 
 SessionLog sessionLog;
-SessionRecord LegacyLogTable[kLegacyLogSlots];
-uint32_t LogRecordLimit = kMaxLogRecords;
+LogState logState;
 
 namespace {
 
@@ -95,7 +94,7 @@ bool ReadLogFile(const char* path, std::vector<SessionRecord>* records) {
     read = FileLength(file, static_cast<long>(sizeof header), &length);
     const std::size_t present = length > 8 ? static_cast<std::size_t>(length - 8) / kRecordSize : 0;
     const uint32_t inFile = static_cast<uint32_t>(std::min<std::size_t>(present, kMaxLogRecords));
-    const uint32_t claimed = std::min(std::max(header[0], inFile), LogRecordLimit);
+    const uint32_t claimed = std::min(std::max(header[0], inFile), logState.LogRecordLimit);
     try {
       read = read && ReadRecords(file, claimed, present + 1, records);
     } catch (const std::bad_alloc&) {
@@ -108,7 +107,7 @@ bool ReadLogFile(const char* path, std::vector<SessionRecord>* records) {
 
 std::vector<SessionRecord> LegacyRecords() {
   std::vector<SessionRecord> records;
-  for (const SessionRecord& record : LegacyLogTable) {
+  for (const SessionRecord& record : logState.LegacyLogTable) {
     if (record.status != InUse) continue;
     records.push_back(record);
     TerminateName(&records.back());
@@ -187,9 +186,9 @@ bool CreateEmptyLog(const char* path) {
 }
 
 bool LoadLegacyLog(const char* path) {
-  std::memset(LegacyLogTable, 0, sizeof LegacyLogTable);
+  std::memset(logState.LegacyLogTable, 0, sizeof logState.LegacyLogTable);
   std::size_t bytesRead = 0;
-  return ReadFileStart(path, LegacyLogTable, sizeof LegacyLogTable, &bytesRead);
+  return ReadFileStart(path, logState.LegacyLogTable, sizeof logState.LegacyLogTable, &bytesRead);
 }
 
 bool ConvertLegacyLog() {
@@ -201,7 +200,7 @@ bool ConvertLegacyLog() {
 }
 
 void AppendBlankRecords() {
-  if (sessionLog.records.size() + 2 > LogRecordLimit) return;
+  if (sessionLog.records.size() + 2 > logState.LogRecordLimit) return;
   try {
     sessionLog.records.resize(sessionLog.records.size() + 2);
   } catch (const std::bad_alloc&) {

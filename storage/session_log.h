@@ -25,11 +25,13 @@ struct SessionLog {
 
 // The one program-wide log.
 extern SessionLog sessionLog;
-// The fixed table of older releases, read once for conversion.
-extern SessionRecord LegacyLogTable[kLegacyLogSlots];
-
-// Largest number of records the log may grow to; lowered only by tests.
-extern uint32_t LogRecordLimit;
+struct LogState {
+  // The fixed table of older releases, read once for conversion.
+  SessionRecord LegacyLogTable[kLegacyLogSlots] = {};
+  // Largest number of records the log may grow to; lowered only by tests.
+  uint32_t LogRecordLimit = kMaxLogRecords;
+};
+extern LogState logState;
 
 // Changes whenever the log's records may have changed. Every operation below that
 // changes a record or the array moves it on, so caches of figures computed from the

@@ -4,10 +4,12 @@
 #include <cstring>
 
 #include "platform/binary_file.h"
+#include "storage/accounts.h"
 #include "storage/fixed_text.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
+#include "storage/usage_cache.h"
 
 namespace {
 
@@ -156,3 +158,15 @@ bool InitialiseStorage(void* owner) {
 // Off Windows nothing is installed; tests put in hooks of their own.
 StartupHooks PlatformStartupHooks() { return StartupHooks{}; }
 #endif
+
+void ResetStorageState() {
+  std::memset(&settings, 0, sizeof settings);
+  sessionLog = SessionLog{};
+  logState = LogState{};
+  NoteLogChanged();
+  ClearUsageCache();
+  ResetFileHolds();
+  cardSecondsRemaining = 0.0f;
+  installHooks = InstallHooks{};
+  startupHooks = StartupHooks{};
+}

@@ -14,3 +14,8 @@ constexpr char kLogMissingCaption[] = "Orvalen Alert !!";
 // defaults are used in memory, the file is held (below), and the log is loaded
 // as usual.
 bool InitialiseStorage(void* owner);
+
+// Storage back to the state of a freshly started process (tests, tools): the
+// settings, the log and logState, the usage cache, the file holds, the card
+// balance and the install and start-up hooks.
+void ResetStorageState();

@@ -19,7 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (offset < size) {
       std::memcpy(&want, data + offset, std::min(size - offset, sizeof want));
     }
-    Require(std::memcmp(&LegacyLogTable[slot], &want, sizeof want) == 0, "the table is the file's start");
+    Require(std::memcmp(&logState.LegacyLogTable[slot], &want, sizeof want) == 0, "the table is the file's start");
     want.connectionName[kRecordNameSize - 1] = '\0';
     if (want.status == InUse) inUse.push_back(want);
   }

@@ -57,7 +57,7 @@ void FreshProgramState() {
   SetProgramFolder(ScratchFolder());
   std::memset(&settings, 0, sizeof settings);
   sessionLog = SessionLog{};
-  LogRecordLimit = kMaxLogRecords;
+  logState.LogRecordLimit = kMaxLogRecords;
   ResetSessionState();
   sessionHooks = SessionHooks{};
   installHooks = InstallHooks{};

@@ -29,7 +29,6 @@ class Accounts : public ProgramStateTest {
   void SetUp() override {
     ProgramStateTest::SetUp();
     clock_.now = {2002, 1, 1, 7, 10, 0, 0};  // January 2002
-    cardSecondsRemaining = 0.0f;
   }
   static void Log(const char* name, int32_t seconds, uint32_t month = 1, uint32_t year = 2002,
                   RecordStatus status = InUse) {
@@ -342,8 +341,8 @@ TEST_F(UsageCache, EveryLogOperationIsSeen) {
   ExpectChangeSeen("Flat ISP", [this] { EXPECT_TRUE(CreateEmptyLog(Path("empty.ovb").c_str())); });
   ExpectChangeSeen("Flat ISP", [this] { EXPECT_TRUE(LoadLog(Path("saved.ovb").c_str())); });
   ExpectChangeSeen("Card ISP", [] {
-    std::memset(LegacyLogTable, 0, sizeof LegacyLogTable);
-    LegacyLogTable[3] = UsedRecord("Card ISP", 36000, 3, 2002);
+    std::memset(logState.LegacyLogTable, 0, sizeof logState.LegacyLogTable);
+    logState.LegacyLogTable[3] = UsedRecord("Card ISP", 36000, 3, 2002);
     ConvertLegacyLog();
   });
 }

@@ -262,7 +262,7 @@ TEST_F(Session, RestartWhileStillConnectedRecordsTheOldAndOpensANewSession) {
 
 TEST_F(Session, OutOfSpaceIsReportedOnceAndTheNextSessionWorks) {
   for (SessionRecord& record : sessionLog.records) record.status = InUse;
-  LogRecordLimit = 2;
+  logState.LogRecordLimit = 2;
   ras_.Connect("Home ISP");
   Tick();
   RunWithCheckpoints(200);
@@ -277,7 +277,7 @@ TEST_F(Session, OutOfSpaceIsReportedOnceAndTheNextSessionWorks) {
   EXPECT_EQ(settings.sessionOpenMarker, 218) << "a recovery without room keeps the marker too";
   settings.sessionOpenMarker = 219;
 
-  LogRecordLimit = kMaxLogRecords;
+  logState.LogRecordLimit = kMaxLogRecords;
   ras_.Connect("Home ISP");
   Tick();
   EXPECT_EQ(sessionState.SessionOpen, 1u);

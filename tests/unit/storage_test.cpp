@@ -125,7 +125,7 @@ TEST_F(LogFile, FreshLogGrowsTwoRecordsAtATimeOnlyWhenFull) {
   EXPECT_EQ(sessionLog.records[longSlot + 1].status, Blank) << "next record untouched";
 
   Set({UsedRecord("a", 1), UsedRecord("b", 1)});
-  LogRecordLimit = 2;
+  logState.LogRecordLimit = 2;
   EXPECT_EQ(FindFreeSlot(), kNoSlot) << "no room beyond the limit";
   EXPECT_EQ(sessionLog.count, 2u);
 }

@@ -78,18 +78,11 @@ void ProgramStateTest::SetUp() {
   fs::create_directories(folder_);
   SetWindowsDirectory(folder_);
   SetProgramFolder(folder_);
-  std::memset(&settings, 0, sizeof settings);
-  sessionLog = SessionLog{};
-  NoteLogChanged();
-  ClearUsageCache();
-  LogRecordLimit = kMaxLogRecords;
-  HoldFile(kConfigurationFile, false);
-  HoldFile(kLogFile, false);
+  ResetStorageState();
   ResetSessionState();
   ResetAlarmState();
   ResetUnconfiguredState();
   sessionHooks = SessionHooks{};
-  installHooks = InstallHooks{};
   UseClock(&clock_);
   UseRasService(&ras_);
 }
