@@ -73,7 +73,11 @@ run_ctest i686 -L win9x  # nothing else can run: no 32-bit code runs here
 
 configure x86_64 -DCMAKE_TOOLCHAIN_FILE="$root/cmake/toolchain-x86_64-mingw.cmake"
 build x86_64
-run_ctest x86_64
+# A test that drives real windows under Wine on two shared cores now and then loses
+# a window or an input to the load (seen in about one full run of two, a different
+# test each time, each passing when run again); such a test runs once more, and
+# fails the run only when it fails twice. Its first failure stays in the log.
+run_ctest x86_64 --repeat until-pass:2
 
 echo
 if ((${#failures[@]} > 0)); then
