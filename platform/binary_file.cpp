@@ -13,17 +13,14 @@
 #include <unistd.h>
 #endif
 
-WriteCutoff fileWriteCutoff = nullptr;
-
 namespace {
-
-int lastError = 0;
 
 std::string Sibling(const char* path, const char* suffix) { return std::string(path) + suffix; }
 
 // How much of a step happens: all of it unless a crash test cuts it.
 std::size_t Allowed(const char* path, SaveStep step, std::size_t size) {
-  return fileWriteCutoff != nullptr ? std::min(size, fileWriteCutoff(path, step, size)) : size;
+  const WriteCutoff cutoff = platformState.fileWriteCutoff;
+  return cutoff != nullptr ? std::min(size, cutoff(path, step, size)) : size;
 }
 
 bool Happens(const char* path, SaveStep step) { return Allowed(path, step, 1) == 1; }
@@ -58,7 +55,7 @@ std::vector<char> TailPast(const char* path, std::size_t from) {
 }  // namespace
 
 bool FileCallFailed() {
-  lastError = errno;
+  platformState.lastError = errno;
   return false;
 }
 
@@ -127,7 +124,7 @@ bool WriteFileStart(const char* path, const WriteBlock* blocks, std::size_t bloc
   }
   // A full disk shows up at the flush or the close.
   // The crash tests model what reaches the disk themselves: no need to wait for it.
-  written = (fileWriteCutoff != nullptr || Commit(file)) && written;
+  written = (platformState.fileWriteCutoff != nullptr || Commit(file)) && written;
   written = std::fclose(file) == 0 && written;
   if (allowed < total) return false;  // the process died while writing
   if (!written) {
@@ -166,4 +163,4 @@ bool CanCreate(const char* path) {
   return true;
 }
 
-std::string LastFileError() { return std::strerror(lastError); }
+std::string LastFileError() { return std::strerror(platformState.lastError); }

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <string>
 
+#include "platform/platform_state.h"
+
 // True when something of that name is on disk, file or folder, readable or not.
 bool IsOnDisk(const char* path);
 
@@ -48,11 +50,3 @@ std::string LastFileError();
 bool FileCallFailed();
 
 constexpr std::size_t kSingleWriteLimit = 64u * 1024u * 1024u;
-
-// Crash tests only: given a path, the step of its save and that step's size (the
-// content's byte count; 1 for a rename or deletion), answers how much of it
-// happens (a kill or power cut at that point); the save then reports failure.
-// Empty (the program's case): every step happens whole.
-enum class SaveStep { Content, Commit, RemoveOld, Rename };
-using WriteCutoff = std::size_t (*)(const char* path, SaveStep step, std::size_t size);
-extern WriteCutoff fileWriteCutoff;

@@ -95,7 +95,6 @@ class CrashRecovery : public ProgramStateTest {
     startupHooks.showFileProblem = [](const char*, const char*) { ++alerts; };
   }
   void TearDown() override {
-    fileWriteCutoff = nullptr;
     cut = Cut{};
     startupHooks = PlatformStartupHooks();
     ProgramStateTest::TearDown();
@@ -165,9 +164,9 @@ class CrashRecovery : public ProgramStateTest {
     FreshInstall();
     cut = Cut{};
     cut.notes = &notes;
-    fileWriteCutoff = CutWrite;
+    platformState.fileWriteCutoff = CutWrite;
     PlayDay();
-    fileWriteCutoff = nullptr;
+    platformState.fileWriteCutoff = nullptr;
     cut.notes = nullptr;
 
     std::map<std::string, SessionWrites> day;
@@ -194,9 +193,9 @@ class CrashRecovery : public ProgramStateTest {
     cut = Cut{};
     cut.intact = intact;
     cut.torn = torn;
-    fileWriteCutoff = CutWrite;
+    platformState.fileWriteCutoff = CutWrite;
     PlayDay();
-    fileWriteCutoff = nullptr;
+    platformState.fileWriteCutoff = nullptr;
     ras_.state = State::None;
     alerts = 0;  // the dead program's messages were never seen
     Start();

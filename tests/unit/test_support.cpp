@@ -6,9 +6,12 @@
 #include <fstream>
 #include <iterator>
 
+#include "app/status_text.h"
+#include "logview/logview_state.h"
 #include "monitor/alarm.h"
 #include "monitor/session.h"
 #include "monitor/unconfigured_connections.h"
+#include "platform/platform_state.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/startup.h"
@@ -78,18 +81,20 @@ void ProgramStateTest::SetUp() {
   fs::create_directories(folder_);
   SetWindowsDirectory(folder_);
   SetProgramFolder(folder_);
+  ResetPlatformState();
   ResetStorageState();
   ResetSessionState();
   ResetAlarmState();
   ResetUnconfiguredState();
   sessionHooks = SessionHooks{};
+  ResetLogViewState();
+  ResetStatusState();
   UseClock(&clock_);
   UseRasService(&ras_);
 }
 
 void ProgramStateTest::TearDown() {
-  UseClock(nullptr);
-  UseRasService(nullptr);
+  ResetPlatformState();
   std::error_code ignored;
   fs::remove_all(folder_, ignored);
 }
