@@ -10,8 +10,11 @@ class RasService;
 // Crash tests only: given a path, the step of its save and that step's size (the
 // content's byte count; 1 for a rename or deletion), answers how much of it
 // happens (a kill or power cut at that point); the save then reports failure.
-// Empty (the program's case): every step happens whole.
-enum class SaveStep { Content, Commit, RemoveOld, Rename };
+// Empty (the program's case): every step happens whole. The steps: the content
+// write, setting an earlier "<name>.new" aside (only when there is one), the
+// rename to "<name>.new", the deletions of "<name>.prev" and the old file, the
+// last rename.
+enum class SaveStep { Content, SetAside, Commit, RemoveOld, Rename };
 using WriteCutoff = std::size_t (*)(const char* path, SaveStep step, std::size_t size);
 
 // ResetPlatformState() brings it back to these values.
