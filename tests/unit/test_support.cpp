@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 
 #include "app/status_text.h"
 #include "logview/logview_state.h"
@@ -75,8 +76,10 @@ uint32_t ScriptedRas::GetConnectStatus(ras::ConnectionHandle queried, ras::Conne
 
 void ProgramStateTest::SetUp() {
   static int serial = 0;
+  static const std::string run = std::to_string(std::random_device{}());  // apart from other runs at once
   const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-  folder_ = (fs::temp_directory_path() / ("orvalen-test-" + std::to_string(serial++) + "-" + info->name())).string();
+  const std::string name = "orvalen-test-" + run + "-" + std::to_string(serial++) + "-" + info->name();
+  folder_ = (fs::temp_directory_path() / name).string();
   fs::remove_all(folder_);
   fs::create_directories(folder_);
   SetWindowsDirectory(folder_);
