@@ -164,8 +164,8 @@ exit_until_question() {  # LABEL
     "$(drv windows | grep -F 'title="Orvalen Notification"' | grep -o 'owner=0x[0-9a-f]*') $(drv answer-box --title "Orvalen Notification" --button ok)" "owner=$dialog $warning"
   need "$1: the question appears" drv wait-window --class "#32770" --title ""
   check "$1: the question, owned by the main window, with Yes and No" \
-    "$(drv windows | grep -F 'class="#32770" title=""' | grep -o 'owner=0x[0-9a-f]*') $(drv children --class "#32770" --title "" | grep -o 'id=[67] class="Button"' | sort | tr '\n' ' ')$(drv answer-box --title "")" \
-    "owner=$main_window id=6 class=\"Button\" id=7 class=\"Button\" $question"
+    "$(drv windows | grep -F 'class="#32770" title=""' | grep -o 'owner=0x[0-9a-f]*') $(drv state --class "#32770" --title "" --ids 6,7 | cut -d' ' -f1-2 | tr '\n' ' ')$(drv answer-box --title "")" \
+    "owner=$main_window 6 enabled=1 7 enabled=1 $question"
 }
 exit_until_question "Exit, No"
 need "Exit, No: the question closes" drv answer-box --title "" --button no

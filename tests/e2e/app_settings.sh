@@ -6,7 +6,7 @@
 # clock's form, the autostart value), Cancel changing nothing while the file is
 # still written, autostart back on. Then the accounts: the first session of a new
 # connection ends with the notice and the account dialog, whose account is saved
-# at once and shown by the main status dialog and View Log; the same account
+# at once and shown by the main status dialog; the same account
 # changed on the sheet's Accounts page; a second new connection whose dialog is
 # cancelled gets the "not properly set up" box and stays named but unconfigured.
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd -P)
@@ -66,8 +66,7 @@ drv check --title "$S" --id "$IDC_LOGPAGE_SYSTEM_COLOURS" --value 1 >/dev/null
 show_page 3 "$IDC_ALARM_OFF"
 check "Alarm: off; repeating mode; box and sound; times as stored" \
   "$(checked 1401,1402,1407,1408,1404,1405,1422) $(drv text --title "$S" --ids 1403,1412,1415,1418)" "1 0 1 0 0 1 0 1|0|2|30"
-check "Alarm: off disables the details; four up-down controls" \
-  "$(enabled 1407,1408,1403,1409,1404,1421,1402) $(drv children --title "$S" | grep -ci 'msctls_updown32')" "0 0 0 0 0 0 1 4"
+check "Alarm: off disables the details, an up-down control among them" "$(enabled 1407,1408,1403,1409,1404,1421,1402)" "0 0 0 0 0 0 1"
 drv click --title "$S" --id "$IDC_ALARM_ON" >/dev/null
 need "Alarm: on enables Preview Sound" drv state --title "$S" --id "$IDC_ALARM_PREVIEW_SOUND" --enabled 1
 check "Alarm: on enables both modes' boxes and the actions" "$(enabled 1407,1403,1409,1415,1419,1404)" "1 1 1 1 1 1"
@@ -162,17 +161,10 @@ need "OK closes the account dialog" drv wait-window --gone --title "$A"
 check_true "OK saves: limited access, 10 h, 12.50, 100.75 read as 100, VAT not a number as 0" app_wait_until 5 entry_is 0 "1 Home ISP 2 10 12.5 100 0"
 check "OK: no \"not properly set up\" box, no second entry" "$(drv windows | grep -cF 'title="Orvalen Notification"') $(entry 1)" "0 0  0 0 0 0 0"
 
-# The next session shows the account and asks nothing; so does View Log.
+# The next session shows the account and asks nothing.
 session "Home ISP" status_is "Limited Access account"$'\n'" Time Consumed this month : 0.0"
 check_true "off-line: the previous session's account line is the limited one" app_wait_until 5 account_line_starts "Limited: 0.0"
 check "a configured connection: no notice" "$(drv windows | grep -cF 'title="Orvalen Notification..."')" 0
-V=$APP_VIEW_LOG
-need "the tray menu opens View Log" app_open_view_log
-drv select --title "$V" --id "$IDC_VIEWLOG_CONNECTION" --index "$(drv list --title "$V" --id "$IDC_VIEWLOG_CONNECTION" | grep -nxF "Home ISP" | cut -d: -f1 | awk '{print $1 - 1}')" >/dev/null
-check_true "View Log: the account box shows the limited account, its charge and the currency" app_wait_until 10 eval \
-  '[[ "$(drv text --title "$V" --id "$IDC_VIEWLOG_ACCOUNT")" =~ ^"Limited Access Account"$'"'\n'"'"This Month   : "[0-9]+" Mins."$'"'\n'"'"Current Cost : 12.50 Zimbabwe dolla"$ ]]'
-drv post --title "$V" --msg WM_CLOSE >/dev/null
-need "View Log closes" drv wait-window --gone --title "$V"
 
 # ---- The Accounts page of the sheet: choose Home ISP, make it unlimited.
 open_sheet

@@ -19,6 +19,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -83,22 +84,18 @@ long long MessageValue(const char* option, long long fallback) {
 
 std::string ClassName(HWND window) {
   char name[256] = {};
-  GetClassNameA(window, name, sizeof name);
-  return name;
+  return GetClassNameA(window, name, sizeof name) ? name : "";
 }
 bool ClassIs(HWND window, const char* name) { return lstrcmpiA(ClassName(window).c_str(), name) == 0; }
 
 // The stored caption, read without a message, so a hung target cannot stall us.
 std::string Caption(HWND window) {
   char caption[1024] = {};
-  GetWindowTextA(window, caption, sizeof caption);
-  return caption;
+  return GetWindowTextA(window, caption, sizeof caption) ? caption : "";
 }
-
 std::string Hex(HWND window) {
   char text[32];
-  std::snprintf(text, sizeof text, "0x%llx", static_cast<unsigned long long>(reinterpret_cast<uintptr_t>(window)));
-  return text;
+  return std::snprintf(text, sizeof text, "0x%llx", static_cast<unsigned long long>(reinterpret_cast<uintptr_t>(window))), text;
 }
 
 std::string Quoted(const std::string& text) {
@@ -111,9 +108,11 @@ BOOL CALLBACK Collect(HWND window, LPARAM list) {
   reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
   return TRUE;
 }
-std::vector<HWND> TopLevel() {
+// The top-level windows, with the message-only ones after them when asked.
+std::vector<HWND> TopLevel(bool messageOnly = false) {
   std::vector<HWND> all;
   EnumWindows(Collect, reinterpret_cast<LPARAM>(&all));
+  for (HWND w = nullptr; messageOnly && (w = FindWindowExA(HWND_MESSAGE, w, nullptr, nullptr));) all.push_back(w);
   return all;
 }
 std::vector<HWND> Descendants(HWND top) {
@@ -139,14 +138,10 @@ std::vector<HWND> FindTop(bool visibleOnly, const char* defaultClass = nullptr) 
   if (!title && !className) UsageError("say which window: --title or --class");
   auto matches = [&](HWND w) { return (!title || Caption(w) == *title) && (!className || ClassIs(w, className->c_str())); };
   std::vector<HWND> visible, hidden;
-  for (HWND window : TopLevel()) {
+  for (HWND window : TopLevel(!visibleOnly)) {
     if (matches(window)) (IsWindowVisible(window) ? visible : hidden).push_back(window);
   }
-  if (visibleOnly) return visible;
-  visible.insert(visible.end(), hidden.begin(), hidden.end());
-  for (HWND w = FindWindowExA(HWND_MESSAGE, nullptr, nullptr, nullptr); w; w = FindWindowExA(HWND_MESSAGE, w, nullptr, nullptr)) {
-    if (matches(w)) visible.push_back(w);
-  }
+  if (!visibleOnly) visible.insert(visible.end(), hidden.begin(), hidden.end());
   return visible;
 }
 
@@ -320,11 +315,10 @@ std::string StateLine(HWND window) {
 
 std::vector<long long> IdList() {
   std::vector<long long> ids;
-  std::string list = RequiredStr("ids") + ",";
-  for (size_t from = 0, comma; (comma = list.find(',', from)) != std::string::npos; from = comma + 1) {
-    auto id = ParseNumber(list.substr(from, comma - from));
-    if (!id) UsageError("--ids wants numbers separated by commas");
-    ids.push_back(*id);
+  std::stringstream list(RequiredStr("ids"));
+  for (std::string id; std::getline(list, id, ',');) {
+    if (!ParseNumber(id)) UsageError("--ids wants numbers separated by commas");
+    ids.push_back(*ParseNumber(id));
   }
   return ids;
 }
@@ -492,26 +486,14 @@ const std::map<std::string, std::function<void()>> kCommands = {
      }},
     {"windows",  // every top-level window, message-only ones last
      [] {
-       std::vector<HWND> all = TopLevel();
-       const size_t topLevel = all.size();
-       for (HWND w = FindWindowExA(HWND_MESSAGE, nullptr, nullptr, nullptr); w; w = FindWindowExA(HWND_MESSAGE, w, nullptr, nullptr)) {
-         all.push_back(w);
-       }
-       for (size_t i = 0; i < all.size(); ++i) {
+       const std::vector<HWND> all = TopLevel(true);
+       for (size_t i = 0, topLevel = TopLevel().size(); i < all.size(); ++i) {
          DWORD pid = 0;
          GetWindowThreadProcessId(all[i], &pid);
          const HWND owner = GetWindow(all[i], GW_OWNER);
          PrintLine(Hex(all[i]) + " pid=" + std::to_string(pid) + " visible=" + std::to_string(IsWindowVisible(all[i]) ? 1 : 0) +
                    " class=" + Quoted(ClassName(all[i])) + " title=" + Quoted(Caption(all[i])) +
                    (owner ? " owner=" + Hex(owner) : "") + (i >= topLevel ? " message-only" : ""));
-       }
-     }},
-    {"children",
-     [] {
-       for (HWND child : Descendants(WaitTarget(false).top)) {
-         auto text = TryReadText(child);
-         PrintLine(Hex(child) + " id=" + std::to_string(GetDlgCtrlID(child)) + " class=" + Quoted(ClassName(child)) +
-                   " " + StateLine(child) + " text=" + (text ? Quoted(*text) : "(no answer)"));
        }
      }},
     // User actions wait for the control to be usable; edits notify EN_CHANGE themselves.
