@@ -1,6 +1,7 @@
 // A stand-in rasapi32.dll for testing under Wine. It reports whatever dial-up
-// session the text file C:\orvalen-dialup.txt describes, for example:
+// session the file C:\orvalen-dialup.txt describes, for example:
 //
+//   [session]
 //   state=connected
 //   name=Home ISP
 //   handle=7
@@ -21,7 +22,6 @@
 #include <windows.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 
 #include "platform/ras_layout.h"
@@ -38,38 +38,18 @@ struct Session {
   char name[ras::kEntryNameLength + 1] = {};
 };
 
-// "key=value" lines; values keep inner blanks, lose the surrounding ones.
+// The [session] section's keys; the system trims their values.
 Session ReadSession() {
   Session session;
-  char text[4096] = {};  // anything longer is not ours: the rest is ignored
-  DWORD length = 0;
-  HANDLE file = CreateFileA(kStateFile, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return session;
-  const BOOL ok = ReadFile(file, text, sizeof text - 1, &length, nullptr);
-  CloseHandle(file);
-  for (char* line = text; ok && line < text + length;) {
-    char* end = std::strchr(line, '\n');
-    end = end ? end : text + length;
-    *end = '\0';
-    char* value = std::strchr(line, '=');
-    if (value) {
-      *value++ = '\0';
-      while (*value == ' ' || *value == '\t') ++value;
-      for (char* tail = value + std::strlen(value); tail > value && std::strchr(" \t\r", tail[-1]); *--tail = '\0') {
-      }
-      if (!std::strcmp(line, "state")) {
-        session.state = !std::strcmp(value, "connected")      ? ras::kStateConnected
-                        : !std::strcmp(value, "disconnected") ? ras::kStateDisconnected
-                        : !std::strcmp(value, "dialing")      ? kStateAuthenticate
-                                                              : 0;
-      } else if (!std::strcmp(line, "handle") && std::strtoul(value, nullptr, 10) != 0) {
-        session.handle = std::strtoul(value, nullptr, 10);
-      } else if (!std::strcmp(line, "name")) {
-        std::strncpy(session.name, value, ras::kEntryNameLength);  // entry names hold 256 characters at most
-      }
-    }
-    line = end + 1;
-  }
+  char state[16] = {};
+  GetPrivateProfileStringA("session", "state", "", state, sizeof state, kStateFile);
+  session.state = !lstrcmpA(state, "connected")      ? ras::kStateConnected
+                  : !lstrcmpA(state, "disconnected") ? ras::kStateDisconnected
+                  : !lstrcmpA(state, "dialing")      ? kStateAuthenticate
+                                                     : 0;  // none, vanished, or not ours
+  session.handle = GetPrivateProfileIntA("session", "handle", 1, kStateFile);
+  session.handle += session.handle == 0 ? 1 : 0;
+  GetPrivateProfileStringA("session", "name", "", session.name, sizeof session.name, kStateFile);  // cut to 256
   return session;
 }
 
