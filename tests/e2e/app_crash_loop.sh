@@ -8,6 +8,7 @@
 # once; one cut short is recorded from its checkpoint (duration 0 within the first
 # three minutes). Round r uses the connection "ISP r" so every session can be
 # told apart. ORVALEN_CRASH_SEED repeats a run; ORVALEN_CRASH_ROUNDS sets the count.
+# shellcheck disable=SC2016,SC2034  # conditions for eval are single-quoted on purpose
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd -P)
 # shellcheck source-path=SCRIPTDIR source=app_lib.sh
 source "$here/app_lib.sh"

@@ -8,6 +8,7 @@
 # from connect to disconnect with its record, a kill during a session and its
 # recovery at the next start, and Exit while on-line. Leaves a screenshot of the
 # dialog on-line in ARTIFACT_DIR/main-dialog-online.png.
+# shellcheck disable=SC2016,SC2034  # conditions for eval are single-quoted on purpose
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd -P)
 # shellcheck source-path=SCRIPTDIR source=app_lib.sh
 source "$here/app_lib.sh"
@@ -42,7 +43,7 @@ for file in Orvalen.exe ReadMe.txt OrvalenManual.doc Alarm.wav; do
 done
 # Wine keeps the Start Menu in the user's profile and links the Desktop to our scratch $HOME.
 menu=$(echo "$APP_PREFIX"/drive_c/users/*/AppData/Roaming/Microsoft/Windows/"Start Menu"/Programs/Orvalen)
-check "the Start Menu folder Orvalen holds the three shortcuts" "$(ls "$menu" 2>/dev/null | tr '\n' ' ')" "Manual.lnk Orvalen.lnk ReadMe.lnk "
+check "the Start Menu folder Orvalen holds the three shortcuts" "$(find "$menu" -mindepth 1 -printf '%f\n' 2>/dev/null | sort | tr '\n' ' ')" "Manual.lnk Orvalen.lnk ReadMe.lnk "
 links() { LC_ALL=C grep -aqi "$2" "$1" 2>/dev/null; }  # LNK FILE-NAME: the link names its target
 check_true "the shortcuts point at their files" eval 'links "$menu/ReadMe.lnk" "ReadMe\.txt" &&
   links "$menu/Manual.lnk" "OrvalenManual\.doc" && links "$menu/Orvalen.lnk" "Orvalen\.exe" && links "$APP_HOME/Desktop/Orvalen.lnk" "Orvalen\.exe"'

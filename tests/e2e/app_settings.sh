@@ -9,6 +9,7 @@
 # at once and shown by the main status dialog; the same account
 # changed on the sheet's Accounts page; a second new connection whose dialog is
 # cancelled gets the "not properly set up" box and stays named but unconfigured.
+# shellcheck disable=SC2016,SC2034  # conditions for eval are single-quoted on purpose
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd -P)
 # shellcheck source-path=SCRIPTDIR source=app_lib.sh
 source "$here/app_lib.sh"
@@ -27,7 +28,7 @@ clock_form() {
   local hour=$(( 10#$(date +%H) )) text
   text=$(drv text --title "$D" --id "$IDC_MAIN_TIME")
   if [[ $text =~ ^(1[0-2]|[1-9])\ :\ [0-5][0-9]\ :\ [0-5][0-9]\ \ (AM|PM)$ ]]; then echo 12
-  elif [[ $text =~ ^([0-9]{1,2})\ :\ [0-5][0-9]\ :\ [0-5][0-9]\ \ \ $ ]] && (( ${BASH_REMATCH[1]} == hour || ${BASH_REMATCH[1]} == $(( 10#$(date +%H) )) )); then echo 24
+  elif [[ $text =~ ^([0-9]{1,2})\ :\ [0-5][0-9]\ :\ [0-5][0-9]\ \ \ $ ]] && (( 10#${BASH_REMATCH[1]} == hour || 10#${BASH_REMATCH[1]} == 10#$(date +%H) )); then echo 24
   else echo "$text"; fi
 }
 clock_is() { [[ "$(clock_form)" == "$1" ]]; }

@@ -6,6 +6,7 @@
 # alarm, set to every minute, reminds within 75 s; a connection that vanishes from
 # the list ends its session and enables Configure; shutting Windows down while
 # on-line records the session at that moment and ends the program.
+# shellcheck disable=SC2016,SC2034  # conditions for eval are single-quoted on purpose
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd -P)
 # shellcheck source-path=SCRIPTDIR source=app_lib.sh
 source "$here/app_lib.sh"

@@ -9,6 +9,7 @@
 # answered No and Yes (no file touched, or the log saved: which records change is
 # logview_test's matter), and View Log after each. (What each filter lists, the
 # lines and totals are logview_test's matter too.)
+# shellcheck disable=SC2016,SC2034  # conditions for eval are single-quoted on purpose
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd -P)
 # shellcheck source-path=SCRIPTDIR source=app_lib.sh
 source "$here/app_lib.sh"

@@ -8,6 +8,7 @@
 # The other program lets go, a session is recorded, and the log on disk holds the
 # earlier sessions and the new one. Leaves a screenshot in
 # ARTIFACT_DIR/view-log-large.png.
+# shellcheck disable=SC2016,SC2034  # conditions for eval are single-quoted on purpose
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd -P)
 # shellcheck source-path=SCRIPTDIR source=app_lib.sh
 source "$here/app_lib.sh"
