@@ -77,21 +77,21 @@ drv click --title "$S" --id "$IDC_ALARM_ONCE" >/dev/null
 need "Alarm: one-shot disables the repeat boxes" drv state --title "$S" --id "$IDC_ALARM_REPEAT_HOURS" --enabled 0
 check "Alarm: one-shot: its boxes on, the repeat ones off" "$(enabled 1415,1418,1417,1419,1412,1409,1413)" "1 1 1 1 0 0 0"
 drv set-text --title "$S" --id "$IDC_ALARM_ONCE_HOURS" --text 300 >/dev/null
-drv set-text --title "$S" --id "$IDC_ALARM_ONCE_MINUTES" --text 99 >/dev/null
+drv set-text --title "$S" --id "$IDC_ALARM_ONCE_MINUTES" --text 7 >/dev/null
 drv click --title "$S" --id "$IDC_ALARM_BOX_ONLY" >/dev/null
 drv click --title "$S" --id "$IDC_ALARM_PREVIEW_SOUND" >/dev/null   # plays and returns at once
 see "Alarm: message box only, and the page answers after Preview Sound" state --title "$S" --id "$IDC_ALARM_BOX_ONLY" --checked 1
 close_sheet "$IDOK"
 # Currency (28, cut to 14 characters), 24-hour clock (46), show main window (56),
 # run at start-up (60), log filter (133), system colours (48), alarm on, box only,
-# one-shot (52..54), 0 h 0 min repeat made 0 h 5 min (43, 44), 300 h 99 min made
-# 24 h 59 min (45, 55), no session open (134).
+# one-shot (52..54), 0 h 0 min repeat made 0 h 5 min (43, 44), 300 h 7 min made
+# 24 h 7 min (45, 55), no session open (134).
 stored() {
   echo "$(app_size "$APP_CONFIG") $(app_cstr "$APP_CONFIG" 28 15) $(app_u8 "$APP_CONFIG" 46) $(app_u32 "$APP_CONFIG" 56)" \
        "$(app_u32 "$APP_CONFIG" 60) $(app_u8 "$APP_CONFIG" 133) $(app_u32 "$APP_CONFIG" 48)" \
        "$(od -A n -t u1 -j 52 -N 3 "$APP_CONFIG" | xargs) $(od -A n -t u1 -j 43 -N 3 "$APP_CONFIG" | xargs) $(app_u8 "$APP_CONFIG" 55) $(app_u8 "$APP_CONFIG" 134)"
 }
-want="6352 Zimbabwe dolla 1 1 0 2 1 1 15 35 0 5 24 59 219"
+want="6352 Zimbabwe dolla 1 1 0 2 1 1 15 35 0 5 24 7 219"
 check_true "OK: every page's choices stored" app_wait_until 5 eval '[[ "$(stored)" == "$want" ]]'
 check "OK: all of them" "$(stored)" "$want"
 check "OK: the autostart value is gone" "$(autostart_value)" ""
@@ -111,7 +111,7 @@ drv check --title "$S" --id "$IDC_LOGPAGE_SHOW_ALL" --value 1 >/dev/null
 show_page 3 "$IDC_ALARM_OFF"
 check "reopened Alarm: on, one-shot, box only; the clamped times; the repeat boxes disabled" \
   "$(checked 1401,1402,1407,1408,1404,1405,1422) $(drv text --title "$S" --ids 1403,1412,1415,1418) $(enabled 1403,1409,1415,1417)" \
-  "0 1 0 1 0 0 1 0|5|24|59 0 0 1 1"
+  "0 1 0 1 0 0 1 0|5|24|7 0 0 1 1"
 drv click --title "$S" --id "$IDC_ALARM_OFF" >/dev/null
 close_sheet "$IDCANCEL"
 check_true "Cancel: the configuration file is written" app_wait_until 5 eval '(( $(stat -c %Y "$APP_CONFIG") > 978307200 ))'
