@@ -34,6 +34,9 @@ app_through_welcome
 wait "$early"
 # The dialog's first tick fills in the clock: by then a second dialog would be up too.
 see "the main status dialog shows the time" text --title "$D" --id "$IDC_MAIN_TIME" --contains ":"
+check "no connection yet: Configure enabled, no session caption, the initial status text" \
+  "$(app_field_of enabled "$D" "$IDC_MAIN_CONFIGURE")|$(drv text --title "$D" --ids "$IDC_MAIN_FIRST_CAPTION,$IDC_MAIN_ACCOUNT_STATUS")" \
+  "1||$(printf '\t\t   Status: \n\n        No  Active  Dial-Up  Connections...')"
 windows=$(drv windows)
 check "the early start ended with 0; one process, one visible main status dialog, the main window hidden, no Welcome" \
   "$(cat "$APP_HOME/early.rc") $(app_wine_pid Orvalen.exe | wc -l) $(grep -F "title=\"$D\"" <<<"$windows" | grep -o 'visible=[01]') $(grep -o 'visible=[01] class="Orvalen" title="[^"]*"' <<<"$windows") $(grep -c Welcome <<<"$windows")" \
