@@ -216,7 +216,7 @@ if (( builtin_ras )); then
 fi
 "$root/scripts/dialup" --prefix "$prefix" connect "Home ISP" >/dev/null
 if [[ -n $show_dialog ]]; then
-  drv wait-text --title "$dialog_title" --id "$IDC_MAIN_FIRST_CAPTION" --equals "You've Been Logged on since:" --timeout-ms 30000 >/dev/null \
+  drv text --title "$dialog_title" --id "$IDC_MAIN_FIRST_CAPTION" --equals "You've Been Logged on since:" --timeout-ms 30000 >/dev/null \
     || { echo "the main status dialog does not show the session" >&2; exit 1; }
   echo "account status on-line: $(drv text --title "$dialog_title" --id "$IDC_MAIN_ACCOUNT_STATUS" | tr '\n\t' '  ' | tr -s ' ')"
 fi

@@ -77,7 +77,7 @@ shot_of() {  # NAME TITLE [TIMEOUT-MS, at most 60000]
 }
 page() {  # NAME INDEX A-CONTROL-OF-THAT-PAGE
   driver post --title "$sheet" --msg WM_USER+101 --wparam "$2" >/dev/null
-  driver wait-state --title "$sheet" --id "$3" --visible 1 >/dev/null && sleep 0.5 && shot "$1"
+  driver state --title "$sheet" --id "$3" --visible 1 >/dev/null && sleep 0.5 && shot "$1"
 }
 
 echo "== no display: one scripted session under Xvfb ($DISPLAY), with a picture of every dialog"
@@ -99,13 +99,13 @@ if ! driver wait-window --title "$dialog" --timeout-ms 3000 >/dev/null 2>&1; the
   driver post --class Orvalen --msg WM_APP+1 --lparam WM_LBUTTONDBLCLK >/dev/null
   driver wait-window --title "$dialog" --timeout-ms 10000 >/dev/null
 fi
-driver wait-text --title "$dialog" --id "$IDC_MAIN_TIME" --contains ":" --timeout-ms 5000 >/dev/null
+driver text --title "$dialog" --id "$IDC_MAIN_TIME" --contains ":" --timeout-ms 5000 >/dev/null
 shot main-dialog-before
 
 driver click --title "$dialog" --id "$IDC_MAIN_ABOUT" >/dev/null
 shot_of about "About Orvalen "
 driver click --title "About Orvalen " --id "$IDC_ABOUT_CLOSE" >/dev/null
-driver wait-gone --title "About Orvalen " >/dev/null
+driver wait-window --gone --title "About Orvalen " >/dev/null
 
 # The settings sheet, each page; the alarm is set to remind every minute.
 driver click --title "$dialog" --id "$IDC_MAIN_CONFIGURE" >/dev/null
@@ -120,12 +120,12 @@ driver check --title "$sheet" --id "$IDC_ALARM_BOX_ONLY" --value 1 >/dev/null
 sleep 0.5
 shot settings-alarm-on
 driver click --title "$sheet" --id "$IDOK" >/dev/null
-driver wait-gone --title "$sheet" >/dev/null
+driver wait-window --gone --title "$sheet" >/dev/null
 
 dialup connect "Home ISP"
-driver wait-text --title "$dialog" --id "$IDC_MAIN_FIRST_CAPTION" --equals "You've Been Logged on since:" --timeout-ms 10000 >/dev/null
+driver text --title "$dialog" --id "$IDC_MAIN_FIRST_CAPTION" --equals "You've Been Logged on since:" --timeout-ms 10000 >/dev/null
 sleep 3
-driver wait-text --title "$dialog" --id "$IDC_MAIN_SECOND_VALUE" --contains "Min" --timeout-ms 5000 >/dev/null
+driver text --title "$dialog" --id "$IDC_MAIN_SECOND_VALUE" --contains "Min" --timeout-ms 5000 >/dev/null
 shot main-dialog-online
 echo "on-line for: $(driver text --title "$dialog" --id "$IDC_MAIN_SECOND_VALUE")"
 echo "waiting for the alarm, set to every minute"
@@ -135,7 +135,7 @@ shot_of alarm-notice "Orvalen Notification Alarm" 40000
 driver click --title "Orvalen Notification Alarm" --id "$IDC_NOTICE_CLOSE" >/dev/null || true
 
 dialup disconnect
-driver wait-text --title "$dialog" --id "$IDC_MAIN_FIRST_CAPTION" --equals "Your Last Logon was at :" --timeout-ms 10000 >/dev/null
+driver text --title "$dialog" --id "$IDC_MAIN_FIRST_CAPTION" --equals "Your Last Logon was at :" --timeout-ms 10000 >/dev/null
 # A connection without an account: the notice, then its account dialog.
 shot_of account-notice "Orvalen Notification..."
 driver answer-box --title "Orvalen Notification..." --button ok >/dev/null
@@ -143,7 +143,7 @@ shot_of account-dialog "Orvalen....Configure Account Details For --Home ISP"
 driver click --title "Orvalen....Configure Account Details For --Home ISP" --id "$IDC_ACCOUNTS_CANCEL" >/dev/null
 shot_of account-not-set-up "Orvalen Notification"
 driver answer-box --title "Orvalen Notification" --button ok >/dev/null
-driver wait-text --title "$dialog" --id "$IDC_MAIN_PREVIOUS_SESSION" --contains "" --timeout-ms 3000 >/dev/null || true
+driver text --title "$dialog" --id "$IDC_MAIN_PREVIOUS_SESSION" --contains "" --timeout-ms 3000 >/dev/null || true
 sleep 1.5
 shot main-dialog-after
 echo "previous session:"
@@ -154,7 +154,7 @@ shot_of view-log "View Log File..."
 driver click --title "View Log File..." --id "$IDC_VIEWLOG_MANAGE" >/dev/null
 shot_of manage-log "Manage Log File"
 driver post --title "Manage Log File" --msg WM_CLOSE >/dev/null
-driver wait-gone --title "Manage Log File" >/dev/null
+driver wait-window --gone --title "Manage Log File" >/dev/null
 driver click --title "View Log File..." --id "$IDC_VIEWLOG_CLOSE" >/dev/null
 
 driver command --class Orvalen --id "$IDM_TRAY_EXIT" >/dev/null

@@ -276,10 +276,10 @@ check "Welcome: nothing written yet" \
   "$( [[ -e $APP_CONFIG || -e $APP_INSTALL ]] && echo written || echo nothing )" nothing
 check "Welcome: its one button is Proceed" "$(drv text --title "Welcome to Orvalen" --id 1)" "&Proceed"
 drv click --title "Welcome to Orvalen" --id 1 --timeout-ms "$wait_ms" >/dev/null || app_abort "Proceed can be clicked"
-drv wait-gone --title "Welcome to Orvalen" --timeout-ms "$wait_ms" >/dev/null || app_abort "Proceed closes the Welcome dialog"
+drv wait-window --gone --title "Welcome to Orvalen" --timeout-ms "$wait_ms" >/dev/null || app_abort "Proceed closes the Welcome dialog"
 drv wait-window --title "$D" --timeout-ms "$wait_ms" >/dev/null \
   || app_abort "the main status dialog opens after the Welcome dialog"
-drv wait-text --title "$D" --id 110 --contains ":" --timeout-ms "$wait_ms" >/dev/null \
+drv text --title "$D" --id 110 --contains ":" --timeout-ms "$wait_ms" >/dev/null \
   || app_abort "the main status dialog shows the time"
 step_time "main status dialog"
 shot main-dialog
@@ -316,8 +316,8 @@ echo "--- one session through the stand-in dial-up service"
 t0=$(app_now)
 day0="$(date +%w) $(date +%-m) $(date +%-d) $(date +%Y)"
 dial connect "Home ISP"
-drv wait-text --title "$D" --id 104 --equals "You've Been Logged on since:" --timeout-ms "$wait_ms" >/dev/null \
-  && drv wait-text --title "$D" --id 124 --equals "Home ISP" --timeout-ms "$wait_ms" >/dev/null \
+drv text --title "$D" --id 104 --equals "You've Been Logged on since:" --timeout-ms "$wait_ms" >/dev/null \
+  && drv text --title "$D" --id 124 --equals "Home ISP" --timeout-ms "$wait_ms" >/dev/null \
   || app_abort "the dialog shows the session of Home ISP"
 t1=$(app_now)
 step_time "on-line"
@@ -337,7 +337,7 @@ shot online
 
 t2=$(app_now)
 dial disconnect
-drv wait-text --title "$D" --id 104 --equals "Your Last Logon was at :" --timeout-ms "$wait_ms" >/dev/null \
+drv text --title "$D" --id 104 --equals "Your Last Logon was at :" --timeout-ms "$wait_ms" >/dev/null \
   || app_abort "after the disconnection the dialog shows the last session"
 t3=$(app_now)
 day3="$(date +%w) $(date +%-m) $(date +%-d) $(date +%Y)"
@@ -383,17 +383,17 @@ else
 fi
 check "log: record 1 still blank" "$(od -A n -t u1 -v -j "$(app_record_offset 1)" -N 192 "$APP_LOG" | tr -s ' \n' '\n' | grep -cv '^0\?$')" 0
 duration=$(app_i32 "$APP_LOG" $(( r + 48 )))
-longest=$(( $(app_elapsed_ms "$t0" "$t3") / 1000 + 1 ))
-echo "      (duration $duration s; on-line in the dialog for $(app_elapsed "$t1" "$t2") s, at most $longest s in all)"
+longest=$(( (t3 - t0) / 1000 + 1 ))
+echo "      (duration $duration s; on-line in the dialog for $(( (t2 - t1) / 1000 )) s, at most $longest s in all)"
 check "log: the duration, between 3 s and the whole connection" "$(( duration >= 3 && duration <= longest ))" 1
 logon=$(app_seconds_of_day "$APP_LOG" $(( r + 20 )))
 logoff=$(app_seconds_of_day "$APP_LOG" $(( r + 32 )))
 span=$(( (logoff - logon + 86400) % 86400 ))
-echo "      (log-on $(app_hms "$APP_LOG" $(( r + 20 ))), log-off $(app_hms "$APP_LOG" $(( r + 32 ))))"
+echo "      (log-on $logon s, log-off $logoff s of the day)"
 check "log: log-off minus log-on is the duration, within 1 s" "$(( span >= duration - 1 && span <= duration + 1 ))" 1
 check "previous session in the configuration: stored, name, duration" \
   "$(app_u32 "$APP_CONFIG" 120) $(app_cstr "$APP_CONFIG" 6148 52) $(app_u32 "$APP_CONFIG" 6240)" "1 Home ISP $duration"
-check "the dialog shows the recorded duration" "$(drv wait-text --title "$D" --id 113 --timeout-ms "$wait_ms" \
+check "the dialog shows the recorded duration" "$(drv text --title "$D" --id 113 --timeout-ms "$wait_ms" \
   --equals "$(( duration / 3600 )) Hr : $(( duration % 3600 / 60 )) Min : $(( duration % 60 )) sec")" \
   "$(( duration / 3600 )) Hr : $(( duration % 3600 / 60 )) Min : $(( duration % 60 )) sec"
 shot offline
@@ -405,7 +405,7 @@ echo "--- Exit"
 drv post --class Orvalen --msg WM_COMMAND --wparam 2 >/dev/null || app_abort "Exit can be posted"
 drv wait-window --class "#32770" --title "" --timeout-ms "$wait_ms" >/dev/null || app_abort "the confirmation appears"
 shot exit-question
-check "Exit: the confirmation's text" "$(drv box-text --title "")" "Are You Sure You Want To quit Orvalen ?"
+check "Exit: the confirmation's text" "$(drv answer-box --title "")" "Are You Sure You Want To quit Orvalen ?"
 drv answer-box --title "" --button yes --timeout-ms "$wait_ms" >/dev/null || app_abort "the confirmation can be answered"
 rc=$(app_wait_exit "$STEP_LIMIT") || rc="still running"
 check "Exit: the process ends with 0" "$rc" 0

@@ -17,25 +17,17 @@
 #include "storage/settings.h"
 #include "storage/startup.h"
 
-namespace {
-
-void WriteSmallLog() {
-  SessionRecord records[2] = {};
-  records[0].status = InUse;
-  records[0].month = 1;
-  records[0].year = 2002;
-  records[0].durationSeconds = 3600;
-  std::strcpy(records[0].connectionName, "Home ISP");
-  sessionLog.records.assign(records, records + 2);
-  SaveLog(LogFilePath().c_str());
-  sessionLog = SessionLog{};
-}
-
-}  // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   FreshProgramState();
-  WriteSmallLog();
+  SessionRecord logged{};  // a log of one session and a Blank record
+  logged.status = InUse;
+  logged.month = 1;
+  logged.year = 2002;
+  logged.durationSeconds = 3600;
+  std::strcpy(logged.connectionName, "Home ISP");
+  sessionLog.records = {logged, SessionRecord{}};
+  Require(SaveLog(LogFilePath().c_str()), "the log is written");
+  sessionLog = SessionLog{};
   const std::string path = WriteInput("Orvaconfig.bic", data, size);
 
   Settings input{};
@@ -46,14 +38,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   CheckUnconfiguredConnections();
 
   // Whatever the marker says, the current log on disk is the one loaded.
-  Require(sessionLog.records.at(0).status == InUse &&
-              std::strcmp(sessionLog.records[0].connectionName, "Home ISP") == 0 &&
-              sessionLog.records[0].durationSeconds == 3600,
-          "the logged session is kept");
+  Require(SameRecord(sessionLog.records.at(0), logged), "the logged session is kept");
   if (input.sessionOpenMarker == kSessionOpen) {
     // The checkpoint of the very session already logged is not recorded again,
     // nor one without a name, a real date or real times.
-    const SessionRecord& logged = sessionLog.records[0];
     const bool sameStart =
         input.checkpointLogOn.hour == logged.logOnHour && input.checkpointLogOn.minute == logged.logOnMinute &&
         input.checkpointLogOn.second == logged.logOnSecond &&

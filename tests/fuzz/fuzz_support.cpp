@@ -10,12 +10,10 @@
 #include "logview/text_report.h"
 #include "monitor/alarm.h"
 #include "monitor/session.h"
-#include "platform/system_clock.h"
 #include "monitor/unconfigured_connections.h"
 #include "platform/binary_file.h"
 #include "platform/program_paths.h"
-#include "storage/session_log.h"
-#include "storage/settings.h"
+#include "platform/system_clock.h"
 #include "storage/startup.h"
 
 namespace {
@@ -27,22 +25,15 @@ class FixedClock : public Clock {
   uint32_t TickCount() override { return 5000000; }
 };
 
-// Never destroyed: the exit handler that removes the folder still needs its name.
+// In memory when it can be (ext4 flushes a truncated and rewritten file, which
+// costs milliseconds an input); never destroyed, as the exit handler needs it.
 const std::string& ScratchFolder() {
   static const std::string* folder = [] {
-    // Memory-backed when there is such a folder: ext4 flushes a file that is
-    // truncated and rewritten, which costs milliseconds an input.
-    std::error_code error;
-    const std::filesystem::path base = std::filesystem::is_directory("/dev/shm", error)
-                                           ? std::filesystem::path("/dev/shm")
-                                           : std::filesystem::temp_directory_path();
-    const std::filesystem::path path = base / ("orvalen-fuzz-" + std::to_string(getpid()));
-    std::filesystem::create_directories(path);
-    auto* name = new std::string(path.string());
-    std::atexit([] {
-      std::error_code ignored;
-      std::filesystem::remove_all(ScratchFolder(), ignored);
-    });
+    namespace fs = std::filesystem;
+    const fs::path base = fs::is_directory("/dev/shm") ? fs::path("/dev/shm") : fs::temp_directory_path();
+    auto* name = new std::string((base / ("orvalen-fuzz-" + std::to_string(getpid()))).string());
+    fs::create_directories(*name);
+    std::atexit([] { std::filesystem::remove_all(ScratchFolder()); });
     return name;
   }();
   return *folder;
@@ -55,28 +46,19 @@ void FreshProgramState() {
   UseClock(&clock);
   SetWindowsDirectory(ScratchFolder());
   SetProgramFolder(ScratchFolder());
-  std::memset(&settings, 0, sizeof settings);
-  sessionLog = SessionLog{};
-  logState.LogRecordLimit = kMaxLogRecords;
+  ResetStorageState();
   ResetSessionState();
+  ResetAlarmState();
+  ResetUnconfiguredState();
   sessionHooks = SessionHooks{};
-  installHooks = InstallHooks{};
-  startupHooks = StartupHooks{};
-  unconfiguredHooks = UnconfiguredHooks{};
-  alarmHooks = AlarmHooks{};
   ResetLogViewState();
-  HoldFile(kConfigurationFile, false);
-  HoldFile(kLogFile, false);
   platformState.fileWriteCutoff = nullptr;
 }
 
-std::string ScratchPath(const char* name) { return JoinPath(ScratchFolder(), name); }
-
 std::string WriteInput(const char* name, const uint8_t* data, std::size_t size) {
-  const std::string path = ScratchPath(name);
+  const std::string path = JoinPath(ScratchFolder(), name);
   std::FILE* file = std::fopen(path.c_str(), "wb");
-  Require(file != nullptr, "the scratch file can be written");
-  if (size > 0) Require(std::fwrite(data, 1, size, file) == size, "the input is written whole");
+  Require(file != nullptr && (size == 0 || std::fwrite(data, 1, size, file) == size), "the input is written whole");
   std::fclose(file);
   return path;
 }
@@ -94,6 +76,4 @@ SessionRecord ExpectedRecord(const uint8_t* bytes, std::size_t available) {
   return record;
 }
 
-bool SameRecord(const SessionRecord& a, const SessionRecord& b) {
-  return std::memcmp(&a, &b, sizeof a) == 0;
-}
+bool SameRecord(const SessionRecord& a, const SessionRecord& b) { return std::memcmp(&a, &b, sizeof a) == 0; }

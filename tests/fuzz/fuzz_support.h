@@ -12,7 +12,6 @@
 void FreshProgramState();
 // Writes the bytes to the named file of the scratch folder, replacing it; its path.
 std::string WriteInput(const char* name, const uint8_t* data, std::size_t size);
-std::string ScratchPath(const char* name);
 // A broken property: prints it and aborts, which libFuzzer reports with the input.
 void Require(bool condition, const char* what);
 // The record as the loader must give it: the file's 192 bytes (zero past the

@@ -13,55 +13,35 @@ import re
 import sys
 
 LAYERS = ["resources", "platform", "storage", "monitor", "ui", "logview", "app"]
-RANK = {name: rank for rank, name in enumerate(LAYERS)}
 WINDOWS_HEADERS = {"windows.h", "commctrl.h", "shellapi.h", "mmsystem.h", "shlobj.h",
                    "objbase.h", "commdlg.h", "winuser.h", "shlwapi.h", "ras.h", "raserror.h"}
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 
 
-def sources(root):
+def check(root):
+    problems, edges = [], {}
     for layer in LAYERS:
         for folder, _, names in os.walk(os.path.join(root, layer)):
-            for name in sorted(names):
-                if name.endswith((".h", ".cpp")):
-                    yield os.path.relpath(os.path.join(folder, name), root).replace(os.sep, "/")
+            for name in sorted(n for n in names if n.endswith((".h", ".cpp"))):
+                path = os.path.relpath(os.path.join(folder, name), root).replace(os.sep, "/")
+                with open(os.path.join(root, path), encoding="latin-1") as text:
+                    for number, line in enumerate(text, 1):
+                        match = INCLUDE.match(line)
+                        if match:
+                            problems += breaches(f"{path}:{number}: ", path, *match.groups(), edges)
+    return problems + cycles(edges)
 
 
-def is_win32(path):
-    return "/win32/" in path
-
-
-def unit(path):
-    return os.path.splitext(path)[0]
-
-
-def check(root):
-    problems = []
-    edges = {}
-    for path in sources(root):
-        layer = path.split("/")[0]
-        with open(os.path.join(root, path), encoding="latin-1") as text:
-            for number, line in enumerate(text, 1):
-                match = INCLUDE.match(line)
-                if not match:
-                    continue
-                kind, target = match.groups()
-                where = f"{path}:{number}: "
-                if kind == "<":
-                    if target.lower() in WINDOWS_HEADERS and not is_win32(path):
-                        problems.append(where + f"<{target}> outside a win32/ folder")
-                    continue
-                other = target.split("/")[0]
-                if other not in RANK:
-                    continue
-                if RANK[other] > RANK[layer]:
-                    problems.append(where + f"{layer}/ includes {target}, a layer above it")
-                if is_win32(target) and not is_win32(path):
-                    problems.append(where + f"portable file includes the Windows side's {target}")
-                if unit(target) != unit(path):
-                    edges.setdefault(unit(path), set()).add(unit(target))
-    problems += cycles(edges)
-    return problems
+def breaches(where, path, kind, target, edges):
+    portable, layer, other = "/win32/" not in path, path.split("/")[0], target.split("/")[0]
+    if kind == "<":
+        return [where + f"<{target}> outside a win32/ folder"] if portable and target.lower() in WINDOWS_HEADERS else []
+    if other not in LAYERS:
+        return []
+    if os.path.splitext(target)[0] != os.path.splitext(path)[0]:
+        edges.setdefault(os.path.splitext(path)[0], set()).add(os.path.splitext(target)[0])
+    return ([where + f"{layer}/ includes {target}, a layer above it"] if LAYERS.index(other) > LAYERS.index(layer) else []) + \
+        ([where + f"portable file includes the Windows side's {target}"] if portable and "/win32/" in target else [])
 
 
 def cycles(edges):
@@ -84,14 +64,7 @@ def cycles(edges):
     return found
 
 
-def main():
-    root = sys.argv[1] if len(sys.argv) > 1 else os.path.join(os.path.dirname(__file__), "..", "..")
-    problems = check(os.path.abspath(root))
-    for problem in problems:
-        print(problem)
-    print(f"layers: {len(problems)} problem(s)")
-    return 1 if problems else 0
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    problems = check(os.path.abspath(sys.argv[1] if len(sys.argv) > 1 else os.path.join(os.path.dirname(__file__), "../..")))
+    print("\n".join(problems + [f"layers: {len(problems)} problem(s)"]))
+    sys.exit(1 if problems else 0)

@@ -10,67 +10,34 @@
 #     subsystem is not the Windows GUI one.
 # Every finding is printed as a line starting with "denied:" or "wrong:".
 set -euo pipefail
-(( $# == 4 || $# == 6 )) || { sed -n '2,12p' "$0" | sed 's/^# \{0,1\}//' >&2; exit 2; }
-objdump=$1 exe=$2 denied_list=$3 allowed_dlls=$4
-version=
-if (( $# == 6 )); then
-  [[ $5 == --version ]] || { echo "unknown option $5" >&2; exit 2; }
-  version=$6
-fi
-for file in "$exe" "$denied_list" "$allowed_dlls"; do
-  [[ -f $file ]] || { echo "missing: $file" >&2; exit 2; }
-done
-
-headers=$("$objdump" -p "$exe") || { echo "$objdump could not read $exe" >&2; exit 2; }
+[[ $# == 4 || ($# == 6 && $5 == --version) ]] || { sed -n '2,11p' "$0" | sed 's/^# \{0,1\}//' >&2; exit 2; }
+exe=$2 version=${6:-}
+headers=$("$1" -p "$exe") || { echo "$1 could not read $exe" >&2; exit 2; }
 problems=0
-
-header_value() { awk -v key="$1" '$1 == key { print $2; exit }' <<<"$headers"; }
+wrong() { echo "$1: $2"; problems=$((problems + 1)); }
+value() { awk -v key="$1" '$1 == key { print $2; exit }' <<<"$headers"; }
 
 if [[ -n $version ]]; then
   for kind in OSystem Subsystem; do
-    actual="$(header_value "Major${kind}Version").$(header_value "Minor${kind}Version")"
-    echo "${kind}Version $actual"
-    if [[ $actual != "$version" ]]; then
-      echo "wrong: ${kind}Version is $actual, not $version"
-      problems=$((problems + 1))
-    fi
+    actual="$(value "Major${kind}Version").$(value "Minor${kind}Version")"
+    [[ $actual == "$version" ]] || wrong wrong "${kind}Version is $actual, not $version"
   done
-  subsystem=$(header_value Subsystem)
-  echo "Subsystem $subsystem"
-  if [[ $((10#${subsystem:-0})) != 2 ]]; then
-    echo "wrong: subsystem $subsystem is not the Windows GUI (2)"
-    problems=$((problems + 1))
-  fi
+  (( 10#$(value Subsystem) == 2 )) || wrong wrong "subsystem $(value Subsystem) is not the Windows GUI (2)"
 fi
 
 # "DLL<TAB>function" for every import; an import by ordinal only reads "#N".
-imports=$(awk '
-  /^\tDLL Name: / { dll = $3; next }
-  /^\t?$/ { dll = "" }
-  dll != "" && /^\t[0-9a-fA-F]+\t +[0-9]+/ {
-    name = (NF >= 3) ? $3 : "#" $2
-    print dll "\t" name
-  }' <<<"$headers")
+imports=$(awk '/^\tDLL Name: / { dll = $3; next } /^\t?$/ { dll = "" }
+  dll != "" && /^\t[0-9a-fA-F]+\t +[0-9]+/ { print dll "\t" ((NF >= 3) ? $3 : "#" $2) }' <<<"$headers")
 [[ -n $imports ]] || { echo "no imports found in $exe: not a PE file objdump understands?" >&2; exit 2; }
+allowed=" $(grep -v '^\s*#' "$4" | awk 'NF { printf "%s ", tolower($1) }')"
+mapfile -t rules < <(grep -v '^\s*#' "$3" | awk 'NF { print $1 }')
 
-mapfile -t allowed < <(grep -v '^\s*#' "$allowed_dlls" | awk 'NF { print tolower($1) }')
-exact=() patterns=() exempt=()
-while read -r entry _; do
-  [[ -z $entry || $entry == \#* ]] && continue
-  if [[ $entry == !* ]]; then exempt+=("${entry#!}")
-  elif [[ $entry == *[*?]* ]]; then patterns+=("$entry")
-  else exact+=("$entry")
-  fi
-done <"$denied_list"
-
-is_denied() {  # NAME: prints the rule that denies it
-  local name=$1 rule
-  for rule in "${exact[@]}"; do [[ $name == "$rule" ]] && { echo "$rule"; return 0; }; done
-  for rule in "${exempt[@]}"; do [[ $name == "$rule" ]] && return 1; done
-  for rule in "${patterns[@]}"; do
-    # shellcheck disable=SC2053  # the rule is a pattern on purpose
-    [[ $name == $rule ]] && { echo "$rule"; return 0; }
-  done
+is_denied() {  # NAME: true when a rule denies it (exact names first, then "!" exemptions, then patterns)
+  local rule
+  for rule in "${rules[@]}"; do [[ $rule == !* || $rule == *[*?]* || $1 != "$rule" ]] || return 0; done
+  for rule in "${rules[@]}"; do [[ $rule != !* || $1 != "${rule#!}" ]] || return 1; done
+  # shellcheck disable=SC2053  # the rule is a pattern on purpose
+  for rule in "${rules[@]}"; do [[ $rule != *[*?]* || $1 != $rule ]] || return 0; done
   return 1
 }
 
@@ -78,24 +45,11 @@ current=
 while IFS=$'\t' read -r dll name; do
   if [[ $dll != "$current" ]]; then
     current=$dll
-    echo "$dll: $(awk -F'\t' -v d="$dll" '$1 == d { n++ } END { print n }' <<<"$imports") functions"
-    known=0
-    for ok in "${allowed[@]}"; do [[ ${dll,,} == "$ok" ]] && known=1; done
-    if (( ! known )); then
-      echo "denied: $dll is not a DLL of Windows 95/98/ME"
-      problems=$((problems + 1))
-    fi
+    echo "$dll:"
+    [[ $allowed == *" ${dll,,} "* ]] || wrong denied "$dll is not a DLL of Windows 95/98/ME"
   fi
-  if rule=$(is_denied "$name"); then
-    echo "denied: $dll $name (rule $rule)"
-    problems=$((problems + 1))
-  else
-    echo "    $name"
-  fi
+  if is_denied "$name"; then wrong denied "$dll $name"; else echo "    $name"; fi
 done <<<"$imports"
 
-if (( problems > 0 )); then
-  echo "$problems problem(s): $exe is not fit for Windows 95/98/ME"
-  exit 1
-fi
+(( problems == 0 )) || { echo "$problems problem(s): $exe is not fit for Windows 95/98/ME"; exit 1; }
 echo "fit for Windows 95/98/ME as far as its headers and imports tell"

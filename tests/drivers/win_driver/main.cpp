@@ -19,6 +19,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -33,39 +34,30 @@ struct Failure {
 [[noreturn]] void Fail(const std::string& message) { throw Failure{1, message}; }
 [[noreturn]] void UsageError(const std::string& message) { throw Failure{2, message}; }
 
-// --- Options: "--name value" pairs, and the one bare flag --any-visibility ---
+// --- Options: "--name value" pairs, and bare flags (--gone, --any-visibility, ...) ---
 
 std::map<std::string, std::string> options;
 
 std::optional<long long> ParseNumber(const std::string& text) {
-  if (text.empty()) return std::nullopt;
   char* end = nullptr;
-  const long long value = text[0] == '-' ? std::strtoll(text.c_str(), &end, 0)
-                                         : static_cast<long long>(std::strtoull(text.c_str(), &end, 0));
-  if (*end != '\0') return std::nullopt;
-  return value;
+  const long long value = std::strtoll(text.c_str(), &end, 0);
+  return text.empty() || *end != '\0' ? std::nullopt : std::optional<long long>(value);
 }
-
 std::optional<std::string> Str(const char* name) {
   auto it = options.find(name);
   return it == options.end() ? std::nullopt : std::optional<std::string>(it->second);
 }
 std::string RequiredStr(const char* name) {
-  auto value = Str(name);
-  if (!value) UsageError(std::string("missing --") + name);
-  return *value;
+  if (!Str(name)) UsageError(std::string("missing --") + name);
+  return *Str(name);
 }
 std::optional<long long> Int(const char* name) {
-  auto text = Str(name);
-  if (!text) return std::nullopt;
-  auto value = ParseNumber(*text);
-  if (!value) UsageError(std::string("--") + name + " wants a number, got '" + *text + "'");
+  const auto text = Str(name);
+  const auto value = text ? ParseNumber(*text) : std::nullopt;
+  if (text && !value) UsageError(std::string("--") + name + " wants a number, got '" + *text + "'");
   return value;
 }
-long long RequiredInt(const char* name) {
-  RequiredStr(name);
-  return *Int(name);
-}
+long long RequiredInt(const char* name) { return RequiredStr(name), *Int(name); }
 bool AnyVisibility() { return options.count("any-visibility") != 0; }
 DWORD Timeout() { return static_cast<DWORD>(Int("timeout-ms").value_or(10000)); }
 
@@ -92,22 +84,18 @@ long long MessageValue(const char* option, long long fallback) {
 
 std::string ClassName(HWND window) {
   char name[256] = {};
-  GetClassNameA(window, name, sizeof name);
-  return name;
+  return GetClassNameA(window, name, sizeof name) ? name : "";
 }
 bool ClassIs(HWND window, const char* name) { return lstrcmpiA(ClassName(window).c_str(), name) == 0; }
 
 // The stored caption, read without a message, so a hung target cannot stall us.
 std::string Caption(HWND window) {
   char caption[1024] = {};
-  GetWindowTextA(window, caption, sizeof caption);
-  return caption;
+  return GetWindowTextA(window, caption, sizeof caption) ? caption : "";
 }
-
 std::string Hex(HWND window) {
   char text[32];
-  std::snprintf(text, sizeof text, "0x%llx", static_cast<unsigned long long>(reinterpret_cast<uintptr_t>(window)));
-  return text;
+  return std::snprintf(text, sizeof text, "0x%llx", static_cast<unsigned long long>(reinterpret_cast<uintptr_t>(window))), text;
 }
 
 std::string Quoted(const std::string& text) {
@@ -120,9 +108,11 @@ BOOL CALLBACK Collect(HWND window, LPARAM list) {
   reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
   return TRUE;
 }
-std::vector<HWND> TopLevel() {
+// The top-level windows, with the message-only ones after them when asked.
+std::vector<HWND> TopLevel(bool messageOnly = false) {
   std::vector<HWND> all;
   EnumWindows(Collect, reinterpret_cast<LPARAM>(&all));
+  for (HWND w = nullptr; messageOnly && (w = FindWindowExA(HWND_MESSAGE, w, nullptr, nullptr));) all.push_back(w);
   return all;
 }
 std::vector<HWND> Descendants(HWND top) {
@@ -148,14 +138,10 @@ std::vector<HWND> FindTop(bool visibleOnly, const char* defaultClass = nullptr) 
   if (!title && !className) UsageError("say which window: --title or --class");
   auto matches = [&](HWND w) { return (!title || Caption(w) == *title) && (!className || ClassIs(w, className->c_str())); };
   std::vector<HWND> visible, hidden;
-  for (HWND window : TopLevel()) {
+  for (HWND window : TopLevel(!visibleOnly)) {
     if (matches(window)) (IsWindowVisible(window) ? visible : hidden).push_back(window);
   }
-  if (visibleOnly) return visible;
-  visible.insert(visible.end(), hidden.begin(), hidden.end());
-  for (HWND w = FindWindowExA(HWND_MESSAGE, nullptr, nullptr, nullptr); w; w = FindWindowExA(HWND_MESSAGE, w, nullptr, nullptr)) {
-    if (matches(w)) visible.push_back(w);
-  }
+  if (!visibleOnly) visible.insert(visible.end(), hidden.begin(), hidden.end());
   return visible;
 }
 
@@ -206,12 +192,6 @@ std::optional<std::string> TryReadText(HWND window) {
   text.resize(static_cast<size_t>(copied < 0 ? 0 : std::min<LRESULT>(copied, static_cast<LRESULT>(text.size()) - 1)));
   return text;
 }
-std::string ReadText(HWND window) {
-  auto text = TryReadText(window);
-  if (!text) Fail("window " + Hex(window) + " did not answer WM_GETTEXT");
-  return *text;
-}
-
 // ANSI code page to UTF-8 for the scripts.
 std::string Utf8(const std::string& ansi) {
   if (ansi.empty()) return ansi;
@@ -234,55 +214,47 @@ Target WaitTarget(bool needId, bool usable = false) {
   const auto id = Int("id");
   if (needId && !id) UsageError("missing --id");
   Target target;
-  std::string reason;
-  const bool found = Poll([&] {
-    const auto tops = FindTop(false);
-    reason = "no window like that";
-    for (HWND top : tops) {
-      target = {top, id ? FindControl(top, *id) : nullptr};
-      if (id && !target.control) {
-        reason = "window " + Hex(top) + " has no control " + std::to_string(*id);
-        continue;
-      }
-      if (!usable) return true;
-      if (!IsWindowVisible(target.Window()) || !IsWindowEnabled(target.Window()) || !IsWindowEnabled(top)) {
-        reason = Hex(target.Window()) + " is hidden or disabled (a modal box open?)";
-        continue;
-      }
-      return true;
-    }
-    return false;
-  });
-  if (!found) Fail(reason + VisibleWindows());
+  std::string reason = "no window like that";
+  if (!Poll([&] {
+        for (HWND top : FindTop(false)) {
+          target = {top, id ? FindControl(top, *id) : nullptr};
+          if (id && !target.control) {
+            reason = "window " + Hex(top) + " has no control " + std::to_string(*id);
+          } else if (usable && (!IsWindowVisible(target.Window()) || !IsWindowEnabled(target.Window()) || !IsWindowEnabled(top))) {
+            reason = Hex(target.Window()) + " is hidden or disabled (a modal box open?)";
+          } else {
+            return true;
+          }
+        }
+        return false;
+      })) {
+    Fail(reason + VisibleWindows());
+  }
   return target;
 }
 
 // --- List boxes and combo boxes: one protocol under two sets of numbers -------
 
-struct ListProtocol {
-  UINT count, textLength, text, setCurSel;
-};
-const ListProtocol& ProtocolOf(HWND control) {
-  static const ListProtocol kList = {LB_GETCOUNT, LB_GETTEXTLEN, LB_GETTEXT, LB_SETCURSEL};
-  static const ListProtocol kCombo = {CB_GETCOUNT, CB_GETLBTEXTLEN, CB_GETLBTEXT, CB_SETCURSEL};
-  if (ClassIs(control, "ComboBox")) return kCombo;
-  if (ClassIs(control, "ListBox") || ClassIs(control, "ComboLBox")) return kList;
-  Fail("control " + Hex(control) + " is a " + ClassName(control) + ", not a list");
+bool IsCombo(HWND control) {
+  if (!ClassIs(control, "ComboBox") && !ClassIs(control, "ListBox") && !ClassIs(control, "ComboLBox")) {
+    Fail("control " + Hex(control) + " is a " + ClassName(control) + ", not a list");
+  }
+  return ClassIs(control, "ComboBox");
 }
-LRESULT ItemCount(HWND control) { return Send(control, ProtocolOf(control).count, 0, 0); }
+LRESULT ItemCount(HWND control) { return Send(control, IsCombo(control) ? CB_GETCOUNT : LB_GETCOUNT, 0, 0); }
 
 // Read with the wide messages: Wine answers a cross-process LB_GETTEXT sent
 // through the ANSI API in UTF-16 anyway.
 std::string ItemText(HWND control, LRESULT index) {
-  const ListProtocol& p = ProtocolOf(control);
+  const bool combo = IsCombo(control);
   DWORD_PTR length = 0, copied = 0;
-  if (!SendMessageTimeoutW(control, p.textLength, static_cast<WPARAM>(index), 0, SMTO_ABORTIFHUNG, kSendTimeoutMs, &length) ||
-      static_cast<LRESULT>(length) < 0) {
+  if (!SendMessageTimeoutW(control, combo ? CB_GETLBTEXTLEN : LB_GETTEXTLEN, static_cast<WPARAM>(index), 0, SMTO_ABORTIFHUNG,
+                           kSendTimeoutMs, &length) || static_cast<LRESULT>(length) < 0) {
     Fail("no item " + std::to_string(index) + " in " + Hex(control));
   }
   std::wstring text(static_cast<size_t>(length) + 1, L'\0');
-  SendMessageTimeoutW(control, p.text, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&text[0]), SMTO_ABORTIFHUNG,
-                      kSendTimeoutMs, &copied);
+  SendMessageTimeoutW(control, combo ? CB_GETLBTEXT : LB_GETTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&text[0]),
+                      SMTO_ABORTIFHUNG, kSendTimeoutMs, &copied);
   text.resize(std::min<size_t>(static_cast<size_t>(length), static_cast<LRESULT>(copied) < 0 ? 0 : copied));
   std::string ansi(text.size() * 2, '\0');
   ansi.resize(static_cast<size_t>(WideCharToMultiByte(CP_ACP, 0, text.data(), static_cast<int>(text.size()), &ansi[0],
@@ -290,32 +262,27 @@ std::string ItemText(HWND control, LRESULT index) {
   return ansi;
 }
 
-// Selects as a click would, then tells the parent, as the control would: dialogs
-// react to the notification, not to the message.
-HWND SelectItem(long long index, WORD notification) {
+// Selects item --index as a click would (a double click with --double), then
+// tells the parent, as the control would: dialogs react to the notification.
+void SelectItem() {
+  const long long index = RequiredInt("index");
   const HWND control = WaitTarget(true, true).control;
   if (index < -1 || index >= ItemCount(control)) Fail("index " + std::to_string(index) + " out of range");
-  const LONG style = GetWindowLongA(control, GWL_STYLE);
-  if (!ClassIs(control, "ComboBox") && (style & (LBS_MULTIPLESEL | LBS_EXTENDEDSEL))) {
-    Send(control, LB_SETSEL, FALSE, -1);
-    if (index >= 0) Send(control, LB_SETSEL, TRUE, static_cast<LPARAM>(index));
-  } else {
-    Send(control, ProtocolOf(control).setCurSel, static_cast<WPARAM>(index), 0);
-  }
-  const WORD id = static_cast<WORD>(GetDlgCtrlID(control));
-  Post(GetParent(control), WM_COMMAND, MAKEWPARAM(id, LBN_SELCHANGE), reinterpret_cast<LPARAM>(control));
-  if (notification != LBN_SELCHANGE) Post(GetParent(control), WM_COMMAND, MAKEWPARAM(id, notification), reinterpret_cast<LPARAM>(control));
+  Send(control, IsCombo(control) ? CB_SETCURSEL : LB_SETCURSEL, static_cast<WPARAM>(index), 0);
+  const auto notify = [control](WORD code) {
+    Post(GetParent(control), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(control), code), reinterpret_cast<LPARAM>(control));
+  };
+  notify(LBN_SELCHANGE);
+  if (options.count("double")) notify(LBN_DBLCLK);
   PrintLine(std::to_string(index) + "\t" + (index >= 0 ? ItemText(control, static_cast<LRESULT>(index)) : ""));
-  return control;
 }
 
 // --- Message boxes ---------------------------------------------------------------
 
+// The message: the static with id 0xFFFF, else the first static with a text.
 std::string BoxText(HWND box) {
-  HWND text = FindControl(box, 0xFFFF);
-  if (text && ClassIs(text, "Static")) {
-    if (auto value = TryReadText(text)) return *value;
-  }
+  const HWND text = FindControl(box, 0xFFFF);
+  if (auto value = text && ClassIs(text, "Static") ? TryReadText(text) : std::nullopt) return *value;
   for (HWND child : Descendants(box)) {
     auto value = ClassIs(child, "Static") ? TryReadText(child) : std::nullopt;
     if (value && !value->empty()) return *value;
@@ -348,11 +315,10 @@ std::string StateLine(HWND window) {
 
 std::vector<long long> IdList() {
   std::vector<long long> ids;
-  std::string list = RequiredStr("ids") + ",";
-  for (size_t from = 0, comma; (comma = list.find(',', from)) != std::string::npos; from = comma + 1) {
-    auto id = ParseNumber(list.substr(from, comma - from));
-    if (!id) UsageError("--ids wants numbers separated by commas");
-    ids.push_back(*id);
+  std::stringstream list(RequiredStr("ids"));
+  for (std::string id; std::getline(list, id, ',');) {
+    if (!ParseNumber(id)) UsageError("--ids wants numbers separated by commas");
+    ids.push_back(*ParseNumber(id));
   }
   return ids;
 }
@@ -364,93 +330,83 @@ bool IsRadio(HWND window) {
 
 // --- The commands ------------------------------------------------------------------
 
+// The text of the control --id (or of the window), or with --ids of several
+// controls joined by "|"; with --equals or --contains, once it matches.
+void TextCommand() {
+  const auto equals = Str("equals"), contains = Str("contains");
+  std::optional<std::string> last;
+  if (!Poll([&] {
+        last.reset();
+        for (HWND top : FindTop(false)) {
+          if (!Str("ids")) {
+            const HWND window = Int("id") ? FindControl(top, *Int("id")) : top;
+            if (window && (last = TryReadText(window))) break;
+            continue;
+          }
+          std::string joined;
+          const std::vector<long long> ids = IdList();
+          for (size_t i = 0; i < ids.size(); ++i) {
+            const HWND control = FindControl(top, ids[i]);
+            auto text = control ? TryReadText(control) : std::nullopt;
+            if (!text) Fail("no control with id " + std::to_string(ids[i]));
+            joined += (i == 0 ? "" : "|") + *text;
+          }
+          last = joined;
+          break;
+        }
+        return last && (!equals || *last == *equals) && (!contains || last->find(*contains) != std::string::npos);
+      })) {
+    Fail("text is " + (last ? Quoted(*last) : std::string("not there")) + ", wanted " + Quoted(equals ? *equals : contains.value_or("")));
+  }
+  PrintLine(*last);
+}
+
+// "enabled=E visible=V checked=C" of the control --id (or the window), once it
+// has the --enabled, --visible, --checked asked for; with --ids one line per id.
+void StateCommand() {
+  std::string last;
+  const auto wanted = [&](const char* field) {
+    return !Int(field) || last.find(std::string(field) + "=" + std::to_string(*Int(field))) != std::string::npos;
+  };
+  if (!Poll([&] {
+        last.clear();
+        const Target target = WaitTarget(false);
+        if (!Str("ids")) last = StateLine(target.Window());
+        for (long long id : Str("ids") ? IdList() : std::vector<long long>()) {
+          const HWND control = FindControl(target.top, id);
+          last += (last.empty() ? "" : "\n") + std::to_string(id) + " " + (control ? StateLine(control) : "missing");
+        }
+        return wanted("enabled") && wanted("visible") && wanted("checked");
+      })) {
+    Fail("state is " + last);
+  }
+  PrintLine(last);
+}
+
 const std::map<std::string, std::function<void()>> kCommands = {
+    // A (visible) window like that, or with --gone none left.
     {"wait-window",
      [] {
-       HWND found = nullptr;
-       if (!Poll([&] {
-             auto windows = FindTop(!AnyVisibility());
-             return (found = windows.empty() ? nullptr : windows[0]) != nullptr;
-           })) {
-         Fail("no window like that" + VisibleWindows());
+       const bool gone = options.count("gone") != 0;
+       std::vector<HWND> found;
+       if (!Poll([&] { return (found = FindTop(!AnyVisibility())).empty() == gone; })) {
+         Fail(gone ? "the window is still there" : "no window like that" + VisibleWindows());
        }
-       PrintLine(Hex(found));
+       PrintLine(gone ? "gone" : Hex(found[0]));
      }},
-    {"wait-gone",
-     [] {
-       if (!Poll([] { return FindTop(!AnyVisibility()).empty(); })) Fail("the window is still there");
-       PrintLine("gone");
-     }},
-    {"text", [] { PrintLine(ReadText(WaitTarget(false).Window())); }},
-    {"wait-text",
-     [] {
-       const auto equals = Str("equals"), contains = Str("contains");
-       if (equals.has_value() == contains.has_value()) UsageError("give one of --equals or --contains");
-       std::optional<std::string> last;
-       if (!Poll([&] {
-             const auto tops = FindTop(false);
-             const auto id = Int("id");
-             for (HWND top : tops) {
-               HWND window = id ? FindControl(top, *id) : top;
-               if (window && (last = TryReadText(window))) break;
-             }
-             return last && (equals ? *last == *equals : last->find(*contains) != std::string::npos);
-           })) {
-         Fail("text is " + (last ? Quoted(*last) : std::string("not there")) + ", wanted " +
-              Quoted(equals ? *equals : *contains));
-       }
-       PrintLine(*last);
-     }},
+    {"text", TextCommand},
+    {"state", StateCommand},
+    // The items of a list or combo box; with --index one (negative: from the end),
+    // with --count their number.
     {"list",
      [] {
        const HWND control = WaitTarget(true).control;
-       for (LRESULT i = 0, n = ItemCount(control); i < n; ++i) PrintLine(ItemText(control, i));
-     }},
-    {"item",  // a negative index counts from the end
-     [] {
-       const HWND control = WaitTarget(true).control;
        const LRESULT count = ItemCount(control);
-       long long index = RequiredInt("index");
+       if (options.count("count")) return PrintLine(std::to_string(count));
+       long long index = Int("index").value_or(0);
        if (index < 0) index += count;
-       if (index < 0 || index >= count) Fail("index out of range: " + std::to_string(count) + " items");
-       PrintLine(ItemText(control, static_cast<LRESULT>(index)));
-     }},
-    {"list-count", [] { PrintLine(std::to_string(ItemCount(WaitTarget(true).control))); }},
-    {"state", [] { PrintLine(StateLine(WaitTarget(false).Window())); }},
-    {"states",
-     [] {
-       const HWND top = WaitTarget(false).top;
-       for (long long id : IdList()) {
-         const HWND control = FindControl(top, id);
-         PrintLine(std::to_string(id) + " " + (control ? StateLine(control) : "missing"));
-       }
-     }},
-    {"texts",
-     [] {
-       const HWND top = WaitTarget(false).top;
-       std::string line;
-       const std::vector<long long> ids = IdList();
-       for (size_t i = 0; i < ids.size(); ++i) {
-         const HWND control = FindControl(top, ids[i]);
-         if (!control) Fail("no control with id " + std::to_string(ids[i]));
-         line += (i == 0 ? "" : Str("separator").value_or("|")) + ReadText(control);
-       }
-       PrintLine(line);
-     }},
-    {"wait-state",
-     [] {
-       const auto enabled = Int("enabled"), visible = Int("visible"), checked = Int("checked");
-       std::string last;
-       if (!Poll([&] {
-             const HWND window = WaitTarget(false).Window();
-             last = StateLine(window);
-             return (!enabled || last.find("enabled=" + std::to_string(*enabled)) != std::string::npos) &&
-                    (!visible || last.find("visible=" + std::to_string(*visible)) != std::string::npos) &&
-                    (!checked || last.find("checked=" + std::to_string(*checked)) != std::string::npos);
-           })) {
-         Fail("state is " + last);
-       }
-       PrintLine(last);
+       if (Int("index") && (index < 0 || index >= count)) Fail("index out of range: " + std::to_string(count) + " items");
+       for (LRESULT i = Int("index") ? index : 0; i < (Int("index") ? index + 1 : count); ++i) PrintLine(ItemText(control, i));
      }},
     // Posted, so that a click that opens a modal box cannot hold us up.
     {"click",
@@ -458,19 +414,16 @@ const std::map<std::string, std::function<void()>> kCommands = {
        Post(WaitTarget(true, true).control, BM_CLICK, 0, 0);
        PrintLine("ok");
      }},
-    // WM_COMMAND(id, --code) to the control's parent, or with lParam 0 to the
-    // window when it has no such control (menu ids).
+    // WM_COMMAND(id) to the control's parent, or with lParam 0 to the window when
+    // it has no such control (menu ids).
     {"command",
      [] {
        const long long id = RequiredInt("id");
        std::vector<HWND> tops;
        if (!Poll([&] { return !(tops = FindTop(false)).empty(); })) Fail("no window like that" + VisibleWindows());
        HWND control = nullptr;
-       for (HWND top : tops) {
-         if ((control = FindControl(top, id))) break;
-       }
-       Post(control ? GetParent(control) : tops[0], WM_COMMAND, MAKEWPARAM(id, Int("code").value_or(0)),
-            reinterpret_cast<LPARAM>(control));
+       for (size_t i = 0; i < tops.size() && !control; ++i) control = FindControl(tops[i], id);
+       Post(control ? GetParent(control) : tops[0], WM_COMMAND, static_cast<WPARAM>(id & 0xFFFF), reinterpret_cast<LPARAM>(control));
        PrintLine("ok");
      }},
     {"post",
@@ -481,40 +434,32 @@ const std::map<std::string, std::function<void()>> kCommands = {
             static_cast<LPARAM>(MessageValue("lparam", 0)));
        PrintLine("ok");
      }},
-    // Presses a button of a message box and waits for the box to close.
+    // The text of a message box; with --button, once that button is pressed and
+    // the box has closed.
     {"answer-box",
      [] {
-       static const std::map<std::string, int> kButtons = {{"ok", IDOK},       {"cancel", IDCANCEL}, {"abort", IDABORT},
-                                                           {"retry", IDRETRY}, {"ignore", IDIGNORE}, {"yes", IDYES},
-                                                           {"no", IDNO}};
-       const auto button = kButtons.find(RequiredStr("button"));
-       if (button == kButtons.end()) UsageError("--button wants yes, no, ok, cancel, abort, retry or ignore");
+       static const std::map<std::string, int> kButtons = {{"ok", IDOK}, {"cancel", IDCANCEL}, {"yes", IDYES}, {"no", IDNO}};
+       const auto button = kButtons.find(Str("button").value_or("ok"));
+       if (button == kButtons.end()) UsageError("--button wants yes, no, ok or cancel");
        std::string text;
        const HWND box = WaitBox(&text);
-       const HWND pressed = GetDlgItem(box, button->second);
-       if (!pressed) Fail("box " + Hex(box) + " has no " + button->first + " button");
-       Post(box, WM_COMMAND, MAKEWPARAM(button->second, BN_CLICKED), reinterpret_cast<LPARAM>(pressed));
-       if (!Poll([box] { return !IsWindow(box) || !IsWindowVisible(box); })) Fail("the box is still open");
+       if (Str("button")) {
+         const HWND pressed = GetDlgItem(box, button->second);
+         if (!pressed) Fail("box " + Hex(box) + " has no " + button->first + " button");
+         Post(box, WM_COMMAND, MAKEWPARAM(button->second, BN_CLICKED), reinterpret_cast<LPARAM>(pressed));
+         if (!Poll([box] { return !IsWindow(box) || !IsWindowVisible(box); })) Fail("the box is still open");
+       }
        PrintLine(text);
      }},
-    {"box-text",
-     [] {
-       std::string text;
-       WaitBox(&text);
-       PrintLine(text);
-     }},
-    // The control with the keyboard focus and the active window of the window's
-    // thread, and the desktop's foreground window.
+    // The control with the keyboard focus in the window's thread, and the desktop's
+    // foreground window.
     {"focus",
      [] {
-       const HWND window = WaitTarget(false).Window();
        GUITHREADINFO info = {};
        info.cbSize = sizeof info;
-       if (!GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info)) {
-         Fail("GetGUIThreadInfo failed: error " + std::to_string(GetLastError()));
-       }
+       if (!GetGUIThreadInfo(GetWindowThreadProcessId(WaitTarget(false).Window(), nullptr), &info)) Fail("GetGUIThreadInfo failed");
        PrintLine("focus=" + (info.hwndFocus ? std::to_string(GetDlgCtrlID(info.hwndFocus)) : std::string("none")) +
-                 " active=" + Hex(info.hwndActive) + " foreground=" + Hex(GetForegroundWindow()));
+                 " foreground=" + Hex(GetForegroundWindow()));
      }},
     // Whether the shell has the window's notification icon --icon N, after taking
     // it away with --delete as a restarting taskbar loses it.
@@ -541,28 +486,14 @@ const std::map<std::string, std::function<void()>> kCommands = {
      }},
     {"windows",  // every top-level window, message-only ones last
      [] {
-       std::vector<HWND> all = TopLevel();
-       const size_t topLevel = all.size();
-       for (HWND w = FindWindowExA(HWND_MESSAGE, nullptr, nullptr, nullptr); w; w = FindWindowExA(HWND_MESSAGE, w, nullptr, nullptr)) {
-         all.push_back(w);
-       }
-       for (size_t i = 0; i < all.size(); ++i) {
-         const HWND window = all[i];
+       const std::vector<HWND> all = TopLevel(true);
+       for (size_t i = 0, topLevel = TopLevel().size(); i < all.size(); ++i) {
          DWORD pid = 0;
-         GetWindowThreadProcessId(window, &pid);
-         HWND owner = GetWindow(window, GW_OWNER);
-         PrintLine(Hex(window) + " pid=" + std::to_string(pid) + " visible=" + std::to_string(IsWindowVisible(window) ? 1 : 0) +
-                   " class=" + Quoted(ClassName(window)) + " title=" + Quoted(Caption(window)) +
+         GetWindowThreadProcessId(all[i], &pid);
+         const HWND owner = GetWindow(all[i], GW_OWNER);
+         PrintLine(Hex(all[i]) + " pid=" + std::to_string(pid) + " visible=" + std::to_string(IsWindowVisible(all[i]) ? 1 : 0) +
+                   " class=" + Quoted(ClassName(all[i])) + " title=" + Quoted(Caption(all[i])) +
                    (owner ? " owner=" + Hex(owner) : "") + (i >= topLevel ? " message-only" : ""));
-       }
-     }},
-    {"children",
-     [] {
-       const HWND top = WaitTarget(false).top;
-       for (HWND child : Descendants(top)) {
-         auto text = TryReadText(child);
-         PrintLine(Hex(child) + " id=" + std::to_string(GetDlgCtrlID(child)) + " class=" + Quoted(ClassName(child)) +
-                   " " + StateLine(child) + " text=" + (text ? Quoted(*text) : "(no answer)"));
        }
      }},
     // User actions wait for the control to be usable; edits notify EN_CHANGE themselves.
@@ -574,19 +505,15 @@ const std::map<std::string, std::function<void()>> kCommands = {
        }
        PrintLine("ok");
      }},
-    {"select", [] { SelectItem(RequiredInt("index"), LBN_SELCHANGE); }},
-    {"double-click-list", [] { SelectItem(RequiredInt("index"), LBN_DBLCLK); }},
+    {"select", SelectItem},
     // Checking a radio button unchecks the others of its group, as a click does.
     {"check",
      [] {
        const long long value = RequiredInt("value");
-       const HWND control = WaitTarget(true, true).control;
-       const HWND parent = GetParent(control);
-       if (value == 1 && IsRadio(control)) {
-         for (HWND other = GetNextDlgGroupItem(parent, control, FALSE); other && other != control;
-              other = GetNextDlgGroupItem(parent, other, FALSE)) {
-           if (IsRadio(other)) Send(other, BM_SETCHECK, BST_UNCHECKED, 0);
-         }
+       const HWND control = WaitTarget(true, true).control, parent = GetParent(control);
+       for (HWND other = GetNextDlgGroupItem(parent, control, FALSE); value == 1 && IsRadio(control) && other && other != control;
+            other = GetNextDlgGroupItem(parent, other, FALSE)) {
+         if (IsRadio(other)) Send(other, BM_SETCHECK, BST_UNCHECKED, 0);
        }
        Send(control, BM_SETCHECK, static_cast<WPARAM>(value), 0);
        Post(parent, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(control), BN_CLICKED), reinterpret_cast<LPARAM>(control));
@@ -594,35 +521,30 @@ const std::map<std::string, std::function<void()>> kCommands = {
      }},
 };
 
-const char* const kKnownOptions[] = {"title", "class", "id", "ids", "timeout-ms", "equals", "contains", "index",
-                                     "enabled", "visible", "checked", "code", "msg", "wparam", "lparam", "button",
-                                     "text", "value", "separator", "any-visibility", "icon", "delete", "path",
-                                     "release-when"};
-
 }  // namespace
 
 int main(int argc, char** argv) {
   _setmode(_fileno(stdout), _O_BINARY);  // bash reads the output: no CR before each LF
+  static const std::string kValues = " title class id ids timeout-ms equals contains index enabled visible checked msg wparam "
+                                     "lparam button text value icon path release-when ";
+  static const std::string kFlags = " any-visibility gone count double delete ";
   try {
     auto command = argc > 1 ? kCommands.find(argv[1]) : kCommands.end();
     if (command == kCommands.end()) UsageError("usage: orvalen_driver COMMAND [--OPTION VALUE]...; see README.md");
     for (int i = 2; i < argc; ++i) {
-      const std::string name = std::string(argv[i]).substr(argv[i][0] == '-' && argv[i][1] == '-' ? 2 : 0);
-      bool known = false;
-      for (const char* option : kKnownOptions) known = known || name == option;
-      if (!known || std::string(argv[i]).rfind("--", 0) != 0) UsageError("unknown option '" + std::string(argv[i]) + "'");
-      if (name == "any-visibility" || name == "delete") {
+      const std::string name = std::string(argv[i]).rfind("--", 0) == 0 ? argv[i] + 2 : "?";
+      if (kFlags.find(" " + name + " ") != std::string::npos) {
         options[name] = "";
-      } else if (i + 1 < argc) {
-        options[name] = argv[++i];  // the value may be empty or start with "--"
+      } else if (kValues.find(" " + name + " ") == std::string::npos || i + 1 == argc) {
+        UsageError("unknown option, or one without its value: '" + std::string(argv[i]) + "'");
       } else {
-        UsageError("option --" + name + " needs a value");
+        options[name] = argv[++i];  // the value may be empty or start with "--"
       }
     }
     command->second();
   } catch (const Failure& failure) {
     std::fflush(stdout);
-    std::fprintf(stderr, "orvalen_driver %s: %s\n", argc > 1 ? argv[1] : "", Utf8(failure.message).c_str());
+    std::fprintf(stderr, "orvalen_driver %s: %s\n", argv[1], Utf8(failure.message).c_str());
     return failure.exitCode;
   }
   std::fflush(stdout);
