@@ -1,10 +1,11 @@
 // The program killed at every step of every save of a day's use: sessions ended,
-// sessions checkpointed, one across midnight, a session cut short and recovered
-// at the next start. Each run lets the first k steps (a content write, or one of
-// the renames and the deletion that put it in place) reach the disk and drops the
-// rest, as a kill -9 at that moment would, or tears step k after some bytes, as a
-// power cut would; then the program starts again from what is on disk, and the
-// log must hold every session once, the one cut short from its last checkpoint.
+// sessions checkpointed, one across midnight into a new month, a session cut short
+// and recovered at the next start. Each run lets the first k steps (a content
+// write, or one of the renames and the deletion that put it in place) reach the
+// disk and drops the rest, as a kill -9 at that moment would, or tears step k
+// after some bytes, as a power cut would; then the program starts again from what
+// is on disk, and the log must hold every session once, the one cut short from
+// its last checkpoint.
 #include <cstring>
 #include <map>
 #include <string>
@@ -109,6 +110,7 @@ class CrashRecovery : public ProgramStateTest {
     ras_ = ScriptedRas{};
     probe_ = DialUpProbe{};
     clock_ = FakeClock{};
+    clock_.now = {2002, 2, 4, 28, 10, 0, 0};  // the session across midnight ends on 1 March
     for (const std::string& file : {std::string(SettingsPath()), LogFilePath()}) {
       for (const char* suffix : {"", ".tmp", ".new"}) std::remove((file + suffix).c_str());
     }

@@ -41,12 +41,6 @@ class LogView : public ProgramStateTest {
     ProgramStateTest::TearDown();
   }
 
-  static uint32_t Add(const char* name, uint32_t month, uint32_t year, int32_t duration = 60, uint8_t status = InUse) {
-    SessionRecord record = UsedRecord(name, duration, month, year);
-    record.status = status;
-    return AppendToLog(record);
-  }
-
   static SessionRecord Session(const char* name, uint32_t dayOfWeek, uint32_t day, uint32_t onHour, uint32_t onMinute,
                                uint32_t offHour, uint32_t offMinute, int32_t duration) {
     SessionRecord record = UsedRecord(name, duration, 11, 2002);
@@ -98,11 +92,7 @@ class LogView : public ProgramStateTest {
 Texts LogView::launches;
 
 TEST_F(LogView, MonthsAndYearsOfTheBoxes) {
-  const char* const months[] = {"JAN", "FEB", "MAR", "APR", "MAY", "JUN", "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"};
-  for (uint32_t m = 1; m <= 12; ++m) {
-    EXPECT_STREQ(MonthAbbreviation(m), months[m - 1]);
-    EXPECT_EQ(MonthNumber(months[m - 1]), m);
-  }
+  for (uint32_t m : {1u, 12u}) EXPECT_STREQ(MonthAbbreviation(m), m == 1 ? "JAN" : "DEC");
   for (uint32_t m : {0u, 13u, 0xFFFFFFFFu}) EXPECT_STREQ(MonthAbbreviation(m), "ERROR");
   EXPECT_EQ(MonthNumber("jan"), 1u);
   EXPECT_EQ(MonthNumber("dEc"), 12u);
@@ -122,14 +112,14 @@ TEST_F(LogView, MonthsAndYearsOfTheBoxes) {
 
 // Which records each combination of the three boxes lists.
 TEST_F(LogView, FilterTable) {
-  Add("Home ISP", 3, 2002);               // 0
-  Add("home isp", 3, 2002);               // 1
-  Add("Work", 3, 2002);                   // 2
-  Add("Home ISP", 4, 2002);               // 3
-  Add("HOME ISP", 3, 2003);               // 4
-  Add("Home ISP", 3, 2002, 60, Deleted);  // 5
-  Add("", 0, 0, 0, Blank);                // 6
-  Add("Home ISP", 4, 2003);               // 7
+  LogSession("Home ISP", 60, 3, 2002);               // 0
+  LogSession("home isp", 60, 3, 2002);               // 1
+  LogSession("Work", 60, 3, 2002);                   // 2
+  LogSession("Home ISP", 60, 4, 2002);               // 3
+  LogSession("HOME ISP", 60, 3, 2003);               // 4
+  LogSession("Home ISP", 60, 3, 2002, Deleted);      // 5
+  LogSession("", 0, 0, 0, Blank);                    // 6
+  LogSession("Home ISP", 60, 4, 2003);               // 7
   const struct {
     const char *connection, *month, *year;
     Indices listed;
@@ -222,6 +212,7 @@ TEST_F(LogView, ListLinesAndTheReportOfTwoSessions) {
   EXPECT_EQ(FileText(path), expected);
   FillAll();
   EXPECT_NE(FinishedReport.find("Generated on : 12 / 9 / 2002\r\n"), std::string::npos);
+  EXPECT_EQ(FinishedReport.size(), expected.size() + 1) << "the new report alone";
 
   settings.use24HourClock = 1;
   EXPECT_EQ(FillAll().lines.LineText(2), " Log Off Time        : 21 : 15 : 00   ");
@@ -284,13 +275,13 @@ TEST_F(LogView, TotalsCountsAndSummaries) {
   for (const auto& row : totals) EXPECT_EQ(TotalHoursText(row.seconds), row.text);
   EXPECT_EQ(CountText(12), "12");
 
-  Add("Card", 1, 2002, 5400);
-  Add("card", 12, 2001, 1800);
-  Add("Limited", 1, 2002, 3900);
-  Add("Limited", 11, 2001, 2700);
-  Add("Flat", 1, 2002, 60);
-  Add("Nobody", 1, 2002, 60);
-  Add("Unset", 1, 2002, 60);
+  LogSession("Card", 5400, 1, 2002);
+  LogSession("card", 1800, 12, 2001);
+  LogSession("Limited", 3900, 1, 2002);
+  LogSession("Limited", 2700, 11, 2001);
+  LogSession("Flat", 60);
+  LogSession("Nobody", 60);
+  LogSession("Unset", 60);
   ConfigureAccount(0, "Card", PrePaidCard, 10);
   ConfigureAccount(1, "Limited", LimitedAccess, 1, 10.0f, 0.5f, 10.0f);
   ConfigureAccount(2, "Flat", UnlimitedAccess);
@@ -322,18 +313,18 @@ TEST_F(LogView, TotalsCountsAndSummaries) {
 }
 
 TEST_F(LogView, ConnectionNamesAndTheInitialFilter) {
-  Add("Work", 1, 2002);
-  Add("Home ISP", 1, 2002);
-  Add("home isp", 1, 2002);  // letter case counts here
-  Add("Gone", 1, 2002, 60, Deleted);
-  Add("Work", 1, 2002);
-  Add("All Connections", 1, 2002);  // compared from slot 1 on, so listed again
+  LogSession("Work", 60);
+  LogSession("Home ISP", 60);
+  LogSession("home isp", 60);  // letter case counts here
+  LogSession("Gone", 60, 1, 2002, Deleted);
+  LogSession("Work", 60);
+  LogSession("All Connections", 60);  // compared from slot 1 on, so listed again
   EXPECT_EQ(ConnectionNames(""), (Texts{"Work", "Home ISP", "home isp", "All Connections"}));
   EXPECT_EQ(ConnectionNames("All Connections"), (Texts{"All Connections", "Work", "Home ISP", "home isp", "All Connections"}));
   sessionLog = SessionLog{};
-  Add("", 0, 0, 0, Blank);
+  LogSession("", 0, 0, 0, Blank);
   EXPECT_EQ(ConnectionNames("All Connections"), Texts{"All Connections"});
-  for (int i = 0; i < 60; ++i) Add(("ISP " + std::to_string(i)).c_str(), 1, 2002);
+  for (int i = 0; i < 60; ++i) LogSession(("ISP " + std::to_string(i)).c_str(), 60);
   EXPECT_EQ(ConnectionNames("").size(), 50u);
   EXPECT_EQ(ConnectionNames("").back(), "ISP 49");
   EXPECT_EQ(ConnectionNames("All Connections").back(), "ISP 48");
@@ -352,10 +343,10 @@ TEST_F(LogView, ConnectionNamesAndTheInitialFilter) {
 }
 
 TEST_F(LogView, ManageLogDeletesByExactNameOrClearsAndSavesBothFiles) {
-  Add("Home ISP", 1, 2002);
-  Add("home isp", 1, 2002);
-  Add("Work", 1, 2002, 60, Blank);
-  Add("Home ISP", 1, 2002);
+  LogSession("Home ISP", 60);
+  LogSession("home isp", 60);
+  LogSession("Work", 60, 1, 2002, Blank);
+  LogSession("Home ISP", 60);
   ConfigureAccount(0, "Home ISP", PrePaidCard, 10);
   ConfigureAccount(1, "home isp", UnlimitedAccess);
   EXPECT_EQ(DeleteConnectionEntries("Home ISP"), kRecordsDeleted);
@@ -398,7 +389,7 @@ TEST_F(LogView, DamagedRecordsAreShownAsTheyAre) {
   noMonth.month = 0;
   noMonth.durationSeconds = INT32_MIN;
   AppendToLog(noMonth);
-  const uint32_t c = Add("", 2, 2002);
+  const uint32_t c = LogSession("", 60, 2, 2002);
   std::memset(sessionLog.records[c].connectionName, 'z', kRecordNameSize);  // no terminator
   sessionLog.records[c].status = 7;  // neither Blank nor Deleted: shown
   LogListing listing = FillAll();

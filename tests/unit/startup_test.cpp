@@ -194,6 +194,7 @@ TEST_F(Startup, DecisionTable) {
     if (row.marker != nullptr) {
       EXPECT_STREQ(settings.currencyName, "DM") << "the rest of the configuration is kept";
     }
+    EXPECT_EQ(ReadBytes(LegacyLogPath()).size(), row.legacySlots.empty() ? 0u : 384000u) << "never written";
     if (row.logSize != 0) {
       EXPECT_EQ(ReadBytes(LogFilePath()).size(), row.logSize);
     } else {

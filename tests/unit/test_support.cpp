@@ -19,11 +19,13 @@ namespace fs = std::filesystem;
 
 void FakeClock::Advance(uint32_t seconds) {
   tickMs += seconds * 1000u;
+  static const uint32_t kMonthDays[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
   uint32_t total = now.hour * 3600 + now.minute * 60 + now.second + seconds;
-  while (total >= 86400) {
-    total -= 86400;
-    ++now.day;
+  for (; total >= 86400; total -= 86400) {
     now.dayOfWeek = (now.dayOfWeek + 1) % 7;
+    if (++now.day <= kMonthDays[now.month - 1]) continue;
+    now.day = 1;
+    if (++now.month > 12) now.month = 1, ++now.year;
   }
   now.hour = total / 3600;
   now.minute = total / 60 % 60;
@@ -121,9 +123,9 @@ float F32At(const std::vector<uint8_t>& bytes, std::size_t offset) {
   return value;
 }
 
-SessionRecord UsedRecord(const char* name, int32_t seconds, uint32_t month, uint32_t year) {
+SessionRecord UsedRecord(const char* name, int32_t seconds, uint32_t month, uint32_t year, uint8_t status) {
   SessionRecord record{};
-  record.status = InUse;
+  record.status = status;
   record.dayOfWeek = 1;
   record.month = month;
   record.day = 7;
