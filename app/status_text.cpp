@@ -10,7 +10,7 @@
 #include "storage/fixed_text.h"
 #include "storage/settings.h"
 
-char statusText[kStatusTextSize] = "";
+StatusState statusState;
 
 namespace {
 
@@ -58,7 +58,8 @@ void RefreshStatusTextWith(const UsageQueries& usage) {
         kind = " Account info not yet configured for Orvalen's database";
         break;
       case PrePaidCard: {
-        const float remaining = usage.cardSecondsRemaining(probeState.CurrentConnectionName) - static_cast<float>(elapsed);
+        const float remaining =
+            usage.cardSecondsRemaining(probeState.CurrentConnectionName) - static_cast<float>(elapsed);
         const float hours = remaining > 0.0f ? remaining * kHoursPerSecond : 0.0f;
         kind = "Pre-paid Internet Card ";
         detail = "Time remaining on this card : " + HoursText(hours);
@@ -77,11 +78,14 @@ void RefreshStatusTextWith(const UsageQueries& usage) {
         kind = " not yet defined for this dial-up connection.";
         break;
     }
-    std::snprintf(statusText, sizeof statusText, "\nType of Account: %s\n %s", kind.c_str(), detail.c_str());
+    char* const text = statusState.statusText;
+    std::snprintf(text, kStatusTextSize, "\nType of Account: %s\n %s", kind.c_str(), detail.c_str());
     return;
   }
-  CopyFixedText(statusText, kOffLineStatusText);
+  CopyFixedText(statusState.statusText, kOffLineStatusText);
 }
+
+void ResetStatusState() { statusState = StatusState{}; }
 
 void OnMainWindowTimer(bool pollTick, bool statusShown, DialUpProbe& probe) {
   if (pollTick) RunSessionStep(probe);

@@ -11,7 +11,13 @@ class DialUpProbe;
 
 constexpr std::size_t kStatusTextSize = 256;
 
-extern char statusText[kStatusTextSize];
+// The shell's program-wide state; ResetStatusState() brings it back to these values.
+struct StatusState {
+  char statusText[kStatusTextSize] = "";  // the account-status text the main dialog shows
+};
+extern StatusState statusState;
+// Back to a fresh start (tests, tools).
+void ResetStatusState();
 
 constexpr char kInitialStatusText[] = "\t\t   Status: \n\n        No  Active  Dial-Up  Connections...";
 constexpr char kOffLineStatusText[] = "\t\t      Status :\n\n           No  Active  Dial-Up  Connections ...";

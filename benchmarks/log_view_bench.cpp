@@ -19,11 +19,11 @@ void Listing(benchmark::State& state, const char* connection, const char* month,
     std::snprintf(year, sizeof year, "%s", yearText);
     BuildLogListing(connection, month, year, listing);
     benchmark::DoNotOptimize(listing.lines.size());
-    benchmark::DoNotOptimize(FinishedReport.size());
+    benchmark::DoNotOptimize(logViewState.FinishedReport.size());
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
   state.counters["listed"] = listing.count;
-  state.counters["report_bytes"] = static_cast<double>(FinishedReport.size());
+  state.counters["report_bytes"] = static_cast<double>(logViewState.FinishedReport.size());
 }
 
 // Worst case: every record is listed.

@@ -45,9 +45,9 @@ void BM_StatusRefresh(benchmark::State& state, const UsageQueries* usage) {
   OnLineProgram program(static_cast<uint32_t>(state.range(0)));
   for (auto _ : state) {
     RefreshStatusTextWith(*usage);
-    benchmark::DoNotOptimize(statusText[0]);
+    benchmark::DoNotOptimize(statusState.statusText[0]);
   }
-  if (std::strstr(statusText, "Time Consumed this month") == nullptr) state.SkipWithError("not the on-line text");
+  if (std::strstr(statusState.statusText, "Time Consumed this month") == nullptr) state.SkipWithError("not the on-line text");
   state.counters["records"] = static_cast<double>(state.range(0));
 }
 
@@ -65,7 +65,7 @@ void BM_StatusRefreshAfterLogChange(benchmark::State& state) {
   for (auto _ : state) {
     NoteLogChanged();
     RefreshStatusText();
-    benchmark::DoNotOptimize(statusText[0]);
+    benchmark::DoNotOptimize(statusState.statusText[0]);
   }
 }
 

@@ -20,8 +20,6 @@ const char* const kYearChoices[kYearChoiceCount] = {"ALL ", "1999", "2000", "200
                                                     "2003", "2004", "2005", "2006", "2007",
                                                     "2008", "2009", "2010", "2011"};
 
-FilterTexts LastFilter = {};
-
 namespace {
 
 std::size_t NameLength(const SessionRecord& record) {
@@ -98,9 +96,9 @@ constexpr std::size_t kReportHeaderBytes = 256;
 }  // namespace
 
 void RememberFilter(const char* connection, const char* month, const char* year) {
-  CopyFixedText(LastFilter.connection, connection);
-  CopyFixedText(LastFilter.month, month);
-  CopyFixedText(LastFilter.year, year);
+  CopyFixedText(logViewState.LastFilter.connection, connection);
+  CopyFixedText(logViewState.LastFilter.month, month);
+  CopyFixedText(logViewState.LastFilter.year, year);
 }
 
 const char* MonthAbbreviation(uint32_t month) {
@@ -193,7 +191,8 @@ bool BuildLogListing(const char* connection, const char* month, char* year, LogL
   for (std::size_t i = 0; i < count; ++i) matching += RecordMatches(filter, records[i]) ? 1 : 0;
   listing.lines.Clear();
   listing.lines.Reserve(matching * 6, matching * kListBytesPerRecord);
-  PendingReport.reserve(PendingReport.size() + kReportHeaderBytes + matching * kReportBytesPerRecord);
+  std::string& report = logViewState.PendingReport;
+  report.reserve(report.size() + kReportHeaderBytes + matching * kReportBytesPerRecord);
 
   listing.count = 0;
   listing.totalSeconds = 0.0f;
@@ -270,7 +269,8 @@ std::vector<std::string> ConnectionNames(const char* firstItem) {
 std::string InitialConnectionFilter(bool connectedNow) {
   if (settings.logInitialFilter != 2) return kAllConnections;
   if (connectedNow && probeState.OnLineFlag == 1) {
-    return std::string(probeState.CurrentConnectionName, FixedTextLength(probeState.CurrentConnectionName, kConnectionNameSize));
+    const char* current = probeState.CurrentConnectionName;
+    return std::string(current, FixedTextLength(current, kConnectionNameSize));
   }
   const char* previous = settings.previousSession.connectionName;
   return std::string(previous, FixedTextLength(previous, kPreviousNameSize));

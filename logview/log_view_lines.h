@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "logview/logview_state.h"
 #include "storage/session_record.h"
 
 // The first items of the three filter boxes; they stand for "everything" and are
@@ -30,23 +31,9 @@ constexpr std::size_t kEmptyLogBlankLines = 4;  // shown before kEmptyLogLine
 constexpr char kNoMatchingEntries[] = "There Are No Entries Matching Your Search Criteria";
 constexpr char kLogRule[] = "************************************************************************";
 
-// Connection texts are as wide as a record's name, so a long name can be selected and
-// filtered on in full; month and year texts hold 9 characters.
-constexpr std::size_t kFilterConnectionSize = kRecordNameSize;
-constexpr std::size_t kFilterMonthSize = 10;
-constexpr std::size_t kFilterYearSize = 10;
 constexpr std::size_t kMaxConnectionNames = 50;
 
-// The filter of the last list that matched something; it outlives the dialog and
-// brings the view back after a filter that matched nothing.
-struct FilterTexts {
-  char connection[kFilterConnectionSize];
-  char month[kFilterMonthSize];
-  char year[kFilterYearSize];
-};
-extern FilterTexts LastFilter;
-
-// Copies the three texts into LastFilter, each cut to its field.
+// Copies the three texts into logViewState.LastFilter, each cut to its field.
 void RememberFilter(const char* connection, const char* month, const char* year);
 
 // "JAN" to "DEC" for 1 to 12, "ERROR" for anything else.

@@ -8,8 +8,6 @@
 #include "storage/session_log.h"
 #include "storage/settings.h"
 
-int ManageLogResult = kLogUnchanged;
-
 namespace {
 
 // Seconds to hours in single precision, as every hour figure of the program.
@@ -42,15 +40,15 @@ std::string ManageLogSummaryText(const char* connection) {
 }
 
 int DeleteConnectionEntries(const char* connection) {
-  ManageLogResult = MarkConnectionDeleted(connection) ? kRecordsDeleted : kLogUnchanged;
+  logViewState.ManageLogResult = MarkConnectionDeleted(connection) ? kRecordsDeleted : kLogUnchanged;
   DeleteAccount(connection);
   SaveLogAndSettings();
-  return ManageLogResult;
+  return logViewState.ManageLogResult;
 }
 
 int ClearEntireLog() {
   ClearLog();
-  ManageLogResult = kLogCleared;
+  logViewState.ManageLogResult = kLogCleared;
   SaveLogAndSettings();
-  return ManageLogResult;
+  return logViewState.ManageLogResult;
 }

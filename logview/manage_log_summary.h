@@ -3,13 +3,7 @@
 #pragma once
 #include <string>
 
-// The value the Manage Log dialog ends with, read by View Log.
-enum ManageLogOutcome : int {
-  kLogUnchanged = 0,
-  kRecordsDeleted = 1,  // also after the "no items" notice of an empty log
-  kLogCleared = 3,
-};
-extern int ManageLogResult;
+#include "logview/logview_state.h"
 
 // The usage summary of one connection (line breaks are "\n"); empty when it has no
 // configured account.

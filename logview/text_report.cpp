@@ -8,18 +8,15 @@
 #include "platform/program_paths.h"
 #include "storage/fixed_text.h"
 
-std::string PendingReport;
-std::string FinishedReport;
-ReportHooks reportHooks;
-
 const std::string& AppendReportLine(const char* text, std::size_t length, bool finish) {
-  PendingReport.append(text, length);
-  PendingReport.append("\r\n", 2);
-  if (!finish) return PendingReport;
+  std::string& pending = logViewState.PendingReport;
+  pending.append(text, length);
+  pending.append("\r\n", 2);
+  if (!finish) return pending;
   // Swapping keeps both buffers' capacity for the next filling.
-  FinishedReport.swap(PendingReport);
-  PendingReport.clear();
-  return FinishedReport;
+  logViewState.FinishedReport.swap(pending);
+  pending.clear();
+  return logViewState.FinishedReport;
 }
 
 const std::string& AppendReportLine(const char* text, bool finish) {
@@ -48,7 +45,7 @@ std::string ReportHeader(int count, float totalSeconds) {
 }
 
 void PrependReportHeader(int count, float totalSeconds) {
-  PendingReport.insert(0, ReportHeader(count, totalSeconds));
+  logViewState.PendingReport.insert(0, ReportHeader(count, totalSeconds));
 }
 
 bool WriteTextFile(const char* text, const char* path) {
@@ -72,7 +69,7 @@ void GenerateTextReport() {
   // The write does not truncate, so the old file goes first: a shorter report must
   // not leave the tail of a longer one behind. A missing file is fine.
   std::remove(path.c_str());
-  WriteTextFile(FinishedReport.c_str(), path.c_str());
+  WriteTextFile(logViewState.FinishedReport.c_str(), path.c_str());
   if (reportHooks.launchEditor != nullptr) {
     reportHooks.launchEditor(EditorApplicationPath().c_str(), EditorCommandLine().c_str());
   }

@@ -3,10 +3,7 @@
 #pragma once
 #include <string>
 
-// Lines of the sessions being listed; empty between two fillings.
-extern std::string PendingReport;
-// The complete report of the last filled list; empty until the first filling.
-extern std::string FinishedReport;
+#include "logview/logview_state.h"
 
 constexpr char kReportFileName[] = "Log File.txt";
 constexpr char kReportRule[] = "***********************************************";
@@ -32,13 +29,6 @@ bool WriteTextFile(const char* text, const char* path);
 std::string ReportFilePath();          // the program folder + "Log File.txt"
 std::string EditorApplicationPath();   // the Windows directory + "NOTEPAD.EXE"
 std::string EditorCommandLine();       // "notepad.exe  " and the report path, unquoted
-
-// Starting the editor is the window layer's; without it (unit tests, tools) the
-// report is only written.
-struct ReportHooks {
-  void (*launchEditor)(const char* applicationPath, const char* commandLine) = nullptr;
-};
-extern ReportHooks reportHooks;
 
 // Deletes the report file, writes FinishedReport to it and starts the editor,
 // whether or not the file was written. Results are ignored.

@@ -160,8 +160,9 @@ void StartSession() {
 
 int32_t ElapsedSeconds() {
   const uint32_t nowSeconds = ReadTickCount() / 1000u;
-  if (nowSeconds >= sessionState.SessionStartSeconds) return static_cast<int32_t>(nowSeconds - sessionState.SessionStartSeconds);
-  return static_cast<int32_t>(nowSeconds + kTickWrapSeconds - sessionState.SessionStartSeconds);
+  const uint32_t start = sessionState.SessionStartSeconds;
+  if (nowSeconds >= start) return static_cast<int32_t>(nowSeconds - start);
+  return static_cast<int32_t>(nowSeconds + kTickWrapSeconds - start);
 }
 
 bool EndSession() {
@@ -187,7 +188,8 @@ bool EndSession() {
   if (!StoreNameAndSave(slot, sessionState.SessionConnectionName)) {
     // The log did not save: the checkpoint takes the whole session, which a start
     // after a kill then records.
-    SetCheckpointTime(RecordName(slot), sessionState.LogOffHour, sessionState.LogOffMinute, sessionState.LogOffSecond, static_cast<uint32_t>(elapsed));
+    SetCheckpointTime(RecordName(slot), sessionState.LogOffHour, sessionState.LogOffMinute,
+                      sessionState.LogOffSecond, static_cast<uint32_t>(elapsed));
     SaveSettings();
   }
   CallHook(sessionHooks.checkUnconfiguredConnections);

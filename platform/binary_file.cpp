@@ -13,17 +13,14 @@
 #include <unistd.h>
 #endif
 
-WriteCutoff fileWriteCutoff = nullptr;
-
 namespace {
-
-int lastError = 0;
 
 std::string Sibling(const char* path, const char* suffix) { return std::string(path) + suffix; }
 
 // How much of a step happens: all of it unless a crash test cuts it.
 std::size_t Allowed(const char* path, SaveStep step, std::size_t size) {
-  return fileWriteCutoff != nullptr ? std::min(size, fileWriteCutoff(path, step, size)) : size;
+  const WriteCutoff cutoff = platformState.fileWriteCutoff;
+  return cutoff != nullptr ? std::min(size, cutoff(path, step, size)) : size;
 }
 
 bool Happens(const char* path, SaveStep step) { return Allowed(path, step, 1) == 1; }
@@ -58,7 +55,7 @@ std::vector<char> TailPast(const char* path, std::size_t from) {
 }  // namespace
 
 bool FileCallFailed() {
-  lastError = errno;
+  platformState.lastError = errno;
   return false;
 }
 
@@ -127,7 +124,7 @@ bool WriteFileStart(const char* path, const WriteBlock* blocks, std::size_t bloc
   }
   // A full disk shows up at the flush or the close.
   // The crash tests model what reaches the disk themselves: no need to wait for it.
-  written = (fileWriteCutoff != nullptr || Commit(file)) && written;
+  written = (platformState.fileWriteCutoff != nullptr || Commit(file)) && written;
   written = std::fclose(file) == 0 && written;
   if (allowed < total) return false;  // the process died while writing
   if (!written) {
@@ -136,16 +133,31 @@ bool WriteFileStart(const char* path, const WriteBlock* blocks, std::size_t bloc
     return false;
   }
 
-  // Complete and on the disk: from here on the new content is what a start finds.
+  // Complete and on the disk. A "<name>.new" an earlier save could not put in place
+  // (another program holds the file) is the newest complete content until this one
+  // has that name, so it is renamed "<name>.prev", never deleted first: a start then
+  // finds one of the two (FinishInterruptedSave).
+  const std::string previous = Sibling(path, ".prev");
+  if (IsOnDisk(fresh.c_str())) {
+    if (!Happens(path, SaveStep::SetAside)) return false;
+    std::remove(previous.c_str());  // older than ".new"
+    if (std::rename(fresh.c_str(), previous.c_str()) != 0) {
+      FileCallFailed();
+      std::remove(temporary.c_str());
+      return false;
+    }
+  }
   if (!Happens(path, SaveStep::Commit)) return false;
-  std::remove(fresh.c_str());  // an older complete copy that could not be put in place
   if (std::rename(temporary.c_str(), fresh.c_str()) != 0) {
     FileCallFailed();
     std::remove(temporary.c_str());
+    std::rename(previous.c_str(), fresh.c_str());  // the earlier copy back, if set aside
     return false;
   }
+  // From here on the new content is what a start finds.
   if (!Happens(path, SaveStep::RemoveOld)) return false;
-  if (IsOnDisk(path) && std::remove(path) != 0) return FileCallFailed();  // held by another program: ".new" stays
+  std::remove(previous.c_str());
+  if (IsOnDisk(path) && std::remove(path) != 0) return FileCallFailed();  // held: ".new" stays
   if (!Happens(path, SaveStep::Rename)) return false;
   return std::rename(fresh.c_str(), path) == 0 || FileCallFailed();
 }
@@ -153,6 +165,14 @@ bool WriteFileStart(const char* path, const WriteBlock* blocks, std::size_t bloc
 void FinishInterruptedSave(const char* path) {
   std::remove(Sibling(path, ".tmp").c_str());
   const std::string fresh = Sibling(path, ".new");
+  const std::string previous = Sibling(path, ".prev");
+  // With "<name>.new" there, "<name>.prev" is older; without it, a save was killed
+  // after setting its predecessor aside, and that one is the newest complete copy.
+  if (IsOnDisk(fresh.c_str())) {
+    std::remove(previous.c_str());
+  } else {
+    std::rename(previous.c_str(), fresh.c_str());
+  }
   if (!FileExists(fresh.c_str())) return;
   if (!IsOnDisk(path) || std::remove(path) == 0) std::rename(fresh.c_str(), path);
 }
@@ -166,4 +186,4 @@ bool CanCreate(const char* path) {
   return true;
 }
 
-std::string LastFileError() { return std::strerror(lastError); }
+std::string LastFileError() { return std::strerror(platformState.lastError); }

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <string>
 
+#include "platform/platform_state.h"
+
 // True when something of that name is on disk, file or folder, readable or not.
 bool IsOnDisk(const char* path);
 
@@ -25,17 +27,20 @@ bool ReadFileStart(const char* path, void* buffer, std::size_t size, std::size_t
 // renamed "<name>.new" once complete and flushed; then the old file is deleted and
 // "<name>.new" takes its name (Windows 95 has no MoveFileEx to replace in one step).
 // A power cut or a kill at any point leaves the old file, or a complete "<name>.new"
-// that FinishInterruptedSave puts in place. With keepTail, bytes of the old file
-// past the new content are kept, as a write in place would have left them.
+// that FinishInterruptedSave puts in place. An earlier "<name>.new" (left while the
+// old file was held) is renamed "<name>.prev" before the new one takes its name and
+// deleted after. With keepTail, bytes of the old file past the new content are kept,
+// as a write in place would have left them.
 struct WriteBlock {
   const void* data;
   std::size_t size;
 };
 bool WriteFileStart(const char* path, const WriteBlock* blocks, std::size_t blockCount, bool keepTail);
 
-// At start-up, before the file is looked at: deletes an unfinished "<name>.tmp" and
-// puts a complete "<name>.new" in the file's place. When the old file cannot be
-// deleted (another program holds it), "<name>.new" stays and OpenForReading reads it.
+// At start-up, before the file is looked at: deletes an unfinished "<name>.tmp",
+// keeps the newer of "<name>.new" and "<name>.prev" as "<name>.new" and puts it in
+// the file's place. When the old file cannot be deleted (another program holds it),
+// "<name>.new" stays and OpenForReading reads it.
 void FinishInterruptedSave(const char* path);
 
 // Whether the file can be created or replaced: its "<name>.tmp" can be made.
@@ -48,11 +53,3 @@ std::string LastFileError();
 bool FileCallFailed();
 
 constexpr std::size_t kSingleWriteLimit = 64u * 1024u * 1024u;
-
-// Crash tests only: given a path, the step of its save and that step's size (the
-// content's byte count; 1 for a rename or deletion), answers how much of it
-// happens (a kill or power cut at that point); the save then reports failure.
-// Empty (the program's case): every step happens whole.
-enum class SaveStep { Content, Commit, RemoveOld, Rename };
-using WriteCutoff = std::size_t (*)(const char* path, SaveStep step, std::size_t size);
-extern WriteCutoff fileWriteCutoff;

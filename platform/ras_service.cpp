@@ -1,9 +1,7 @@
 #include "platform/ras_service.h"
 
-namespace {
-RasService* serviceInUse = nullptr;
-}
+#include "platform/platform_state.h"
 
-RasService& CurrentRas() { return serviceInUse ? *serviceInUse : SystemRas(); }
+RasService& CurrentRas() { return platformState.serviceInUse ? *platformState.serviceInUse : SystemRas(); }
 
-void UseRasService(RasService* service) { serviceInUse = service; }
+void UseRasService(RasService* service) { platformState.serviceInUse = service; }

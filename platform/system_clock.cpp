@@ -1,9 +1,7 @@
 #include "platform/system_clock.h"
 
-namespace {
-Clock* clockInUse = nullptr;
-}
+#include "platform/platform_state.h"
 
-Clock& CurrentClock() { return clockInUse ? *clockInUse : SystemClock(); }
+Clock& CurrentClock() { return platformState.clockInUse ? *platformState.clockInUse : SystemClock(); }
 
-void UseClock(Clock* clock) { clockInUse = clock; }
+void UseClock(Clock* clock) { platformState.clockInUse = clock; }

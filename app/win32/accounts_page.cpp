@@ -236,8 +236,8 @@ INT_PTR CALLBACK AccountsPageProc(HWND page, UINT message, WPARAM wParam, LPARAM
 
 INT_PTR RunAccountDialog() {
   unconfiguredState.OpenedFromNotice = 1;
-  const INT_PTR result =
-      DialogBoxParamA(instanceHandle, MAKEINTRESOURCEA(IDD_ACCOUNTS), mainWindow, AccountsPageProc, 0);
+  const INT_PTR result = DialogBoxParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_ACCOUNTS),
+                                         appWindows.mainWindow, AccountsPageProc, 0);
   unconfiguredState.OpenedFromNotice = 0;
   // -1: the dialog could not be created, so nothing was saved.
   return result == -1 ? 0 : result;

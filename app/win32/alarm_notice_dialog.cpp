@@ -40,5 +40,5 @@ INT_PTR CALLBACK AlarmNoticeProc(HWND dialog, UINT message, WPARAM wParam, LPARA
 }
 
 void ShowAlarmNotice() {
-  DialogBoxParamA(instanceHandle, MAKEINTRESOURCEA(IDD_ALARM_NOTICE), nullptr, AlarmNoticeProc, 0);
+  DialogBoxParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_ALARM_NOTICE), nullptr, AlarmNoticeProc, 0);
 }

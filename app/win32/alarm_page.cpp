@@ -37,7 +37,7 @@ void CreateSpinButtons(HWND page) {
                                 WS_CHILD | WS_VISIBLE | WS_BORDER | UDS_WRAP | UDS_SETBUDDYINT | UDS_ALIGNRIGHT |
                                     UDS_ARROWKEYS,
                                 0, 0, 8, 8, page, reinterpret_cast<HMENU>(static_cast<INT_PTR>(box.spin)),
-                                instanceHandle, nullptr);
+                                appWindows.instanceHandle, nullptr);
     if (spin == nullptr) continue;  // the page still works by typing
     SendMessageA(spin, UDM_SETBUDDY, reinterpret_cast<WPARAM>(GetDlgItem(page, box.edit)), 0);
     SendMessageA(spin, UDM_SETRANGE, 0, MAKELPARAM(box.maximum, 0));

@@ -63,7 +63,7 @@ void Dispatch(MSG& message) {
 
 int Run(HINSTANCE instance) {
   InitCommonControls();
-  instanceHandle = instance;
+  appWindows.instanceHandle = instance;
   Win::WindowClass windowClass(instance, kClassName, MainWindowProc);
   // Taken before the splash: the main window, which a later start looks for,
   // exists only after it. The system releases the mutex when the process ends.

@@ -84,7 +84,7 @@ void ShowSessionTexts(MainDialogState& state) {
     SetText(state.secondCaption, "Your've Been Logged on for:");
     SetText(state.secondValue, GetElapsedText());
     SetText(state.firstValue, GetLogOnText());
-    SetText(state.accountStatus, statusText);
+    SetText(state.accountStatus, statusState.statusText);
     SetText(state.connectionCaption, "Active Connection :");
     SetText(state.connectionName, probeState.CurrentConnectionName);
     return;
@@ -99,7 +99,7 @@ void ShowSessionTexts(MainDialogState& state) {
   SetText(state.secondValue, GetLastDurationText());
   SetText(state.connectionCaption, "Last Connection :");
   SetText(state.connectionName, probeState.CurrentConnectionName);
-  SetText(state.accountStatus, statusText);
+  SetText(state.accountStatus, statusState.statusText);
 }
 
 void FillPreviousSession(MainDialogState& state) {
@@ -113,7 +113,7 @@ void FillPreviousSession(MainDialogState& state) {
 void OnRefreshTimer(HWND dialog, MainDialogState& state) {
   ShowSessionTexts(state);
   SetIcon(dialog, IDC_MAIN_ALARM_ICON,
-          LoadIconA(instanceHandle, MAKEINTRESOURCEA(settings.alarmOn ? IDI_ALARM_ON : IDI_ALARM_OFF)));
+          LoadIconA(appWindows.instanceHandle, MAKEINTRESOURCEA(settings.alarmOn ? IDI_ALARM_ON : IDI_ALARM_OFF)));
   SetText(state.time, ClockText());
   const LocalTime today = ReadLocalTime();
   char date[kDateTextSize];
@@ -126,23 +126,23 @@ void OnRefreshTimer(HWND dialog, MainDialogState& state) {
 }
 
 BOOL OnInitDialog(HWND dialog) {
-  if (mainDialogVisible) {  // only one main status dialog exists
+  if (appWindows.mainDialogVisible) {  // only one main status dialog exists
     DestroyWindow(dialog);
     return TRUE;
   }
   MainDialogState* state = new MainDialogState(dialog);
-  HICON icon = LoadIconA(instanceHandle, MAKEINTRESOURCEA(IDI_PROGRAM));
+  HICON icon = LoadIconA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDI_PROGRAM));
   SendMessageA(dialog, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
   SendMessageA(dialog, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon));
   SetText(state->connectionName, "");
   SetText(state->accountStatus, kInitialStatusText);
   dialogState = state;
-  mainDialogVisible = true;
+  appWindows.mainDialogVisible = true;
   RefreshStatusText();  // the timers rebuild it only while a dialog shows it
   SetTimer(dialog, kRefreshTimer, 1000, nullptr);
   if (settings.previousSessionValid != 0) sessionState.LastSessionChanged = 1;
   if (IsLogEmpty()) sessionState.LastSessionChanged = 0;
-  showMainDialogOnce = false;
+  appWindows.showMainDialogOnce = false;
   return TRUE;
 }
 
@@ -151,7 +151,7 @@ void ReleaseState(HWND dialog) {
   KillTimer(dialog, kRefreshTimer);
   delete dialogState;
   dialogState = nullptr;
-  mainDialogVisible = false;
+  appWindows.mainDialogVisible = false;
 }
 
 void OnButton(HWND dialog, WORD id) {
@@ -161,15 +161,15 @@ void OnButton(HWND dialog, WORD id) {
       SaveSettings();
       break;
     case IDC_MAIN_ABOUT:
-      DialogBoxParamA(instanceHandle, MAKEINTRESOURCEA(IDD_ABOUT), dialog, AboutDialogProc, 0);
+      DialogBoxParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_ABOUT), dialog, AboutDialogProc, 0);
       break;
     case IDC_MAIN_VIEW_LOG:
-      if (!viewLogOpen) OpenViewLog(dialog);
+      if (!appWindows.viewLogOpen) OpenViewLog(dialog);
       break;
     case IDC_MAIN_HIDE:
-      viewLogOpen = false;  // the View Log dialog is owned by this one and goes with it
+      appWindows.viewLogOpen = false;  // the View Log dialog is owned by this one and goes with it
       DestroyWindow(dialog);
-      mainDialogVisible = false;
+      appWindows.mainDialogVisible = false;
       break;
     default:
       break;
@@ -182,7 +182,7 @@ void OnClose(HWND dialog) {
   if (!AskToQuit(onLine, dialog, dialog, kDialogQuitQuestion)) return;
   // The session is not recorded: the settings file still says it is open.
   DestroyWindow(dialog);
-  RemoveTrayIcon(mainWindow);
+  RemoveTrayIcon(appWindows.mainWindow);
   PostQuitMessage(0);
   sessionState.LastSessionChanged = 1;
 }

@@ -35,13 +35,13 @@ void CALLBACK AlarmTimerProc(HWND, UINT, UINT_PTR, DWORD) { OnAlarmTimer(); }
 // The alarm period is taken once per session: Alarm page changes count from the
 // next session, and the reminders keep counting from this session's start.
 void StartSessionTimers() {
-  SetTimer(mainWindow, kCheckpointTimer, kCheckpointPeriodMs, CheckpointTimerProc);
-  SetTimer(mainWindow, kAlarmTimer, AlarmPeriodMs(), AlarmTimerProc);
+  SetTimer(appWindows.mainWindow, kCheckpointTimer, kCheckpointPeriodMs, CheckpointTimerProc);
+  SetTimer(appWindows.mainWindow, kAlarmTimer, AlarmPeriodMs(), AlarmTimerProc);
 }
 
 void StopSessionTimers() {
-  KillTimer(mainWindow, kCheckpointTimer);
-  KillTimer(mainWindow, kAlarmTimer);
+  KillTimer(appWindows.mainWindow, kCheckpointTimer);
+  KillTimer(appWindows.mainWindow, kAlarmTimer);
 }
 
 bool startupDone = false;  // storage ready and the start-up notices answered
@@ -49,7 +49,7 @@ bool startupDone = false;  // storage ready and the start-up notices answered
 void ReportOutOfSpace() { MessageBoxA(nullptr, "Out of space to record session", "Diagnostic Message", MB_OK); }
 
 void OnCreate(HWND window) {
-  mainWindow = window;
+  appWindows.mainWindow = window;
   sessionHooks.startSessionTimers = StartSessionTimers;
   sessionHooks.stopSessionTimers = StopSessionTimers;
   sessionHooks.reportOutOfSpace = ReportOutOfSpace;
@@ -57,10 +57,11 @@ void OnCreate(HWND window) {
   alarmHooks.playSound = PlayAlarmSound;
   alarmHooks.showNotice = ShowAlarmNotice;
   UseWindowsAccountNotice();
-  installHooks.markFirstRun = [] { showMainDialogOnce = true; };
+  installHooks.markFirstRun = [] { appWindows.showMainDialogOnce = true; };
   startupHooks = PlatformStartupHooks();  // the system's installation actions
   startupHooks.showWelcome = [](void* owner) {
-    DialogBoxParamA(instanceHandle, MAKEINTRESOURCEA(IDD_WELCOME), static_cast<HWND>(owner), WelcomeDialogProc, 0);
+    DialogBoxParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_WELCOME), static_cast<HWND>(owner),
+                    WelcomeDialogProc, 0);
   };
   startupHooks.showAlert = [](void* owner, const char* text, const char* caption) {
     MessageBoxA(static_cast<HWND>(owner), text, caption, MB_OK | MB_ICONEXCLAMATION);
@@ -79,16 +80,16 @@ void OnCreate(HWND window) {
   SetTimer(window, kStatusTimer, 500, nullptr);
   SetTimer(window, kSlowStatusTimer, 10000, nullptr);
   CheckUnconfiguredConnections();
-  if (settings.showMainWindowAtStart != 0 || showMainDialogOnce) ShowMainDialog();
+  if (settings.showMainWindowAtStart != 0 || appWindows.showMainDialogOnce) ShowMainDialog();
   startupDone = true;
 }
 
-void OnTimer(UINT_PTR timer) { OnMainWindowTimer(timer == kPollTimer, mainDialogVisible, WindowProbe()); }
+void OnTimer(UINT_PTR timer) { OnMainWindowTimer(timer == kPollTimer, appWindows.mainDialogVisible, WindowProbe()); }
 
 // Returns true when the user confirmed the quit.
 bool ConfirmQuit() {
-  return AskToQuit(WindowProbe().IsConnected(), mainDialogVisible ? mainDialog : nullptr, mainWindow,
-                   kWindowQuitQuestion);
+  HWND shown = appWindows.mainDialogVisible ? appWindows.mainDialog : nullptr;
+  return AskToQuit(WindowProbe().IsConnected(), shown, appWindows.mainWindow, kWindowQuitQuestion);
 }
 
 // Ends the message loop. An open session is not recorded now: the settings file
@@ -129,10 +130,10 @@ void OnEndSession(HWND window) {
 // notices) only the box that waits is brought forward.
 LRESULT OnActivateRequest() {
   if (startupDone) ShowMainDialog();
-  HWND popup = GetLastActivePopup(mainWindow);
-  if (popup != mainWindow && IsWindowVisible(popup)) return reinterpret_cast<LRESULT>(popup);
-  if (!mainDialogVisible) return 0;
-  return reinterpret_cast<LRESULT>(GetLastActivePopup(mainDialog));
+  HWND popup = GetLastActivePopup(appWindows.mainWindow);
+  if (popup != appWindows.mainWindow && IsWindowVisible(popup)) return reinterpret_cast<LRESULT>(popup);
+  if (!appWindows.mainDialogVisible) return 0;
+  return reinterpret_cast<LRESULT>(GetLastActivePopup(appWindows.mainDialog));
 }
 
 LRESULT OnCommand(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -141,15 +142,15 @@ LRESULT OnCommand(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
       ShowMainDialog();
       return 1;
     case IDM_TRAY_ABOUT:
-      DialogBoxParamA(instanceHandle, MAKEINTRESOURCEA(IDD_ABOUT), window, AboutDialogProc, 0);
+      DialogBoxParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_ABOUT), window, AboutDialogProc, 0);
       return 1;
     case IDM_TRAY_VIEW_LOG:
-      OpenViewLog(mainDialogVisible ? mainDialog : nullptr);
+      OpenViewLog(appWindows.mainDialogVisible ? appWindows.mainDialog : nullptr);
       return 1;
     case IDM_TRAY_HIDE:
-      if (mainDialogVisible) {
-        DestroyWindow(mainDialog);
-        mainDialogVisible = false;
+      if (appWindows.mainDialogVisible) {
+        DestroyWindow(appWindows.mainDialog);
+        appWindows.mainDialogVisible = false;
       }
       return 1;
     default:  // Exit, and any other command
@@ -162,18 +163,19 @@ LRESULT OnCommand(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
 }  // namespace
 
 void ShowMainDialog() {
-  if (mainDialogVisible) {
-    SetForegroundWindow(mainDialog);
+  if (appWindows.mainDialogVisible) {
+    SetForegroundWindow(appWindows.mainDialog);
     return;
   }
-  mainDialog = CreateDialogParamA(instanceHandle, MAKEINTRESOURCEA(IDD_MAIN_STATUS), nullptr, MainDialogProc, 0);
+  appWindows.mainDialog = CreateDialogParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_MAIN_STATUS), nullptr,
+                                             MainDialogProc, 0);
 }
 
 LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   // Sent to every top-level window when the taskbar starts again (Explorer
   // restarted): the icon is the only way to the program, so it is added again.
   static const UINT taskbarCreated = RegisterWindowMessageA("TaskbarCreated");
-  mainWindow = window;
+  appWindows.mainWindow = window;
   if (message == taskbarCreated && taskbarCreated != 0) {
     AddTrayIcon(window);
     return 0;

@@ -48,7 +48,7 @@ void ShowSettingsSheet(HWND owner) {
   for (int i = 0; i < kPageCount; ++i) {
     pages[i].dwSize = sizeof(SheetPage);
     pages[i].dwFlags = PSP_USETITLE;
-    pages[i].hInstance = instanceHandle;
+    pages[i].hInstance = appWindows.instanceHandle;
     pages[i].pszTemplate = MAKEINTRESOURCEA(described[i].templateId);
     pages[i].pszTitle = described[i].title;
     pages[i].pfnDlgProc = described[i].procedure;
@@ -58,7 +58,7 @@ void ShowSettingsSheet(HWND owner) {
   header.dwSize = sizeof header;
   header.dwFlags = PSH_PROPSHEETPAGE | PSH_NOAPPLYNOW;
   header.hwndParent = owner;
-  header.hInstance = instanceHandle;
+  header.hInstance = appWindows.instanceHandle;
   header.pszCaption = "Configure Orvalen";
   header.nPages = kPageCount;
   header.nStartPage = 0;

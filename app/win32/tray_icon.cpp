@@ -21,7 +21,8 @@ void NotifyShell(HWND window, DWORD action) {
   data.uID = kTrayIconId;
   data.uFlags = NIF_MESSAGE | NIF_ICON | NIF_TIP;
   data.uCallbackMessage = kTrayCallbackMessage;
-  data.hIcon = static_cast<HICON>(LoadImageA(instanceHandle, MAKEINTRESOURCEA(IDI_PROGRAM), IMAGE_ICON, 0, 0, 0));
+  data.hIcon = static_cast<HICON>(
+      LoadImageA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDI_PROGRAM), IMAGE_ICON, 0, 0, 0));
   CopyFixedText(data.szTip, 64, "Orvalen : Internet Connections Monitor");
   Shell_NotifyIconA(action, &data);
   if (data.hIcon) DestroyIcon(data.hIcon);
@@ -34,7 +35,7 @@ void AddTrayIcon(HWND window) { NotifyShell(window, NIM_ADD); }
 void RemoveTrayIcon(HWND window) { NotifyShell(window, NIM_DELETE); }
 
 void ShowTrayMenu(HWND window, int x, int y) {
-  HMENU menu = LoadMenuA(instanceHandle, MAKEINTRESOURCEA(IDM_TRAY));
+  HMENU menu = LoadMenuA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDM_TRAY));
   if (menu == nullptr) return;
   // The menu closes on a click elsewhere only when its window is the foreground
   // one; the posted message makes the next right-click open it again at once.

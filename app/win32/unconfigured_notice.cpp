@@ -9,7 +9,7 @@
 namespace {
 
 void ShowConfigureNotice(const char* text, const char* caption) {
-  MessageBoxA(mainWindow, text, caption, MB_ICONEXCLAMATION | MB_OK);
+  MessageBoxA(appWindows.mainWindow, text, caption, MB_ICONEXCLAMATION | MB_OK);
 }
 
 void ShowNotSetUp(const char* text, const char* caption) { MessageBoxA(nullptr, text, caption, MB_OK); }

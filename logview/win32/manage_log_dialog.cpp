@@ -28,12 +28,12 @@ bool SelectedName(HWND dialog, LRESULT* index, std::string* name) {
 void OnInitDialog(HWND dialog) {
   // Each opening starts from "nothing changed": closing without an action must not
   // hand View Log the result of an earlier opening.
-  ManageLogResult = kLogUnchanged;
+  logViewState.ManageLogResult = kLogUnchanged;
   EnableControl(dialog, IDC_MANAGE_DELETE, false);
   EnableControl(dialog, IDC_MANAGE_SUMMARY, false);
   if (!FillConnectionNames(dialog, "")) {
     MessageBoxA(dialog, "There are no items in database", "", MB_OK | MB_ICONEXCLAMATION);
-    ManageLogResult = kRecordsDeleted;
+    logViewState.ManageLogResult = kRecordsDeleted;
     EnableControl(dialog, IDC_MANAGE_CLEAR, false);
   }
 }
@@ -49,7 +49,7 @@ void OnDoubleClick(HWND dialog) {
 }
 
 void OnDeleteEntry(HWND dialog) {
-  ManageLogResult = kLogUnchanged;
+  logViewState.ManageLogResult = kLogUnchanged;
   LRESULT index = LB_ERR;
   std::string name;
   if (!SelectedName(dialog, &index, &name)) return;
@@ -64,7 +64,7 @@ void OnDeleteEntry(HWND dialog) {
 }
 
 void OnClearEntireLog(HWND dialog) {
-  ManageLogResult = kLogUnchanged;
+  logViewState.ManageLogResult = kLogUnchanged;
   if (MessageBoxA(dialog, "This will delete the entire log from your disk. Do you want to continue?", "ALERT !!",
                   MB_YESNO) != IDYES) {
     return;
@@ -77,7 +77,7 @@ void OnClearEntireLog(HWND dialog) {
 }
 
 void CloseManageLog(HWND dialog) {
-  EndDialog(dialog, ManageLogResult);
+  EndDialog(dialog, logViewState.ManageLogResult);
 }
 
 INT_PTR OnCommand(HWND dialog, WORD id, WORD code) {
@@ -101,7 +101,7 @@ INT_PTR OnCommand(HWND dialog, WORD id, WORD code) {
 
 int RunManageLog(HWND owner) {
   return static_cast<int>(
-      DialogBoxParamA(instanceHandle, MAKEINTRESOURCEA(IDD_MANAGE_LOG), owner, ManageLogDialogProc, 0));
+      DialogBoxParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_MANAGE_LOG), owner, ManageLogDialogProc, 0));
 }
 
 INT_PTR CALLBACK ManageLogDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {

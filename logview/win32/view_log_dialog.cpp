@@ -88,13 +88,15 @@ void DisableLogControls(HWND dialog) {
 void ShowEmptyLog(HWND dialog) {
   DisableLogControls(dialog);
   HWND list = GetDlgItem(dialog, IDC_VIEWLOG_LIST);
-  for (std::size_t i = 0; i < kEmptyLogBlankLines; ++i) SendMessageA(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(""));
+  for (std::size_t i = 0; i < kEmptyLogBlankLines; ++i) {
+    SendMessageA(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(""));
+  }
   SendMessageA(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(kEmptyLogLine));
 }
 
 BOOL OnInitDialog(HWND dialog) {
   reportHooks.launchEditor = StartReportEditor;
-  viewLogOpen = true;
+  appWindows.viewLogOpen = true;
 
   FillConnectionNames(dialog, kAllConnections);
   SelectItem(dialog, IDC_VIEWLOG_CONNECTION, kAllConnections);
@@ -103,7 +105,7 @@ BOOL OnInitDialog(HWND dialog) {
   AddItems(dialog, IDC_VIEWLOG_MONTH, std::vector<std::string>(std::begin(kMonthChoices), std::end(kMonthChoices)));
   const char* month = MonthAbbreviation(now.month);
   SelectItem(dialog, IDC_VIEWLOG_MONTH, month);
-  CopyFixedText(LastFilter.month, month);
+  CopyFixedText(logViewState.LastFilter.month, month);
 
   AddItems(dialog, IDC_VIEWLOG_YEAR, YearChoices(now.year));
   const std::string year = CurrentYearText();
@@ -140,10 +142,10 @@ void OnFilterChange(HWND dialog) {
   // Back to the last filter that showed something. Its empty year (a box left
   // without a selection) now holds the current year.
   EmptyList(dialog);
-  FillLogList(dialog, LastFilter.connection, LastFilter.month, LastFilter.year);
-  SelectItem(dialog, IDC_VIEWLOG_CONNECTION, LastFilter.connection);
-  SelectItem(dialog, IDC_VIEWLOG_MONTH, LastFilter.month);
-  SelectItem(dialog, IDC_VIEWLOG_YEAR, LastFilter.year);
+  FillLogList(dialog, logViewState.LastFilter.connection, logViewState.LastFilter.month, logViewState.LastFilter.year);
+  SelectItem(dialog, IDC_VIEWLOG_CONNECTION, logViewState.LastFilter.connection);
+  SelectItem(dialog, IDC_VIEWLOG_MONTH, logViewState.LastFilter.month);
+  SelectItem(dialog, IDC_VIEWLOG_YEAR, logViewState.LastFilter.year);
 }
 
 void OnManageLog(HWND dialog) {
@@ -162,7 +164,7 @@ void OnManageLog(HWND dialog) {
 
 void CloseViewLog(HWND dialog) {
   DestroyWindow(dialog);
-  viewLogOpen = false;
+  appWindows.viewLogOpen = false;
 }
 
 INT_PTR OnCommand(HWND dialog, WORD id, WORD code) {
@@ -194,8 +196,8 @@ INT_PTR ListBoxColours(WPARAM deviceContext) {
 }  // namespace
 
 void OpenViewLog(HWND owner) {
-  if (viewLogOpen) return;
-  CreateDialogParamA(instanceHandle, MAKEINTRESOURCEA(IDD_VIEW_LOG), owner, ViewLogDialogProc, 0);
+  if (appWindows.viewLogOpen) return;
+  CreateDialogParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_VIEW_LOG), owner, ViewLogDialogProc, 0);
 }
 
 bool FillLogList(HWND dialog, const char* connection, const char* month, char* year) {
@@ -243,7 +245,7 @@ INT_PTR CALLBACK ViewLogDialogProc(HWND dialog, UINT message, WPARAM wParam, LPA
       return TRUE;
     case WM_DESTROY:
       // Also destroyed with its owner, the main status dialog, however that closes.
-      viewLogOpen = false;
+      appWindows.viewLogOpen = false;
       return FALSE;
     case WM_CTLCOLORDLG:
     case WM_CTLCOLORSTATIC:

@@ -43,9 +43,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Require(std::strlen(listing.lines.Line(i)) < 64 + kRecordNameSize + 64, "a line holds label and value");
   }
   // A name may hold the rule's stars too, so at least one rule a record.
-  Require(CountOf(FinishedReport, kReportRule) >= static_cast<std::size_t>(matching),
+  Require(CountOf(logViewState.FinishedReport, kReportRule) >= static_cast<std::size_t>(matching),
           "the report has a rule after each record");
-  Require(FinishedReport.rfind("\r\n") == FinishedReport.size() - 2, "the report ends with a line break");
+  Require(logViewState.FinishedReport.rfind("\r\n") == logViewState.FinishedReport.size() - 2, "the report ends with a line break");
   Require(!CountText(listing.count).empty() && !TotalHoursText(listing.totalSeconds).empty(), "totals");
   for (const std::string& name : names) Require(!AccountSummaryText(name.c_str()).empty(), "account text");
   return 0;

@@ -64,12 +64,10 @@ void FreshProgramState() {
   startupHooks = StartupHooks{};
   unconfiguredHooks = UnconfiguredHooks{};
   alarmHooks = AlarmHooks{};
-  reportHooks = ReportHooks{};
-  PendingReport.clear();
-  FinishedReport.clear();
+  ResetLogViewState();
   HoldFile(kConfigurationFile, false);
   HoldFile(kLogFile, false);
-  fileWriteCutoff = nullptr;
+  platformState.fileWriteCutoff = nullptr;
 }
 
 std::string ScratchPath(const char* name) { return JoinPath(ScratchFolder(), name); }

@@ -273,7 +273,7 @@ TEST_F(UsageCache, RepeatedQueriesWalkTheLogOncePerConnection) {
   sessionState.SessionStartSeconds = clock_.tickMs / 1000;
   for (int i = 0; i < 720; ++i) RefreshStatusText();
   EXPECT_EQ(UsageCacheLogWalks(), walks);
-  EXPECT_NE(std::strstr(statusText, "5.50 Hrs."), nullptr) << statusText;
+  EXPECT_NE(std::strstr(statusState.statusText, "5.50 Hrs."), nullptr) << statusState.statusText;
 
   // Account changes need no invalidation: the log's sums stay valid.
   settings.accounts[0].hours = 2;  // the card: 4.5 h logged of 2

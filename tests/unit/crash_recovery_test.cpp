@@ -7,6 +7,7 @@
 // is on disk, and the log must hold every session once, the one cut short from
 // its last checkpoint.
 #include <cstring>
+#include <filesystem>
 #include <map>
 #include <string>
 #include <vector>
@@ -96,7 +97,6 @@ class CrashRecovery : public ProgramStateTest {
     startupHooks.showFileProblem = [](const char*, const char*) { ++alerts; };
   }
   void TearDown() override {
-    fileWriteCutoff = nullptr;
     cut = Cut{};
     startupHooks = PlatformStartupHooks();
     ProgramStateTest::TearDown();
@@ -112,7 +112,7 @@ class CrashRecovery : public ProgramStateTest {
     clock_ = FakeClock{};
     clock_.now = {2002, 2, 4, 28, 10, 0, 0};  // the session across midnight ends on 1 March
     for (const std::string& file : {std::string(SettingsPath()), LogFilePath()}) {
-      for (const char* suffix : {"", ".tmp", ".new"}) std::remove((file + suffix).c_str());
+      for (const char* suffix : {"", ".tmp", ".new", ".prev"}) std::remove((file + suffix).c_str());
     }
     alerts = 0;
   }
@@ -167,9 +167,9 @@ class CrashRecovery : public ProgramStateTest {
     FreshInstall();
     cut = Cut{};
     cut.notes = &notes;
-    fileWriteCutoff = CutWrite;
+    platformState.fileWriteCutoff = CutWrite;
     PlayDay();
-    fileWriteCutoff = nullptr;
+    platformState.fileWriteCutoff = nullptr;
     cut.notes = nullptr;
 
     std::map<std::string, SessionWrites> day;
@@ -196,9 +196,9 @@ class CrashRecovery : public ProgramStateTest {
     cut = Cut{};
     cut.intact = intact;
     cut.torn = torn;
-    fileWriteCutoff = CutWrite;
+    platformState.fileWriteCutoff = CutWrite;
     PlayDay();
-    fileWriteCutoff = nullptr;
+    platformState.fileWriteCutoff = nullptr;
     ras_.state = State::None;
     alerts = 0;  // the dead program's messages were never seen
     Start();
@@ -258,7 +258,7 @@ class CrashRecovery : public ProgramStateTest {
     Start();
     EXPECT_EQ(ReadBytes(LogFilePath()), log);
     for (const std::string& file : {std::string(SettingsPath()), LogFilePath()}) {
-      EXPECT_FALSE(Exists(file + ".tmp") || Exists(file + ".new")) << file;
+      EXPECT_FALSE(Exists(file + ".tmp") || Exists(file + ".new") || Exists(file + ".prev")) << file;
     }
   }
 
@@ -284,6 +284,35 @@ TEST_F(CrashRecovery, KilledAtEveryStepOrTornAtAnyByteEverySessionOnce) {
       ExpectEverySessionOnce(day, k);
     }
   }
+}
+
+// Another program holds the log (a folder in its place cannot be deleted either),
+// so each save leaves its content as ".new". A kill at any step of the next save
+// leaves the newest complete content for the next start.
+TEST_F(CrashRecovery, AHeldLogKeepsItsNewestCompleteSaveAtEveryKill) {
+  const std::string log = LogFilePath();
+  std::filesystem::create_directories(log + "/held");
+  const auto save = [&log](char fill) {
+    const std::string content(300, fill);
+    const WriteBlock block{content.data(), content.size()};
+    return WriteFileStart(log.c_str(), &block, 1, false);
+  };
+  char first = 0;
+  for (std::size_t k = 0;; ++k) {
+    SCOPED_TRACE("killed before step " + std::to_string(k));
+    EXPECT_FALSE(save('A')) << "complete, but the held log is not replaced";
+    cut = Cut{};
+    cut.intact = k;
+    platformState.fileWriteCutoff = CutWrite;
+    save('B');
+    platformState.fileWriteCutoff = nullptr;
+    FinishInterruptedSave(log.c_str());
+    std::size_t read = 0;
+    EXPECT_TRUE(ReadFileStart(log.c_str(), &first, 1, &read) && (first == 'A' || first == 'B'));
+    EXPECT_FALSE(Exists(log + ".tmp") || Exists(log + ".prev"));
+    if (cut.seen <= k) break;  // the save ran uncut
+  }
+  EXPECT_EQ(std::string(1, first), "B");
 }
 
 }  // namespace

@@ -28,19 +28,6 @@ using Texts = std::vector<std::string>;
 
 class LogView : public ProgramStateTest {
  protected:
-  void SetUp() override {
-    ProgramStateTest::SetUp();
-    PendingReport.clear();
-    FinishedReport.clear();
-    LastFilter = FilterTexts{};
-    reportHooks = ReportHooks{};
-    ManageLogResult = kLogUnchanged;
-  }
-  void TearDown() override {
-    reportHooks = ReportHooks{};
-    ProgramStateTest::TearDown();
-  }
-
   static SessionRecord Session(const char* name, uint32_t dayOfWeek, uint32_t day, uint32_t onHour, uint32_t onMinute,
                                uint32_t offHour, uint32_t offMinute, int32_t duration) {
     SessionRecord record = UsedRecord(name, duration, 11, 2002);
@@ -162,8 +149,8 @@ TEST_F(LogView, FilterTable) {
   EXPECT_EQ(listing.lines.LineText(7), " Connection Used :  home isp");
   EXPECT_EQ(listing.lines.LineText(17), kRule72);
   EXPECT_FALSE(listing.clearTexts);
-  EXPECT_TRUE(PendingReport.empty());
-  EXPECT_FALSE(FinishedReport.empty());
+  EXPECT_TRUE(logViewState.PendingReport.empty());
+  EXPECT_FALSE(logViewState.FinishedReport.empty());
   // Only a fully specific filter that matches nothing empties the texts.
   char year2005[kFilterYearSize] = "2005";
   EXPECT_FALSE(BuildLogListing("All Connections", "MAR", year2005, listing));
@@ -178,7 +165,7 @@ TEST_F(LogView, FilterTable) {
   EXPECT_EQ(listing.count, 1);
 
   RememberFilter("Home ISP", "MARCH OF THE YEAR", "2002");
-  EXPECT_STREQ(LastFilter.month, "MARCH OF ") << "cut to its field";
+  EXPECT_STREQ(logViewState.LastFilter.month, "MARCH OF ") << "cut to its field";
 }
 
 TEST_F(LogView, ListLinesAndTheReportOfTwoSessions) {
@@ -199,8 +186,8 @@ TEST_F(LogView, ListLinesAndTheReportOfTwoSessions) {
       " Log On Time\t\t8 : 05 : 00  PM\r\n Duration\t\t1 Hr : 10 Min : 27 sec\r\n" + kRule47 + "\r\n" +
       " Date\t\t\tWed.  Nov.  20, 2002\r\n Connection Used\tWork\r\n Log Off Time\t\t9 : 00 : 00  AM\r\n"
       " Log On Time\t\t8 : 00 : 00  AM\r\n Duration\t\t1 Hr : 0 Min : 0 sec\r\n" + kRule47 + "\r\n\r\n";
-  EXPECT_EQ(FinishedReport, expected);
-  EXPECT_TRUE(PendingReport.empty());
+  EXPECT_EQ(logViewState.FinishedReport, expected);
+  EXPECT_TRUE(logViewState.PendingReport.empty());
 
   // Written over an older, longer report, twice, with the date of the filling.
   const std::string path = Path("Log File.txt");
@@ -211,8 +198,8 @@ TEST_F(LogView, ListLinesAndTheReportOfTwoSessions) {
   GenerateTextReport();
   EXPECT_EQ(FileText(path), expected);
   FillAll();
-  EXPECT_NE(FinishedReport.find("Generated on : 12 / 9 / 2002\r\n"), std::string::npos);
-  EXPECT_EQ(FinishedReport.size(), expected.size() + 1) << "the new report alone";
+  EXPECT_NE(logViewState.FinishedReport.find("Generated on : 12 / 9 / 2002\r\n"), std::string::npos);
+  EXPECT_EQ(logViewState.FinishedReport.size(), expected.size() + 1) << "the new report alone";
 
   settings.use24HourClock = 1;
   EXPECT_EQ(FillAll().lines.LineText(2), " Log Off Time        : 21 : 15 : 00   ");
@@ -220,20 +207,20 @@ TEST_F(LogView, ListLinesAndTheReportOfTwoSessions) {
 
 TEST_F(LogView, ReportPiecesAndFiles) {
   EXPECT_EQ(FillAll().lines.size(), 0u);
-  EXPECT_EQ(FinishedReport,
+  EXPECT_EQ(logViewState.FinishedReport,
             "Orvalen-generated log\r\nGenerated on : 1 / 7 / 2002\r\n0 connection(s) displayed\r\n"
             "0.00 hour(s) is total time used up by displayed connections\r\n\r\nDetails follow:-\r\n"
             "==================================================\r\n\r\n");
-  FinishedReport.clear();
+  logViewState.FinishedReport.clear();
   EXPECT_EQ(AppendReportLine("one", false), "one\r\n");
   EXPECT_EQ(AppendReportLine("two", false), "one\r\ntwo\r\n");
-  EXPECT_TRUE(FinishedReport.empty());
+  EXPECT_TRUE(logViewState.FinishedReport.empty());
   PrependReportHeader(5, 7200.0f);
-  EXPECT_NE(PendingReport.find("5 connection(s) displayed\r\n2.00 hour(s)"), std::string::npos);
+  EXPECT_NE(logViewState.PendingReport.find("5 connection(s) displayed\r\n2.00 hour(s)"), std::string::npos);
   const std::string& finished = AppendReportLine("", true);
-  EXPECT_EQ(&finished, &FinishedReport);
-  EXPECT_TRUE(PendingReport.empty());
-  EXPECT_EQ(FinishedReport.substr(FinishedReport.size() - 12), "one\r\ntwo\r\n\r\n");
+  EXPECT_EQ(&finished, &logViewState.FinishedReport);
+  EXPECT_TRUE(logViewState.PendingReport.empty());
+  EXPECT_EQ(logViewState.FinishedReport.substr(logViewState.FinishedReport.size() - 12), "one\r\ntwo\r\n\r\n");
 
   const std::string note = Path("note.txt");
   ASSERT_TRUE(WriteTextFile("0123456789", note.c_str()));
@@ -242,7 +229,7 @@ TEST_F(LogView, ReportPiecesAndFiles) {
   EXPECT_FALSE(WriteTextFile("x", Path("missing-folder/x.txt").c_str()));
 
   // No list yet: an empty file. The editor starts with its fixed command line, even when the write fails.
-  FinishedReport.clear();
+  logViewState.FinishedReport.clear();
   WriteBytes(Path("Log File.txt"), {'o', 'l', 'd'});
   launches.clear();
   reportHooks.launchEditor = [](const char* application, const char* commandLine) {
@@ -350,7 +337,7 @@ TEST_F(LogView, ManageLogDeletesByExactNameOrClearsAndSavesBothFiles) {
   ConfigureAccount(0, "Home ISP", PrePaidCard, 10);
   ConfigureAccount(1, "home isp", UnlimitedAccess);
   EXPECT_EQ(DeleteConnectionEntries("Home ISP"), kRecordsDeleted);
-  EXPECT_EQ(ManageLogResult, kRecordsDeleted);
+  EXPECT_EQ(logViewState.ManageLogResult, kRecordsDeleted);
   EXPECT_EQ(SavedStatuses(), (std::vector<uint32_t>{Deleted, InUse, Blank, Deleted}));
   EXPECT_EQ(settings.accounts[0].configured, 0u);
   EXPECT_STREQ(settings.accounts[0].connectionName, "");
@@ -359,10 +346,10 @@ TEST_F(LogView, ManageLogDeletesByExactNameOrClearsAndSavesBothFiles) {
   EXPECT_EQ(saved[offsetof(Settings, accounts) + 4], 0u) << "the name is gone on disk";
   EXPECT_EQ(U32At(saved, offsetof(Settings, accounts) + sizeof(AccountRecord)), 1u);
   EXPECT_EQ(DeleteConnectionEntries("Home ISP"), kLogUnchanged) << "nothing of that name is left";
-  EXPECT_EQ(ManageLogResult, kLogUnchanged);
+  EXPECT_EQ(logViewState.ManageLogResult, kLogUnchanged);
 
   EXPECT_EQ(ClearEntireLog(), kLogCleared);
-  EXPECT_EQ(ManageLogResult, kLogCleared);
+  EXPECT_EQ(logViewState.ManageLogResult, kLogCleared);
   EXPECT_EQ(SavedStatuses(), (std::vector<uint32_t>{Deleted, Deleted, Deleted, Deleted}));
   EXPECT_STREQ(settings.accounts[1].connectionName, "home isp") << "the accounts are kept";
 }
@@ -401,11 +388,11 @@ TEST_F(LogView, DamagedRecordsAreShownAsTheyAre) {
   EXPECT_EQ(listing.lines.LineText(6), " Date                     : Sat.    99, 0") << "weekday without month";
   EXPECT_EQ(listing.lines.LineText(10), " Duration               : -596523 Hr : -14 Min : -8 sec");
   EXPECT_EQ(listing.lines.LineText(13), " Connection Used :  " + std::string(kRecordNameSize, 'z'));
-  EXPECT_NE(FinishedReport.find(" Date\t\t\t  99, 0\r\n Connection Used\tHome ISP\r\n"
+  EXPECT_NE(logViewState.FinishedReport.find(" Date\t\t\t  99, 0\r\n Connection Used\tHome ISP\r\n"
                                 " Log Off Time\t\t87 : 00 : 05  PM\r\n Log On Time\t\t13 : 61 : 75  PM\r\n"
                                 " Duration\t\t0 Hr : -1 Min : -5 sec\r\n"),
             std::string::npos)
-      << FinishedReport;
+      << logViewState.FinishedReport;
   EXPECT_EQ(Listed("ZZZ", "ALL", "ALL "), Indices{});
   // Only InUse records give names; a 105-byte name is cut to the box's field.
   sessionLog.records[c].status = InUse;

@@ -50,7 +50,6 @@ class Startup : public ProgramStateTest {
   }
 
   void TearDown() override {
-    fileWriteCutoff = nullptr;
     startupHooks = PlatformStartupHooks();
     ProgramStateTest::TearDown();
   }
@@ -272,7 +271,7 @@ TEST_F(Startup, AFailedSaveIsToldOnceUntilASaveSucceedsAndTheDataStay) {
   WriteConfiguration("orvalen_v015");
   WriteCurrentLog({"Home ISP"});
   ASSERT_TRUE(InitialiseStorage(&owner_));
-  fileWriteCutoff = [](const char*, SaveStep, std::size_t size) { return size - 1; };  // a full disk
+  platformState.fileWriteCutoff = [](const char*, SaveStep, std::size_t size) { return size - 1; };  // a full disk
   const std::vector<uint8_t> log = ReadBytes(LogFilePath());
   AppendToLog(UsedRecord("Run", 60));
   EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
@@ -282,12 +281,12 @@ TEST_F(Startup, AFailedSaveIsToldOnceUntilASaveSucceedsAndTheDataStay) {
   const std::string told = "problem: Orvalen could not save " + LogFilePath() + " (";
   ASSERT_EQ(events.size(), 2u) << "once for each file";
   EXPECT_EQ(events[0].rfind(told, 0), 0u) << events[0];
-  fileWriteCutoff = nullptr;
+  platformState.fileWriteCutoff = nullptr;
   EXPECT_TRUE(SaveLog(LogFilePath().c_str()));
   EXPECT_EQ(U32At(ReadBytes(LogFilePath()), 0), 3u) << "the next save has it all";
-  fileWriteCutoff = [](const char*, SaveStep, std::size_t size) { return size - 1; };
+  platformState.fileWriteCutoff = [](const char*, SaveStep, std::size_t size) { return size - 1; };
   EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
-  fileWriteCutoff = nullptr;
+  platformState.fileWriteCutoff = nullptr;
   EXPECT_EQ(events.size(), 3u) << "a new run of failures is told again";
 }
 

@@ -5,10 +5,14 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 
+#include "app/status_text.h"
+#include "logview/logview_state.h"
 #include "monitor/alarm.h"
 #include "monitor/session.h"
 #include "monitor/unconfigured_connections.h"
+#include "platform/platform_state.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/startup.h"
@@ -74,24 +78,28 @@ uint32_t ScriptedRas::GetConnectStatus(ras::ConnectionHandle queried, ras::Conne
 
 void ProgramStateTest::SetUp() {
   static int serial = 0;
+  static const std::string run = std::to_string(std::random_device{}());  // apart from other runs at once
   const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-  folder_ = (fs::temp_directory_path() / ("orvalen-test-" + std::to_string(serial++) + "-" + info->name())).string();
+  const std::string name = "orvalen-test-" + run + "-" + std::to_string(serial++) + "-" + info->name();
+  folder_ = (fs::temp_directory_path() / name).string();
   fs::remove_all(folder_);
   fs::create_directories(folder_);
   SetWindowsDirectory(folder_);
   SetProgramFolder(folder_);
+  ResetPlatformState();
   ResetStorageState();
   ResetSessionState();
   ResetAlarmState();
   ResetUnconfiguredState();
   sessionHooks = SessionHooks{};
+  ResetLogViewState();
+  ResetStatusState();
   UseClock(&clock_);
   UseRasService(&ras_);
 }
 
 void ProgramStateTest::TearDown() {
-  UseClock(nullptr);
-  UseRasService(nullptr);
+  ResetPlatformState();
   std::error_code ignored;
   fs::remove_all(folder_, ignored);
 }

@@ -2,9 +2,13 @@
 #pragma once
 #include <windows.h>
 
-extern HINSTANCE instanceHandle;
-extern HWND mainWindow;          // the hidden main window
-extern HWND mainDialog;          // the last main status dialog; valid while mainDialogVisible
-extern bool mainDialogVisible;
-extern bool showMainDialogOnce;  // first run: show the main status dialog once at start
-extern bool viewLogOpen;
+// A new process starts with these values.
+struct AppWindows {
+  HINSTANCE instanceHandle = nullptr;
+  HWND mainWindow = nullptr;           // the hidden main window
+  HWND mainDialog = nullptr;           // the last main status dialog; valid while mainDialogVisible
+  bool mainDialogVisible = false;
+  bool showMainDialogOnce = false;     // first run: show the main status dialog once at start
+  bool viewLogOpen = false;
+};
+extern AppWindows appWindows;

@@ -1,0 +1,9 @@
+#include "logview/logview_state.h"
+
+LogViewState logViewState;
+ReportHooks reportHooks;
+
+void ResetLogViewState() {
+  logViewState = LogViewState{};
+  reportHooks = ReportHooks{};
+}

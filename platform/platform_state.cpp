@@ -1,0 +1,5 @@
+#include "platform/platform_state.h"
+
+PlatformState platformState;
+
+void ResetPlatformState() { platformState = PlatformState{}; }
