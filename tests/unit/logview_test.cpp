@@ -211,16 +211,6 @@ TEST_F(LogView, ReportPiecesAndFiles) {
             "Orvalen-generated log\r\nGenerated on : 1 / 7 / 2002\r\n0 connection(s) displayed\r\n"
             "0.00 hour(s) is total time used up by displayed connections\r\n\r\nDetails follow:-\r\n"
             "==================================================\r\n\r\n");
-  logViewState.FinishedReport.clear();
-  EXPECT_EQ(AppendReportLine("one", false), "one\r\n");
-  EXPECT_EQ(AppendReportLine("two", false), "one\r\ntwo\r\n");
-  EXPECT_TRUE(logViewState.FinishedReport.empty());
-  PrependReportHeader(5, 7200.0f);
-  EXPECT_NE(logViewState.PendingReport.find("5 connection(s) displayed\r\n2.00 hour(s)"), std::string::npos);
-  const std::string& finished = AppendReportLine("", true);
-  EXPECT_EQ(&finished, &logViewState.FinishedReport);
-  EXPECT_TRUE(logViewState.PendingReport.empty());
-  EXPECT_EQ(logViewState.FinishedReport.substr(logViewState.FinishedReport.size() - 12), "one\r\ntwo\r\n\r\n");
 
   const std::string note = Path("note.txt");
   ASSERT_TRUE(WriteTextFile("0123456789", note.c_str()));

@@ -57,23 +57,12 @@ uint32_t ScriptedRas::GetConnectStatus(ras::ConnectionHandle queried, ras::Conne
   ++statusCalls;
   queriedHandles.push_back(reinterpret_cast<uintptr_t>(queried));
   lastStatusSize = status->dwSize;
-  const bool known = reinterpret_cast<uintptr_t>(queried) == handle;
-  switch (state) {
-    case State::Connected:
-      if (!known) return ras::kErrorInvalidHandle;
-      status->rasconnstate = ras::kStateConnected;
-      return 0;
-    case State::Disconnected:
-      if (!known) return ras::kErrorInvalidHandle;
-      status->rasconnstate = ras::kStateDisconnected;
-      return 0;
-    case State::Dialling:
-      if (!known) return ras::kErrorInvalidHandle;
-      status->rasconnstate = 0x0A;  // authenticating
-      return 0;
-    default:
-      return ras::kErrorInvalidHandle;
-  }
+  const bool listed = state == State::Connected || state == State::Disconnected || state == State::Dialling;
+  if (!listed || reinterpret_cast<uintptr_t>(queried) != handle) return ras::kErrorInvalidHandle;
+  status->rasconnstate = state == State::Connected      ? ras::kStateConnected
+                         : state == State::Disconnected ? ras::kStateDisconnected
+                                                        : 0x0A;  // authenticating
+  return 0;
 }
 
 void ProgramStateTest::SetUp() {
