@@ -260,28 +260,23 @@ TEST_F(Alarm, PageClampsTimesAndMapsUnknownStoredValuesToTheDefaults) {
     EXPECT_EQ(t.hours, row.clampedHours) << row.hours << ":" << row.minutes;
     EXPECT_EQ(t.minutes, row.clampedMinutes) << row.hours << ":" << row.minutes;
   }
+  // Stored values the page does not know open as the defaults; OK stores what it shows, clamped.
+  const auto page = [] {
+    return std::vector<int>{static_cast<int>(alarmState.AlarmOnState), alarmState.AlarmModeState,
+                            alarmState.AlarmActionState};
+  };
   settings.alarmOn = 3;
   settings.alarmMode = kAlarmOnceAtEnd;
   settings.alarmAction = kAlarmBoxOnly;
   LoadAlarmPageState();
-  EXPECT_EQ(alarmState.AlarmOnState, 1u);
-  EXPECT_EQ(alarmState.AlarmModeState, kAlarmOnceAtEnd);
-  EXPECT_EQ(alarmState.AlarmActionState, kAlarmBoxOnly);
-  alarmState.AlarmActionState = kAlarmSoundOnly;
-  StoreAlarmPage(0, 0, 300, 99);
-  EXPECT_EQ(settings.alarmOn, 1);
-  EXPECT_EQ(settings.alarmMode, kAlarmOnceAtEnd);
-  EXPECT_EQ(settings.alarmAction, kAlarmSoundOnly);
-  EXPECT_EQ(settings.alarmRepeatMinutes, 5);
-  EXPECT_EQ(settings.alarmOnceHours, 24);
-  EXPECT_EQ(settings.alarmOnceMinutes, 59);
-
+  EXPECT_EQ(page(), (std::vector<int>{1, kAlarmOnceAtEnd, kAlarmBoxOnly}));
   settings.alarmOn = settings.alarmMode = settings.alarmAction = 0;
   LoadAlarmPageState();
-  EXPECT_EQ(alarmState.AlarmOnState, 0u);
-  StoreAlarmPage(1, 0, 2, 30);
-  EXPECT_EQ(settings.alarmMode, kAlarmEveryInterval);
-  EXPECT_EQ(settings.alarmAction, kAlarmBoxAndSound);
+  EXPECT_EQ(page(), (std::vector<int>{0, kAlarmEveryInterval, kAlarmBoxAndSound}));
+  StoreAlarmPage(0, 0, 300, 99);
+  EXPECT_EQ(std::vector<int>({settings.alarmOn, settings.alarmMode, settings.alarmAction, settings.alarmRepeatMinutes,
+                              settings.alarmOnceHours, settings.alarmOnceMinutes}),
+            (std::vector<int>{0, kAlarmEveryInterval, kAlarmBoxAndSound, 5, 24, 59}));
 }
 
 // --- Connections without account details ------------------------------------
