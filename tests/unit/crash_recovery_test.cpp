@@ -127,16 +127,10 @@ class CrashRecovery : public ProgramStateTest {
     RecoverInterruptedSession();
   }
 
-  void Tick() { RunSessionStep(probe_); }
-
   void Online(const char* name, uint32_t seconds) {
     ras_.Connect(name);
     Tick();
-    for (uint32_t elapsed = 1; elapsed <= seconds; ++elapsed) {
-      clock_.Advance(1);
-      Tick();
-      if (elapsed % 180 == 0) OnCheckpointTimer();
-    }
+    RunOnline(seconds);
   }
 
   // Two sessions, a third cut short by a kill while on-line, the start that
@@ -264,7 +258,6 @@ class CrashRecovery : public ProgramStateTest {
 
   std::vector<WriteNote> steps_;
   std::size_t writeCount_ = 0;
-  DialUpProbe probe_;
 };
 
 TEST_F(CrashRecovery, KilledAtEveryStepOrTornAtAnyByteEverySessionOnce) {

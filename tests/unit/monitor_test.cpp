@@ -81,10 +81,7 @@ TEST_F(TimeText, ClockAndLogOnTextsFollowTheClock) {
   EXPECT_STREQ(GetElapsedText(), "1 Hr : 1 Min : 1 sec");
 }
 
-class Probe : public ProgramStateTest {
- protected:
-  DialUpProbe probe_;
-};
+class Probe : public ProgramStateTest {};
 
 TEST_F(Probe, AsksWithTheWindows95SizesAndFollowsTheConnection) {
   EXPECT_FALSE(probe_.IsConnected());

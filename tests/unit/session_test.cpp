@@ -41,15 +41,6 @@ class Session : public ProgramStateTest {
     ASSERT_TRUE(CreateEmptyLog(LogFilePath().c_str()));
   }
 
-  // Runs the 100 ms step for the given number of seconds of connection time.
-  void RunFor(uint32_t seconds) {
-    for (uint32_t i = 0; i < seconds; ++i) {
-      clock_.Advance(1);
-      Tick();
-    }
-  }
-  void Tick() { RunSessionStep(probe_); }
-
   uint8_t MarkerOnDisk() { return ReadBytes(SettingsPath()).at(134); }
 
   // Simulates a new process: everything in memory is lost, the files stay.
@@ -72,17 +63,6 @@ class Session : public ProgramStateTest {
     ras_.Connect("Home ISP");
     Tick();
   }
-
-  // Checkpoints every three minutes, as the timer does, over the given seconds.
-  void RunWithCheckpoints(uint32_t seconds) {
-    for (uint32_t elapsed = 1; elapsed <= seconds; ++elapsed) {
-      clock_.Advance(1);
-      Tick();
-      if (elapsed % 180 == 0) OnCheckpointTimer();
-    }
-  }
-
-  DialUpProbe probe_;
 };
 
 // A session across midnight is dated by its end.
@@ -98,7 +78,7 @@ TEST_F(Session, ConnectThenDisconnectRecordsOneSession) {
   EXPECT_EQ(std::string(settings.checkpointName), "Home ISP");
   EXPECT_EQ(settings.checkpointElapsed, 0u);
 
-  RunFor(125);
+  RunOnline(125);
   ras_.state = State::Disconnected;
   Tick();
   EXPECT_EQ(sessionState.SessionOpen, 0u);
@@ -127,11 +107,11 @@ TEST_F(Session, AClockMovedDuringASessionNeverChangesItsLength) {
     for (const bool killed : {false, true}) {
       SCOPED_TRACE(std::to_string(jump[0]) + " h " + std::to_string(jump[1]) + " d" + (killed ? ", killed" : ""));
       ConnectAfresh();
-      RunWithCheckpoints(180);
+      RunOnline(180);
       clock_.now.hour += jump[0];
       clock_.now.day += jump[1];
       clock_.now.dayOfWeek = (clock_.now.dayOfWeek + 7 + jump[1]) % 7;
-      RunWithCheckpoints(200);
+      RunOnline(200);
       ras_.state = State::Disconnected;
       if (killed) {
         Restart();
@@ -168,7 +148,7 @@ TEST_F(Session, ADamagedCheckpointIsRepairedAndToldOrNotRecorded) {
   for (const Row& row : rows) {
     SCOPED_TRACE(row.damage);
     ConnectAfresh();
-    RunWithCheckpoints(600);  // the last checkpoint: 540 s, at 10:09:00
+    RunOnline(600);  // the last checkpoint: 540 s, at 10:09:00
     events.clear();
     if (row.fileCutAt != 0) {
       std::vector<uint8_t> bytes = ReadBytes(SettingsPath());
@@ -208,7 +188,7 @@ TEST_F(Session, KilledTenMinutesInIsRecordedFromItsThirdCheckpoint) {
   clock_.now = {2001, 12, 6, 1, 23, 55, 0};  // Saturday 1 December, before midnight
   ras_.Connect("Home ISP");
   Tick();
-  RunWithCheckpoints(600);
+  RunOnline(600);
   // The process dies here; the next start finds the marker 218.
   Restart();
   EXPECT_EQ(settings.sessionOpenMarker, 218);
@@ -230,7 +210,7 @@ TEST_F(Session, KilledTenMinutesInIsRecordedFromItsThirdCheckpoint) {
 TEST_F(Session, RestartWhileStillConnectedRecordsTheOldAndOpensANewSession) {
   ras_.Connect("Home ISP");
   Tick();
-  RunWithCheckpoints(400);
+  RunOnline(400);
   Restart();
   RecoverInterruptedSession();
   Tick();
@@ -244,7 +224,7 @@ TEST_F(Session, OutOfSpaceIsReportedOnceAndTheNextSessionWorks) {
   logState.LogRecordLimit = 2;
   ras_.Connect("Home ISP");
   Tick();
-  RunWithCheckpoints(200);
+  RunOnline(200);
   ras_.state = State::Disconnected;
   Tick();
   Tick();
@@ -266,7 +246,7 @@ TEST_F(Session, OutOfSpaceIsReportedOnceAndTheNextSessionWorks) {
 TEST_F(Session, AVanishedConnectionClosesTheSessionAndResetsTheOneShotAlarm) {
   ras_.Connect("Home ISP");
   Tick();
-  RunFor(10);
+  RunOnline(10);
   alarmState.OneShotFired = 1;
   ras_.state = State::Vanished;
   Tick();

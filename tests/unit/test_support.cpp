@@ -105,6 +105,16 @@ void ProgramStateTest::WriteBytes(const std::string& path, const std::vector<uin
   file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
 }
 
+void ProgramStateTest::Tick() { RunSessionStep(probe_); }
+
+void ProgramStateTest::RunOnline(uint32_t seconds) {
+  for (uint32_t elapsed = 1; elapsed <= seconds; ++elapsed) {
+    clock_.Advance(1);
+    Tick();
+    if (elapsed % 180 == 0) OnCheckpointTimer();
+  }
+}
+
 bool ProgramStateTest::Exists(const std::string& path) const { return fs::exists(path); }
 
 uint32_t U32At(const std::vector<uint8_t>& bytes, std::size_t offset) {

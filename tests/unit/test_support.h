@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "monitor/dial_up_probe.h"
 #include "platform/ras_service.h"
 #include "platform/system_clock.h"
 #include "storage/account_record.h"
@@ -62,9 +63,15 @@ class ProgramStateTest : public ::testing::Test {
   void WriteBytes(const std::string& path, const std::vector<uint8_t>& bytes) const;
   bool Exists(const std::string& path) const;
 
+  // The 100 ms session step; RunOnline runs it through the given seconds with a
+  // checkpoint every three minutes, as the program's timers do.
+  void Tick();
+  void RunOnline(uint32_t seconds);
+
   std::string folder_;
   FakeClock clock_;
   ScriptedRas ras_;
+  DialUpProbe probe_;
 };
 
 // A record with the given name and duration, dated day 7 (a Monday) of the month
