@@ -139,31 +139,26 @@ TEST_F(LogView, FilterTable) {
   EXPECT_FALSE(filter.allYears);
   EXPECT_EQ(filter.year, 2002u);
 
-  // The listing of a filter: its lines, count and total.
-  char year2002[kFilterYearSize] = "2002";
-  LogListing listing;
-  EXPECT_TRUE(BuildLogListing("home isp", "ALL", year2002, listing));
-  EXPECT_EQ(listing.count, 3);
-  EXPECT_EQ(listing.totalSeconds, 180.0f);
-  ASSERT_EQ(listing.lines.size(), 18u);
-  EXPECT_EQ(listing.lines.LineText(7), " Connection Used :  home isp");
-  EXPECT_EQ(listing.lines.LineText(17), kRule72);
-  EXPECT_FALSE(listing.clearTexts);
-  EXPECT_TRUE(logViewState.PendingReport.empty());
-  EXPECT_FALSE(logViewState.FinishedReport.empty());
-  // Only a fully specific filter that matches nothing empties the texts.
-  char year2005[kFilterYearSize] = "2005";
-  EXPECT_FALSE(BuildLogListing("All Connections", "MAR", year2005, listing));
-  EXPECT_FALSE(listing.clearTexts);
-  EXPECT_EQ(listing.lines.size(), 0u);
-  char year2003[kFilterYearSize] = "2003";
-  EXPECT_FALSE(BuildLogListing("Home ISP", "MAR", year2003, listing));
-  EXPECT_TRUE(listing.clearTexts);
-  EXPECT_EQ(listing.count, 0);
-  char year2002b[kFilterYearSize] = "2002";
-  EXPECT_TRUE(BuildLogListing("Home ISP", "MAR", year2002b, listing)) << "only the first record matches";
-  EXPECT_EQ(listing.count, 1);
-
+  // The listing of a filter: its lines and count. Only a fully specific filter that
+  // matches nothing empties the texts.
+  const struct {
+    const char *connection, *month, *year;
+    int count;
+    bool clearTexts;
+  } listings[] = {{"home isp", "ALL", "2002", 3, false},
+                  {"All Connections", "MAR", "2005", 0, false},
+                  {"Home ISP", "MAR", "2003", 0, true},
+                  {"Home ISP", "MAR", "2002", 1, false}};
+  for (const auto& row : listings) {
+    char listedYear[kFilterYearSize] = {};
+    CopyFixedText(listedYear, row.year);
+    LogListing listing;
+    EXPECT_EQ(BuildLogListing(row.connection, row.month, listedYear, listing), row.count > 0);
+    EXPECT_EQ(listing.count, row.count);
+    EXPECT_EQ(listing.totalSeconds, 60.0f * row.count);
+    EXPECT_EQ(listing.clearTexts, row.clearTexts);
+    EXPECT_EQ(listing.lines.size(), 6u * row.count);
+  }
   RememberFilter("Home ISP", "MARCH OF THE YEAR", "2002");
   EXPECT_STREQ(logViewState.LastFilter.month, "MARCH OF ") << "cut to its field";
 }
