@@ -24,7 +24,7 @@ TEST_F(StatusText, PreviousSessionSummaryLines) {
   settings.previousSession.year = 2002;
   settings.previousSession.logOn = {14, 5, 9};
   settings.previousSession.logOff = {16, 5, 10};
-  settings.previousSession.durationSeconds = 7801;
+  settings.previousSession.durationSeconds = 219660;  // 61 h 1 min
   AppendToLog(UsedRecord("card isp", 3600));
   ConfigureAccount(0, "Card ISP", PrePaidCard, 10);
   const std::vector<std::string> expected = {
@@ -32,7 +32,7 @@ TEST_F(StatusText, PreviousSessionSummaryLines) {
       " Connection  :                   Card ISP",
       " Date :                              Mon.  Jan.  7, 2002",
       " ON:  2 : 05 : 09  PM       OFF:  4 : 05 : 10  PM",
-      " Duration :                        2 Hr: 10 Min: 1 Sec",
+      " Duration :                        61 Hr: 1 Min: 0 Sec",
       " Card :                    1.00 Hrs.   of  10 Hrs. used",
   };
   EXPECT_EQ(PreviousSessionLines(), expected);

@@ -167,4 +167,16 @@ TEST_F(LogFile, LoaderTable) {
   EXPECT_FALSE(Exists(Path("missing.ovb"))) << "a load only reads";
 }
 
+// An older release's table: a short file leaves the other slots empty, and the
+// records in use are copied byte for byte in slot order.
+TEST_F(LogFile, AShortLegacyTableConvertsWhatItHolds) {
+  const SessionRecord table[3] = {UsedRecord("zero", 10), SessionRecord{}, UsedRecord("two", 20)};
+  const auto* bytes = reinterpret_cast<const uint8_t*>(table);
+  WriteBytes(LegacyLogPath(), std::vector<uint8_t>(bytes, bytes + sizeof table));
+  ASSERT_TRUE(LoadLegacyLog(LegacyLogPath().c_str()));
+  ASSERT_TRUE(ConvertLegacyLog());
+  ASSERT_EQ(sessionLog.count, 4u) << "two records and two free ones";
+  EXPECT_EQ(0, std::memcmp(&sessionLog.records[1], &table[2], sizeof(SessionRecord)));
+}
+
 }  // namespace
