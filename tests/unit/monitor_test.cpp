@@ -132,10 +132,13 @@ TEST_F(Probe, EachPollTickAsksTheServiceOnceAndTheSessionFollowsItsAnswer) {
   for (bool dialogShown : {false, true}) {
     for (const auto& tick : ticks) {
       ras_.state = tick.state;
+      const bool closes = sessionState.SessionOpen != 0 && tick.open == 0;
+      alarmState.OneShotFired = 1;
       OnMainWindowTimer(true, dialogShown, probe_);   // timer 2
       OnMainWindowTimer(false, dialogShown, probe_);  // timer 5 or 10 in the same 100 ms
       EXPECT_EQ(ras_.enumCalls, ++polls) << "one dial-up query a tick, none for the other timers";
       EXPECT_EQ(sessionState.SessionOpen, tick.open) << "opened or closed by the tick that saw the change";
+      EXPECT_EQ(alarmState.OneShotFired, closes ? 0 : 1) << "the next session's one-shot alarm may fire";
     }
   }
 }

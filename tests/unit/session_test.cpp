@@ -3,7 +3,6 @@
 #include <string>
 #include <vector>
 
-#include "monitor/alarm_state.h"
 #include "monitor/dial_up_probe.h"
 #include "monitor/session.h"
 #include "monitor/time_text.h"
@@ -241,18 +240,6 @@ TEST_F(Session, OutOfSpaceIsReportedOnceAndTheNextSessionWorks) {
   Tick();
   EXPECT_EQ(sessionState.SessionOpen, 1u);
   EXPECT_EQ(events.back(), "start timers");
-}
-
-TEST_F(Session, AVanishedConnectionClosesTheSessionAndResetsTheOneShotAlarm) {
-  ras_.Connect("Home ISP");
-  Tick();
-  RunOnline(10);
-  alarmState.OneShotFired = 1;
-  ras_.state = State::Vanished;
-  Tick();
-  EXPECT_EQ(sessionState.SessionOpen, 0u);
-  EXPECT_EQ(sessionLog.records[0].durationSeconds, 10);
-  EXPECT_EQ(alarmState.OneShotFired, 0);
 }
 
 }  // namespace
