@@ -12,9 +12,12 @@ namespace {
 
 class RatioReporter : public benchmark::ConsoleReporter {
  public:
+  bool Failed() const { return failed_; }
+
   void ReportRuns(const std::vector<Run>& runs) override {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {
+      failed_ = failed_ || run.error_occurred;
       if (run.error_occurred || run.run_type != Run::RT_Iteration || run.iterations == 0) continue;
       const std::string name = run.benchmark_name();
       for (const char* family : {"/fresh/", "/cached/"}) {
@@ -48,6 +51,7 @@ class RatioReporter : public benchmark::ConsoleReporter {
 
  private:
   std::map<std::string, std::pair<double, double>> times_;  // fresh, cached seconds per call
+  bool failed_ = false;  // a benchmark stopped with an error (the poll allocated)
 };
 
 }  // namespace
@@ -58,5 +62,5 @@ int main(int argc, char** argv) {
   RatioReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   benchmark::Shutdown();
-  return 0;
+  return reporter.Failed() ? 1 : 0;
 }

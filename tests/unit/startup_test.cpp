@@ -1,6 +1,5 @@
 // The start-up decision: first run, normal start, upgrade from an older release,
-// missing or damaged files, an unreadable configuration; and, on Windows, the
-// system's side of the installation.
+// missing or damaged files, an unreadable configuration, saves that fail.
 #include <algorithm>
 #include <cctype>
 #include <cstring>
@@ -14,12 +13,6 @@
 #include "storage/settings.h"
 #include "storage/startup.h"
 #include "test_support.h"
-
-#ifdef _WIN32
-#include <windows.h>
-
-#include "storage/win32/installation.h"
-#endif
 
 namespace {
 
@@ -193,6 +186,7 @@ TEST_F(Startup, DecisionTable) {
     if (row.marker != nullptr) {
       EXPECT_STREQ(settings.currencyName, "DM") << "the rest of the configuration is kept";
     }
+    EXPECT_EQ(ReadBytes(LegacyLogPath()).size(), row.legacySlots.empty() ? 0u : 384000u) << "never written";
     if (row.logSize != 0) {
       EXPECT_EQ(ReadBytes(LogFilePath()).size(), row.logSize);
     } else {
@@ -289,31 +283,4 @@ TEST_F(Startup, AFailedSaveIsToldOnceUntilASaveSucceedsAndTheDataStay) {
   EXPECT_EQ(events.size(), 3u) << "a new run of failures is told again";
 }
 
-#ifdef _WIN32
-// --- The system's side (Windows only) --------------------------------------
-
-// The autostart value as the registry holds it (the copies and shortcuts of a
-// first run are checked end to end).
-TEST(Installation, AutoStartValueIsTheProgramPathIn101Bytes) {
-  const auto read = [](std::vector<uint8_t>* data) {
-    HKEY key = nullptr;
-    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, kAutoStartKey, 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
-    BYTE buffer[512] = {};
-    DWORD size = sizeof buffer, type = 0;
-    const bool found = RegQueryValueExA(key, kAutoStartValueName, nullptr, &type, buffer, &size) == ERROR_SUCCESS;
-    RegCloseKey(key);
-    data->assign(buffer, buffer + size);
-    return found && type == REG_SZ;
-  };
-  ASSERT_TRUE(SetAutoStart(true));
-  std::vector<uint8_t> data, expected(101, 0);
-  ASSERT_TRUE(read(&data));
-  const char path[] = "C:\\Program Files\\Orvalen\\Orvalen.exe";
-  std::memcpy(expected.data(), path, sizeof path);
-  EXPECT_EQ(data, expected);
-  EXPECT_TRUE(SetAutoStart(false));
-  EXPECT_FALSE(read(&data));
-  EXPECT_TRUE(SetAutoStart(false)) << "a missing value is not an error";
-}
-#endif
 }  // namespace

@@ -87,51 +87,8 @@ class LogFile : public ProgramStateTest {
   }
 };
 
-TEST_F(LogFile, FreshLogGrowsTwoRecordsAtATimeOnlyWhenFull) {
-  EXPECT_TRUE(IsLogEmpty());
-  EXPECT_TRUE(HasNoFreeSlot()) << "an empty array";
-  ASSERT_TRUE(CreateEmptyLog(LogPath().c_str()));
-  std::vector<uint8_t> bytes = ReadBytes(LogPath());
-  ASSERT_EQ(bytes.size(), 392u);
-  EXPECT_EQ(U32At(bytes, 0), 2u);
-  EXPECT_EQ(U32At(bytes, 4), 384u);
-  EXPECT_EQ(std::vector<uint8_t>(bytes.begin() + 8, bytes.end()), std::vector<uint8_t>(384, 0));
-
-  const uint32_t slot = Record("Home ISP");
-  SetRecordDate(slot, 1, 2, 3, 2002);
-  SetRecordLogOn(slot, 4, 5, 6);
-  SetRecordLogOff(slot, 7, 8, 9);
-  SetRecordDuration(slot, 1234);
-  const SessionRecord& r = sessionLog.records[slot];
-  const uint32_t fields[] = {r.dayOfWeek,  r.month,       r.day,        r.year,        r.logOnHour,
-                             r.logOnMinute, r.logOnSecond, r.logOffHour, r.logOffMinute, r.logOffSecond};
-  EXPECT_EQ(std::vector<uint32_t>(fields, fields + 10), (std::vector<uint32_t>{1, 2, 3, 2002, 4, 5, 6, 7, 8, 9}));
-  EXPECT_EQ(r.durationSeconds, 1234);
-  EXPECT_EQ(Record("b"), 1u);
-  EXPECT_EQ(sessionLog.count, 2u);
-  EXPECT_EQ(Record("c"), 2u);
-  EXPECT_EQ(sessionLog.count, 4u);
-  EXPECT_EQ(sessionLog.records[3].status, Blank);
-  WriteBytes(LogPath(), std::vector<uint8_t>(8 + 4 * 192 + 191, 0x77));
-  ASSERT_TRUE(SaveLog(LogPath().c_str()));
-  bytes = ReadBytes(LogPath());
-  EXPECT_EQ(bytes.size(), 8u + 4 * 192) << "an older, longer file's tail is gone";
-  EXPECT_EQ(std::string(reinterpret_cast<const char*>(&bytes[8 + 87])), "Home ISP");
-
-  // Names are cut at 104 characters, inside their record.
-  ASSERT_TRUE(CreateEmptyLog(LogPath().c_str()));
-  const uint32_t longSlot = Record(std::string(300, 'L').c_str());
-  EXPECT_EQ(std::strlen(sessionLog.records[longSlot].connectionName), 104u);
-  EXPECT_EQ(sessionLog.records[longSlot + 1].status, Blank) << "next record untouched";
-
-  Set({UsedRecord("a", 1), UsedRecord("b", 1)});
-  logState.LogRecordLimit = 2;
-  EXPECT_EQ(FindFreeSlot(), kNoSlot) << "no room beyond the limit";
-  EXPECT_EQ(sessionLog.count, 2u);
-}
-
 TEST_F(LogFile, DeletedRecordIsReusedBeforeABlankOneAndKeepsItsOldTail) {
-  Set({UsedRecord("a", 1), UsedRecord("a much longer name", 2), SessionRecord{}});
+  Set({UsedRecord("a", 1), UsedRecord("a much longer name", 2), SessionRecord{}, SessionRecord{}});
   sessionLog.records[1].status = Deleted;
   EXPECT_EQ(Record("xy"), 1u);
   EXPECT_STREQ(sessionLog.records[1].connectionName, "xy");
@@ -139,25 +96,18 @@ TEST_F(LogFile, DeletedRecordIsReusedBeforeABlankOneAndKeepsItsOldTail) {
   EXPECT_EQ(sessionLog.records[1].durationSeconds, 2);
   EXPECT_STREQ(RecordName(1), "xy");
   EXPECT_EQ(RecordName(2), nullptr) << "only records in use have a name";
-  EXPECT_EQ(RecordName(99), nullptr);
+  EXPECT_EQ(RecordName(4), nullptr);
+  // Names are cut at 104 characters, inside their record.
+  EXPECT_EQ(Record(std::string(300, 'L').c_str()), 2u);
+  EXPECT_EQ(std::strlen(sessionLog.records[2].connectionName), 104u);
+  EXPECT_EQ(sessionLog.records[3].status, Blank) << "next record untouched";
 
   EXPECT_FALSE(IsLogEmpty());
   ClearLog();
-  EXPECT_EQ(sessionLog.count, 3u);
+  EXPECT_EQ(sessionLog.count, 4u);
   for (const SessionRecord& record : sessionLog.records) EXPECT_EQ(record.status, Deleted);
   EXPECT_TRUE(IsLogEmpty());
   EXPECT_FALSE(HasNoFreeSlot());
-}
-
-TEST_F(LogFile, MarkConnectionDeletedIsCaseSensitiveAndReportsChanges) {
-  Set({UsedRecord("Home", 1), UsedRecord("HOME", 1), UsedRecord("Home", 1), SessionRecord{}});
-  EXPECT_TRUE(MarkConnectionDeleted("Home"));
-  EXPECT_EQ(sessionLog.records[0].status, Deleted);
-  EXPECT_EQ(sessionLog.records[1].status, InUse);
-  EXPECT_EQ(sessionLog.records[2].status, Deleted);
-  EXPECT_FALSE(MarkConnectionDeleted("Home")) << "nothing left to change";
-  EXPECT_TRUE(MarkConnectionDeleted("")) << "Blank records have the empty name";
-  EXPECT_EQ(sessionLog.records[3].status, Deleted);
 }
 
 // What each kind of file on disk loads as: the count, and the status of each record.
@@ -211,40 +161,22 @@ TEST_F(LogFile, LoaderTable) {
     ASSERT_TRUE(LoadLog(LogPath().c_str()));
     EXPECT_STREQ(sessionLog.records[slot].connectionName, "d");
     EXPECT_EQ(U32At(ReadBytes(LogPath()), 0), row == 5 ? 5u : 7u) << "grown by two";
+    EXPECT_EQ(U32At(ReadBytes(LogPath()), 4), row == 5 ? 5u * 192 : 7u * 192);
   }
   EXPECT_FALSE(LoadLog(Path("missing.ovb").c_str()));
   EXPECT_FALSE(Exists(Path("missing.ovb"))) << "a load only reads";
 }
 
-TEST_F(LogFile, LegacyTableConvertsItsRecordsInUseInSlotOrder) {
-  std::vector<SessionRecord> table(kLegacyLogSlots);
-  table[0] = UsedRecord("zero", 10);
-  table[5] = UsedRecord("five", 50);
-  table[1999] = UsedRecord("last", 1999);
-  table[7] = UsedRecord("deleted", 7);
-  table[7].status = Deleted;
-  std::vector<uint8_t> bytes(table.size() * 192);
-  std::memcpy(bytes.data(), table.data(), bytes.size());
-  WriteBytes(LegacyLogPath(), bytes);
-
+// An older release's table: a short file leaves the other slots empty, and the
+// records in use are copied byte for byte in slot order.
+TEST_F(LogFile, AShortLegacyTableConvertsWhatItHolds) {
+  const SessionRecord table[3] = {UsedRecord("zero", 10), SessionRecord{}, UsedRecord("two", 20)};
+  const auto* bytes = reinterpret_cast<const uint8_t*>(table);
+  WriteBytes(LegacyLogPath(), std::vector<uint8_t>(bytes, bytes + sizeof table));
   ASSERT_TRUE(LoadLegacyLog(LegacyLogPath().c_str()));
   ASSERT_TRUE(ConvertLegacyLog());
-  ASSERT_EQ(sessionLog.count, 5u);
-  EXPECT_STREQ(sessionLog.records[0].connectionName, "zero");
-  EXPECT_STREQ(sessionLog.records[2].connectionName, "last");
-  EXPECT_EQ(0, std::memcmp(&sessionLog.records[1], &table[5], 192)) << "copied byte for byte";
-  EXPECT_EQ(sessionLog.records[3].status, Blank);
-  EXPECT_EQ(sessionLog.records[4].status, Blank);
-  EXPECT_EQ(ReadBytes(LogFilePath()).size(), 8u + 5 * 192);
-  EXPECT_EQ(ReadBytes(LegacyLogPath()).size(), 384000u) << "the legacy file is never written";
-
-  // A short legacy file leaves the remaining slots zero.
-  bytes.resize(192);
-  WriteBytes(LegacyLogPath(), bytes);
-  ASSERT_TRUE(LoadLegacyLog(LegacyLogPath().c_str()));
-  ConvertLegacyLog();
-  EXPECT_EQ(sessionLog.count, 3u);
-  EXPECT_STREQ(sessionLog.records[0].connectionName, "zero");
+  ASSERT_EQ(sessionLog.count, 4u) << "two records and two free ones";
+  EXPECT_EQ(0, std::memcmp(&sessionLog.records[1], &table[2], sizeof(SessionRecord)));
 }
 
 }  // namespace

@@ -23,11 +23,13 @@ namespace fs = std::filesystem;
 
 void FakeClock::Advance(uint32_t seconds) {
   tickMs += seconds * 1000u;
+  static const uint32_t kMonthDays[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
   uint32_t total = now.hour * 3600 + now.minute * 60 + now.second + seconds;
-  while (total >= 86400) {
-    total -= 86400;
-    ++now.day;
+  for (; total >= 86400; total -= 86400) {
     now.dayOfWeek = (now.dayOfWeek + 1) % 7;
+    if (++now.day <= kMonthDays[now.month - 1]) continue;
+    now.day = 1;
+    if (++now.month > 12) now.month = 1, ++now.year;
   }
   now.hour = total / 3600;
   now.minute = total / 60 % 60;
@@ -55,23 +57,12 @@ uint32_t ScriptedRas::GetConnectStatus(ras::ConnectionHandle queried, ras::Conne
   ++statusCalls;
   queriedHandles.push_back(reinterpret_cast<uintptr_t>(queried));
   lastStatusSize = status->dwSize;
-  const bool known = reinterpret_cast<uintptr_t>(queried) == handle;
-  switch (state) {
-    case State::Connected:
-      if (!known) return ras::kErrorInvalidHandle;
-      status->rasconnstate = ras::kStateConnected;
-      return 0;
-    case State::Disconnected:
-      if (!known) return ras::kErrorInvalidHandle;
-      status->rasconnstate = ras::kStateDisconnected;
-      return 0;
-    case State::Dialling:
-      if (!known) return ras::kErrorInvalidHandle;
-      status->rasconnstate = 0x0A;  // authenticating
-      return 0;
-    default:
-      return ras::kErrorInvalidHandle;
-  }
+  const bool listed = state == State::Connected || state == State::Disconnected || state == State::Dialling;
+  if (!listed || reinterpret_cast<uintptr_t>(queried) != handle) return ras::kErrorInvalidHandle;
+  status->rasconnstate = state == State::Connected      ? ras::kStateConnected
+                         : state == State::Disconnected ? ras::kStateDisconnected
+                                                        : 0x0A;  // authenticating
+  return 0;
 }
 
 void ProgramStateTest::SetUp() {
@@ -114,6 +105,16 @@ void ProgramStateTest::WriteBytes(const std::string& path, const std::vector<uin
   file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
 }
 
+void ProgramStateTest::Tick() { RunSessionStep(probe_); }
+
+void ProgramStateTest::RunOnline(uint32_t seconds) {
+  for (uint32_t elapsed = 1; elapsed <= seconds; ++elapsed) {
+    clock_.Advance(1);
+    Tick();
+    if (elapsed % 180 == 0) OnCheckpointTimer();
+  }
+}
+
 bool ProgramStateTest::Exists(const std::string& path) const { return fs::exists(path); }
 
 uint32_t U32At(const std::vector<uint8_t>& bytes, std::size_t offset) {
@@ -129,9 +130,9 @@ float F32At(const std::vector<uint8_t>& bytes, std::size_t offset) {
   return value;
 }
 
-SessionRecord UsedRecord(const char* name, int32_t seconds, uint32_t month, uint32_t year) {
+SessionRecord UsedRecord(const char* name, int32_t seconds, uint32_t month, uint32_t year, uint8_t status) {
   SessionRecord record{};
-  record.status = InUse;
+  record.status = status;
   record.dayOfWeek = 1;
   record.month = month;
   record.day = 7;

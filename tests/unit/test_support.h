@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "monitor/dial_up_probe.h"
 #include "platform/ras_service.h"
 #include "platform/system_clock.h"
 #include "storage/account_record.h"
@@ -20,8 +21,8 @@ class FakeClock : public Clock {
   LocalTime Now() override { return now; }
   uint32_t TickCount() override { return tickMs; }
 
-  // Moves the tick counter and the clock on together, across midnight too (the
-  // day of week follows; month ends are not needed by the tests).
+  // Moves the tick counter and the clock on together, across midnight and month
+  // ends too (no leap years: the tests do not need them).
   void Advance(uint32_t seconds);
 };
 
@@ -62,16 +63,27 @@ class ProgramStateTest : public ::testing::Test {
   void WriteBytes(const std::string& path, const std::vector<uint8_t>& bytes) const;
   bool Exists(const std::string& path) const;
 
+  // The 100 ms session step; RunOnline runs it through the given seconds with a
+  // checkpoint every three minutes, as the program's timers do.
+  void Tick();
+  void RunOnline(uint32_t seconds);
+
   std::string folder_;
   FakeClock clock_;
   ScriptedRas ras_;
+  DialUpProbe probe_;
 };
 
-// A record in use with the given name and duration, dated day 7 (a Monday) of the
-// month and year; names are cut to the record's field.
-SessionRecord UsedRecord(const char* name, int32_t seconds, uint32_t month = 1, uint32_t year = 2002);
+// A record with the given name and duration, dated day 7 (a Monday) of the month
+// and year; names are cut to the record's field.
+SessionRecord UsedRecord(const char* name, int32_t seconds, uint32_t month = 1, uint32_t year = 2002,
+                         uint8_t status = InUse);
 // Appends a record to the in-memory log and returns its index.
 uint32_t AppendToLog(const SessionRecord& record);
+inline uint32_t LogSession(const char* name, int32_t seconds, uint32_t month = 1, uint32_t year = 2002,
+                           uint8_t status = InUse) {
+  return AppendToLog(UsedRecord(name, seconds, month, year, status));
+}
 // Fills account entry k as an account the user has configured.
 AccountRecord& ConfigureAccount(int k, const char* name, uint32_t kind, uint32_t hours = 0,
                                 float monthlyCharge = 0.0f, float excessPerMinute = 0.0f, float vatPercent = 0.0f);
