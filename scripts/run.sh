@@ -76,7 +76,7 @@ shot_of() {  # NAME TITLE [TIMEOUT-MS, at most 60000]
   driver wait-window --title "$2" --timeout-ms "${3:-20000}" >/dev/null && sleep 0.5 && shot "$1"
 }
 page() {  # NAME INDEX A-CONTROL-OF-THAT-PAGE
-  driver post --title "$sheet" --msg WM_USER+101 --wparam "$2" >/dev/null
+  driver post --title "$sheet" --msg "$PSM_SETCURSEL" --wparam "$2" >/dev/null
   driver state --title "$sheet" --id "$3" --visible 1 >/dev/null && sleep 0.5 && shot "$1"
 }
 
@@ -96,7 +96,7 @@ if driver wait-window --title "Welcome to Orvalen" --timeout-ms 3000 >/dev/null 
   driver click --title "Welcome to Orvalen" --id "$IDC_WELCOME_PROCEED" >/dev/null
 fi
 if ! driver wait-window --title "$dialog" --timeout-ms 3000 >/dev/null 2>&1; then
-  driver post --class Orvalen --msg WM_APP+1 --lparam WM_LBUTTONDBLCLK >/dev/null
+  driver post --class Orvalen --msg "$TRAY_MESSAGE" --lparam WM_LBUTTONDBLCLK >/dev/null
   driver wait-window --title "$dialog" --timeout-ms 10000 >/dev/null
 fi
 driver text --title "$dialog" --id "$IDC_MAIN_TIME" --contains ":" --timeout-ms 5000 >/dev/null

@@ -274,12 +274,12 @@ step_time "Welcome"
 shot welcome
 check "Welcome: nothing written yet" \
   "$( [[ -e $APP_CONFIG || -e $APP_INSTALL ]] && echo written || echo nothing )" nothing
-check "Welcome: its one button is Proceed" "$(drv text --title "Welcome to Orvalen" --id 1)" "&Proceed"
-drv click --title "Welcome to Orvalen" --id 1 --timeout-ms "$wait_ms" >/dev/null || app_abort "Proceed can be clicked"
+check "Welcome: its one button is Proceed" "$(drv text --title "Welcome to Orvalen" --id "$IDC_WELCOME_PROCEED")" "&Proceed"
+drv click --title "Welcome to Orvalen" --id "$IDC_WELCOME_PROCEED" --timeout-ms "$wait_ms" >/dev/null || app_abort "Proceed can be clicked"
 drv wait-window --gone --title "Welcome to Orvalen" --timeout-ms "$wait_ms" >/dev/null || app_abort "Proceed closes the Welcome dialog"
 drv wait-window --title "$D" --timeout-ms "$wait_ms" >/dev/null \
   || app_abort "the main status dialog opens after the Welcome dialog"
-drv text --title "$D" --id 110 --contains ":" --timeout-ms "$wait_ms" >/dev/null \
+drv text --title "$D" --id "$IDC_MAIN_TIME" --contains ":" --timeout-ms "$wait_ms" >/dev/null \
   || app_abort "the main status dialog shows the time"
 step_time "main status dialog"
 shot main-dialog
@@ -289,7 +289,7 @@ check "exactly one main status dialog, visible" \
 check "the main window exists, hidden, titled Orvalen" \
   "$(grep -F 'class="Orvalen"' <<<"$windows" | grep -o 'visible=[01] class="Orvalen" title="[^"]*"')" \
   'visible=0 class="Orvalen" title="Orvalen"'
-check "off-line: the initial status text" "$(drv text --title "$D" --id 1510)" \
+check "off-line: the initial status text" "$(drv text --title "$D" --id "$IDC_MAIN_ACCOUNT_STATUS")" \
   "$(printf '\t\t   Status: \n\n        No  Active  Dial-Up  Connections...')"
 
 echo "--- the files of a first run"
@@ -316,18 +316,18 @@ echo "--- one session through the stand-in dial-up service"
 t0=$(app_now)
 day0="$(date +%w) $(date +%-m) $(date +%-d) $(date +%Y)"
 dial connect "Home ISP"
-drv text --title "$D" --id 104 --equals "You've Been Logged on since:" --timeout-ms "$wait_ms" >/dev/null \
-  && drv text --title "$D" --id 124 --equals "Home ISP" --timeout-ms "$wait_ms" >/dev/null \
+drv text --title "$D" --id "$IDC_MAIN_FIRST_CAPTION" --equals "You've Been Logged on since:" --timeout-ms "$wait_ms" >/dev/null \
+  && drv text --title "$D" --id "$IDC_MAIN_CONNECTION_NAME" --equals "Home ISP" --timeout-ms "$wait_ms" >/dev/null \
   || app_abort "the dialog shows the session of Home ISP"
 t1=$(app_now)
 step_time "on-line"
-check "on-line: connection caption" "$(drv text --title "$D" --id 123)" "Active Connection :"
-check "on-line: Configure disabled" "$(drv state --title "$D" --id 106 | cut -d' ' -f1)" "enabled=0"
+check "on-line: connection caption" "$(drv text --title "$D" --id "$IDC_MAIN_CONNECTION_CAPTION")" "Active Connection :"
+check "on-line: Configure disabled" "$(drv state --title "$D" --id "$IDC_MAIN_CONFIGURE" | cut -d' ' -f1)" "enabled=0"
 check_true "on-line: the session marker 218 is on disk" app_wait_until 60 app_u8_is "$APP_CONFIG" 134 218
 check "on-line: the checkpoint names the connection" "$(app_cstr "$APP_CONFIG" 6292 60)" "Home ISP"
 shown_seconds() {
   local text
-  text=$(drv text --title "$D" --id 113)
+  text=$(drv text --title "$D" --id "$IDC_MAIN_SECOND_VALUE")
   [[ $text =~ ^([0-9]+)\ Hr\ :\ ([0-9]+)\ Min\ :\ ([0-9]+)\ sec$ ]] || { echo -1; return; }
   echo $(( BASH_REMATCH[1] * 3600 + BASH_REMATCH[2] * 60 + BASH_REMATCH[3] ))
 }
@@ -337,7 +337,7 @@ shot online
 
 t2=$(app_now)
 dial disconnect
-drv text --title "$D" --id 104 --equals "Your Last Logon was at :" --timeout-ms "$wait_ms" >/dev/null \
+drv text --title "$D" --id "$IDC_MAIN_FIRST_CAPTION" --equals "Your Last Logon was at :" --timeout-ms "$wait_ms" >/dev/null \
   || app_abort "after the disconnection the dialog shows the last session"
 t3=$(app_now)
 day3="$(date +%w) $(date +%-m) $(date +%-d) $(date +%Y)"
@@ -348,7 +348,7 @@ shot account-notice
 check "the account notice names Home ISP" \
   "$(drv answer-box --title "Orvalen Notification..." --contains "(- Home ISP -)" --button ok --timeout-ms "$wait_ms" >/dev/null && echo yes)" yes
 check "its account dialog can be cancelled" \
-  "$(drv click --title "Orvalen....Configure Account Details For --Home ISP" --id 2 --timeout-ms "$wait_ms")" ok
+  "$(drv click --title "Orvalen....Configure Account Details For --Home ISP" --id "$IDC_ACCOUNTS_CANCEL" --timeout-ms "$wait_ms")" ok
 check "then the not-set-up box is answered" \
   "$(drv answer-box --title "Orvalen Notification" --contains "not properly set up" --button ok --timeout-ms "$wait_ms" >/dev/null && echo yes)" yes
 
@@ -393,16 +393,16 @@ echo "      (log-on $logon s, log-off $logoff s of the day)"
 check "log: log-off minus log-on is the duration, within 1 s" "$(( span >= duration - 1 && span <= duration + 1 ))" 1
 check "previous session in the configuration: stored, name, duration" \
   "$(app_u32 "$APP_CONFIG" 120) $(app_cstr "$APP_CONFIG" 6148 52) $(app_u32 "$APP_CONFIG" 6240)" "1 Home ISP $duration"
-check "the dialog shows the recorded duration" "$(drv text --title "$D" --id 113 --timeout-ms "$wait_ms" \
+check "the dialog shows the recorded duration" "$(drv text --title "$D" --id "$IDC_MAIN_SECOND_VALUE" --timeout-ms "$wait_ms" \
   --equals "$(( duration / 3600 )) Hr : $(( duration % 3600 / 60 )) Min : $(( duration % 60 )) sec")" \
   "$(( duration / 3600 )) Hr : $(( duration % 3600 / 60 )) Min : $(( duration % 60 )) sec"
 shot offline
 
 # --------------------------------------------------------------------- Exit
 echo "--- Exit"
-# The tray menu's Exit arrives at the hidden main window as command 2; off-line
+# The tray menu's Exit arrives at the hidden main window as IDM_TRAY_EXIT; off-line
 # it only asks for confirmation.
-drv post --class Orvalen --msg WM_COMMAND --wparam 2 >/dev/null || app_abort "Exit can be posted"
+drv post --class Orvalen --msg WM_COMMAND --wparam "$IDM_TRAY_EXIT" >/dev/null || app_abort "Exit can be posted"
 drv wait-window --class "#32770" --title "" --timeout-ms "$wait_ms" >/dev/null || app_abort "the confirmation appears"
 shot exit-question
 check "Exit: the confirmation's text" "$(drv answer-box --title "")" "Are You Sure You Want To quit Orvalen ?"

@@ -21,7 +21,7 @@
 #   orv_xvfb_stop STATE_DIR            stop the Xvfb recorded there (by PID)
 #   orv_display_ok                     true if $DISPLAY answers
 #   orv_resource_ids                   the program's resource ids (IDD_..., IDC_...,
-#                                      IDM_...) and IDOK, IDCANCEL as shell variables
+#                                      IDM_...) and the system ids it uses as shell variables
 #
 # Every Wine process is started under `timeout`. Only the wineserver of a prefix
 # we name and the Xvfb whose PID we recorded are ever stopped.
@@ -378,10 +378,14 @@ orv_xvfb_stop() {
   rm -f "$dir/xvfb.pid" "$dir/xvfb.display"
 }
 
+# shellcheck disable=SC2034  # the variables are for the scripts that source this file
 orv_resource_ids() {
   local header
   header="$(dirname "${BASH_SOURCE[0]}")/../resources/resource_ids.h"
   [[ -r $header ]] || { echo "orv_resource_ids: no $header" >&2; return 1; }
   eval "$(sed -nE 's/^#define (ID[A-Z0-9_]+)[[:space:]]+([0-9]+)([^0-9].*)?$/\1=\2/p' "$header")"
-  IDOK=1 IDCANCEL=2  # the system's button ids
+  # Without a name in the header: the system's buttons, a property sheet's Apply
+  # and its page message, the tray icon's id and message (app/win32/tray_icon.h).
+  IDOK=1 IDCANCEL=2 IDYES=6 IDNO=7 ID_APPLY_NOW=0x3021 PSM_SETCURSEL=WM_USER+101
+  TRAY_ICON_ID=22 TRAY_MESSAGE=WM_APP+1
 }

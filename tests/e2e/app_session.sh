@@ -75,15 +75,15 @@ first_focus=$(focus_id)
 drv post --title "$D" --id "$first_focus" --msg WM_KEYDOWN --wparam VK_TAB >/dev/null
 check_true "Tab moves the focus on from control $first_focus" app_wait_until 5 eval '[[ "$(focus_id)" != "$first_focus" ]]'
 main_window=$(drv wait-window --class Orvalen --any-visibility)
-drv post --class Orvalen --msg WM_APP+1 --lparam WM_RBUTTONDOWN >/dev/null
+drv post --class Orvalen --msg "$TRAY_MESSAGE" --lparam WM_RBUTTONDOWN >/dev/null
 need "a right click on the icon opens the tray menu" drv wait-window --class "#32768"
 check "tray menu: the main window is in the foreground" "$(drv focus --class Orvalen | sed -n 's/.* foreground=//p')" "$main_window"
-drv post --class Orvalen --msg WM_KEYDOWN --wparam 0x1B >/dev/null
+drv post --class Orvalen --msg WM_KEYDOWN --wparam VK_ESCAPE >/dev/null
 see "tray menu: Esc closes it" wait-window --gone --class "#32768"
 check "the tray icon is there, and gone with the taskbar" \
-  "$(drv tray-icon --class Orvalen --icon 22) $(drv tray-icon --class Orvalen --icon 22 --delete)" "present absent"
+  "$(drv tray-icon --class Orvalen --icon "$TRAY_ICON_ID") $(drv tray-icon --class Orvalen --icon "$TRAY_ICON_ID" --delete)" "present absent"
 drv post --class Orvalen --msg registered:TaskbarCreated >/dev/null
-check_true "\"TaskbarCreated\" adds the icon again" app_wait_until 5 eval '[[ "$(drv tray-icon --class Orvalen --icon 22)" == present ]]'
+check_true "\"TaskbarCreated\" adds the icon again" app_wait_until 5 eval '[[ "$(drv tray-icon --class Orvalen --icon "$TRAY_ICON_ID")" == present ]]'
 drv command --class Orvalen --id "$IDM_TRAY_HIDE" >/dev/null
 need "Hide Orvalen hides the main status dialog" drv wait-window --gone --title "$D"
 check "a start while the dialog is hidden ends with 0" "$(second_start)" 0
@@ -143,7 +143,7 @@ check "restart: the session's name" "$(app_cstr "$APP_LOG" $(( r + 87 )) 105)" "
 check_true "restart: the notice about Home ISP, declined" app_decline_account_notice "Home ISP"
 check "restart: no Welcome" "$(drv windows | grep -c Welcome)" 0
 # A later start shows no dialog by itself; the tray's double click does.
-drv post --class Orvalen --msg WM_APP+1 --lparam WM_LBUTTONDBLCLK >/dev/null
+drv post --class Orvalen --msg "$TRAY_MESSAGE" --lparam WM_LBUTTONDBLCLK >/dev/null
 need "a double click on the tray icon shows the dialog" drv wait-window --title "$D"
 check_true "the previous session is the recovered one" \
   app_wait_until 5 eval '[[ "$(drv list --title "$D" --id "$IDC_MAIN_PREVIOUS_SESSION" | sed -n 5p)" == " Duration :                        0 Hr: 0 Min: 0 Sec" ]]'
@@ -168,8 +168,8 @@ exit_until_question() {  # LABEL
     "$(drv windows | grep -F 'title="Orvalen Notification"' | grep -o 'owner=0x[0-9a-f]*') $(drv answer-box --title "Orvalen Notification" --button ok)" "owner=$dialog $warning"
   need "$1: the question appears" drv wait-window --class "#32770" --title ""
   check "$1: the question, owned by the main window, with Yes and No" \
-    "$(drv windows | grep -F 'class="#32770" title=""' | grep -o 'owner=0x[0-9a-f]*') $(drv state --class "#32770" --title "" --ids 6,7 | cut -d' ' -f1-2 | tr '\n' ' ')$(drv answer-box --title "")" \
-    "owner=$main_window 6 enabled=1 7 enabled=1 $question"
+    "$(drv windows | grep -F 'class="#32770" title=""' | grep -o 'owner=0x[0-9a-f]*') $(drv state --class "#32770" --title "" --ids "$IDYES,$IDNO" | cut -d' ' -f1-2 | tr '\n' ' ')$(drv answer-box --title "")" \
+    "owner=$main_window $IDYES enabled=1 $IDNO enabled=1 $question"
 }
 exit_until_question "Exit, No"
 need "Exit, No: the question closes" drv answer-box --title "" --button no

@@ -39,7 +39,7 @@ open_sheet() {
   need "Configure opens the sheet" drv wait-window --title "$S"
 }
 show_page() {  # INDEX A-CONTROL-OF-THAT-PAGE
-  drv post --title "$S" --msg WM_USER+101 --wparam "$1" >/dev/null   # PSM_SETCURSEL
+  drv post --title "$S" --msg "$PSM_SETCURSEL" --wparam "$1" >/dev/null
   need "page $1 of the sheet shows" drv state --title "$S" --id "$2" --visible 1
 }
 close_sheet() {  # BUTTON-ID
@@ -47,35 +47,41 @@ close_sheet() {  # BUTTON-ID
   need "the sheet closes" drv wait-window --gone --title "$S"
 }
 
+log_page="$IDC_LOGPAGE_SHOW_ALL,$IDC_LOGPAGE_FILTER_PREVIOUS,$IDC_LOGPAGE_SYSTEM_COLOURS"
+alarm_choices="$IDC_ALARM_OFF,$IDC_ALARM_ON,$IDC_ALARM_REPEAT,$IDC_ALARM_ONCE,$IDC_ALARM_SOUND_ONLY,$IDC_ALARM_BOX_AND_SOUND,$IDC_ALARM_BOX_ONLY"
+alarm_times="$IDC_ALARM_REPEAT_HOURS,$IDC_ALARM_REPEAT_MINUTES,$IDC_ALARM_ONCE_HOURS,$IDC_ALARM_ONCE_MINUTES"
 check "first run: the autostart value" "$(autostart_value)" 'REG_SZ C:\Program Files\Orvalen\Orvalen.exe'
 check_true "first run: the clock in the 12-hour form" app_wait_until 5 clock_is 12
 
 # ---- OK stores every page that was opened.
 open_sheet
 check "General: no Apply button; 15 currencies, Dollars first, Yen last" \
-  "$(app_field_of visible "$S" 0x3021) $(drv list --title "$S" --id "$IDC_GENERAL_CURRENCY" | sed -n '1p;$p;$=' | tr '\n' ' ')" "0 Dollars Yen 15 "
+  "$(app_field_of visible "$S" "$ID_APPLY_NOW") $(drv list --title "$S" --id "$IDC_GENERAL_CURRENCY" | sed -n '1p;$p;$=' | tr '\n' ' ')" "0 Dollars Yen 15 "
 check "General: Dollars shown; run at start-up checked, show main window and 24-hour clock not" \
-  "$(drv text --title "$S" --id "$IDC_GENERAL_CURRENCY") $(checked 210,219,217)" "Dollars 1 0 0"
+  "$(drv text --title "$S" --id "$IDC_GENERAL_CURRENCY") $(checked "$IDC_GENERAL_RUN_AT_STARTUP,$IDC_GENERAL_SHOW_MAIN_WINDOW,$IDC_GENERAL_24_HOUR_CLOCK")" "Dollars 1 0 0"
 drv set-text --title "$S" --id "$IDC_GENERAL_CURRENCY" --text "Zimbabwe dollars" >/dev/null
 drv check --title "$S" --id "$IDC_GENERAL_24_HOUR_CLOCK" --value 1 >/dev/null
 drv check --title "$S" --id "$IDC_GENERAL_RUN_AT_STARTUP" --value 0 >/dev/null
 drv check --title "$S" --id "$IDC_GENERAL_SHOW_MAIN_WINDOW" --value 1 >/dev/null
 show_page 2 "$IDC_LOGPAGE_SHOW_ALL"
-check "Log: show all connections checked, system colours not" "$(checked 1702,1703,1701)" "1 0 0"
+check "Log: show all connections checked, system colours not" "$(checked "$log_page")" "1 0 0"
 drv check --title "$S" --id "$IDC_LOGPAGE_FILTER_PREVIOUS" --value 1 >/dev/null
 drv check --title "$S" --id "$IDC_LOGPAGE_SYSTEM_COLOURS" --value 1 >/dev/null
 show_page 3 "$IDC_ALARM_OFF"
 check "Alarm: off; repeating mode; box and sound; times as stored" \
-  "$(checked 1401,1402,1407,1408,1404,1405,1422) $(drv text --title "$S" --ids 1403,1412,1415,1418)" "1 0 1 0 0 1 0 1|0|2|30"
-check "Alarm: off disables the details, an up-down control among them" "$(enabled 1407,1408,1403,1409,1404,1421,1402)" "0 0 0 0 0 0 1"
+  "$(checked "$alarm_choices") $(drv text --title "$S" --ids "$alarm_times")" "1 0 1 0 0 1 0 1|0|2|30"
+check "Alarm: off disables the details, an up-down control among them" "$(enabled \
+  "$IDC_ALARM_REPEAT,$IDC_ALARM_ONCE,$IDC_ALARM_REPEAT_HOURS,$IDC_ALARM_REPEAT_HOURS_SPIN,$IDC_ALARM_SOUND_ONLY,$IDC_ALARM_PREVIEW_SOUND,$IDC_ALARM_ON")" "0 0 0 0 0 0 1"
 drv click --title "$S" --id "$IDC_ALARM_ON" >/dev/null
 need "Alarm: on enables Preview Sound" drv state --title "$S" --id "$IDC_ALARM_PREVIEW_SOUND" --enabled 1
-check "Alarm: on enables both modes' boxes and the actions" "$(enabled 1407,1403,1409,1415,1419,1404)" "1 1 1 1 1 1"
+check "Alarm: on enables both modes' boxes and the actions" "$(enabled \
+  "$IDC_ALARM_REPEAT,$IDC_ALARM_REPEAT_HOURS,$IDC_ALARM_REPEAT_HOURS_SPIN,$IDC_ALARM_ONCE_HOURS,$IDC_ALARM_ONCE_MINUTES_SPIN,$IDC_ALARM_SOUND_ONLY")" "1 1 1 1 1 1"
 drv set-text --title "$S" --id "$IDC_ALARM_REPEAT_HOURS" --text 0 >/dev/null
 drv set-text --title "$S" --id "$IDC_ALARM_REPEAT_MINUTES" --text 0 >/dev/null
 drv click --title "$S" --id "$IDC_ALARM_ONCE" >/dev/null
 need "Alarm: one-shot disables the repeat boxes" drv state --title "$S" --id "$IDC_ALARM_REPEAT_HOURS" --enabled 0
-check "Alarm: one-shot: its boxes on, the repeat ones off" "$(enabled 1415,1418,1417,1419,1412,1409,1413)" "1 1 1 1 0 0 0"
+check "Alarm: one-shot: its boxes on, the repeat ones off" "$(enabled \
+  "$IDC_ALARM_ONCE_HOURS,$IDC_ALARM_ONCE_MINUTES,$IDC_ALARM_ONCE_HOURS_SPIN,$IDC_ALARM_ONCE_MINUTES_SPIN,$IDC_ALARM_REPEAT_MINUTES,$IDC_ALARM_REPEAT_HOURS_SPIN,$IDC_ALARM_REPEAT_MINUTES_SPIN")" "1 1 1 1 0 0 0"
 drv set-text --title "$S" --id "$IDC_ALARM_ONCE_HOURS" --text 300 >/dev/null
 drv set-text --title "$S" --id "$IDC_ALARM_ONCE_MINUTES" --text 7 >/dev/null
 drv click --title "$S" --id "$IDC_ALARM_BOX_ONLY" >/dev/null
@@ -102,15 +108,15 @@ before=$(md5sum <"$APP_CONFIG")
 touch -d "2001-01-01 00:00:00" "$APP_CONFIG"
 open_sheet
 check "reopened: the typed currency; 24-hour, show main window, run at start-up" \
-  "$(drv text --title "$S" --id "$IDC_GENERAL_CURRENCY") $(checked 217,219,210)" "Zimbabwe dolla 1 1 0"
+  "$(drv text --title "$S" --id "$IDC_GENERAL_CURRENCY") $(checked "$IDC_GENERAL_24_HOUR_CLOCK,$IDC_GENERAL_SHOW_MAIN_WINDOW,$IDC_GENERAL_RUN_AT_STARTUP")" "Zimbabwe dolla 1 1 0"
 drv set-text --title "$S" --id "$IDC_GENERAL_CURRENCY" --text "Yen" >/dev/null
 drv check --title "$S" --id "$IDC_GENERAL_24_HOUR_CLOCK" --value 0 >/dev/null
 show_page 2 "$IDC_LOGPAGE_SHOW_ALL"
-check "reopened Log: previous connection, system colours" "$(checked 1702,1703,1701)" "0 1 1"
+check "reopened Log: previous connection, system colours" "$(checked "$log_page")" "0 1 1"
 drv check --title "$S" --id "$IDC_LOGPAGE_SHOW_ALL" --value 1 >/dev/null
 show_page 3 "$IDC_ALARM_OFF"
 check "reopened Alarm: on, one-shot, box only; the clamped times; the repeat boxes disabled" \
-  "$(checked 1401,1402,1407,1408,1404,1405,1422) $(drv text --title "$S" --ids 1403,1412,1415,1418) $(enabled 1403,1409,1415,1417)" \
+  "$(checked "$alarm_choices") $(drv text --title "$S" --ids "$alarm_times") $(enabled "$IDC_ALARM_REPEAT_HOURS,$IDC_ALARM_REPEAT_HOURS_SPIN,$IDC_ALARM_ONCE_HOURS,$IDC_ALARM_ONCE_HOURS_SPIN")" \
   "0 1 0 1 0 0 1 0|5|24|7 0 0 1 1"
 drv click --title "$S" --id "$IDC_ALARM_OFF" >/dev/null
 close_sheet "$IDCANCEL"
@@ -146,12 +152,16 @@ status_is() { [[ "$(drv text --title "$D" --id "$IDC_MAIN_ACCOUNT_STATUS")" =~ ^
 account_line_starts() { [[ "$(drv list --title "$D" --id "$IDC_MAIN_PREVIOUS_SESSION" | sed -n 6p)" == "$1"* ]]; }
 
 A="Orvalen....Configure Account Details For --Home ISP"
+kinds="$IDC_ACCOUNTS_CARD,$IDC_ACCOUNTS_LIMITED,$IDC_ACCOUNTS_UNLIMITED"
+figures="$IDC_ACCOUNTS_BASIC_HOURS,$IDC_ACCOUNTS_MONTHLY_CHARGE,$IDC_ACCOUNTS_EXCESS_PER_MINUTE,$IDC_ACCOUNTS_VAT"
 session "Home ISP"
 check "notice: its text" "$(drv answer-box --title "Orvalen Notification..." --button ok --timeout-ms 15000)" \
   "$(printf '%s\n%s' "Orvalen detected a connection   (- Home ISP -) that hasn't been configured for its database." "Best to configure this connection now")"
 need "the account dialog opens for Home ISP" drv wait-window --title "$A"
+usable="$IDC_ACCOUNTS_CONNECTION,$kinds,$IDC_ACCOUNTS_CARD_HOURS,$IDC_ACCOUNTS_CARD_HOURS_LABEL,$figures,$IDC_ACCOUNTS_HELP"
 check "dialog: limited access checked; what is enabled and shown; the figures empty; no entry yet" \
-  "$(app_field_of checked "$A" 904,905,906) $(app_field_of enabled "$A" 601,904,905,906,114,217,203,119,204,117,1422) $(app_field_of visible "$A" 1,2,902) $(drv text --title "$A" --ids 203,119,204,117,114) $(entry 0)" \
+  "$(app_field_of checked "$A" "$kinds") $(app_field_of enabled "$A" "$usable") $(app_field_of visible "$A" \
+    "$IDC_ACCOUNTS_OK,$IDC_ACCOUNTS_CANCEL,$IDC_ACCOUNTS_APPLY") $(drv text --title "$A" --ids "$figures,$IDC_ACCOUNTS_CARD_HOURS") $(entry 0)" \
   "0 1 0 0 1 1 1 0 0 1 1 1 1 1 1 1 0 |||| 0  0 0 0 0 0"
 drv set-text --title "$A" --id "$IDC_ACCOUNTS_BASIC_HOURS" --text 10 >/dev/null
 drv set-text --title "$A" --id "$IDC_ACCOUNTS_MONTHLY_CHARGE" --text 12.50 >/dev/null
@@ -171,14 +181,15 @@ check "a configured connection: no notice" "$(drv windows | grep -cF 'title="Orv
 open_sheet
 show_page 1 "$IDC_ACCOUNTS_CONNECTION"
 check "page: the connections, sorted; only the list usable; its own Apply and the help hidden" \
-  "$(drv list --title "$S" --id "$IDC_ACCOUNTS_CONNECTION" | tr '\n' '|') $(enabled 601,123,904,905,906,114,203,119) $(app_field_of visible "$S" 902,1422)" \
+  "$(drv list --title "$S" --id "$IDC_ACCOUNTS_CONNECTION" | tr '\n' '|') $(enabled \
+    "$IDC_ACCOUNTS_CONNECTION,$IDC_ACCOUNTS_CHOOSE_LABEL,$kinds,$IDC_ACCOUNTS_CARD_HOURS,$IDC_ACCOUNTS_BASIC_HOURS,$IDC_ACCOUNTS_MONTHLY_CHARGE") $(app_field_of visible "$S" "$IDC_ACCOUNTS_APPLY,$IDC_ACCOUNTS_HELP")" \
   "Connection|Home ISP| 1 1 0 0 0 0 0 0 0 0"
 drv select --title "$S" --id "$IDC_ACCOUNTS_CONNECTION" --index 0 >/dev/null   # "Connection": no entry, nothing changes
-check "page: \"Connection\" shows nothing" "$(enabled 904,203)" "0 0"
+check "page: \"Connection\" shows nothing" "$(enabled "$IDC_ACCOUNTS_CARD,$IDC_ACCOUNTS_BASIC_HOURS")" "0 0"
 drv select --title "$S" --id "$IDC_ACCOUNTS_CONNECTION" --index 1 >/dev/null
 need "choosing Home ISP enables the kinds" drv state --title "$S" --id "$IDC_ACCOUNTS_UNLIMITED" --enabled 1
 check "page: Home ISP's figures; limited access checked and its figures enabled, card off" \
-  "$(drv text --title "$S" --ids 203,119,204,117) $(checked 904,905,906) $(enabled 203,119,114)" "10|12.50|100.00|0.0 0 1 0 1 1 0"
+  "$(drv text --title "$S" --ids "$figures") $(checked "$kinds") $(enabled "$IDC_ACCOUNTS_BASIC_HOURS,$IDC_ACCOUNTS_MONTHLY_CHARGE,$IDC_ACCOUNTS_CARD_HOURS")" "10|12.50|100.00|0.0 0 1 0 1 1 0"
 drv click --title "$S" --id "$IDC_ACCOUNTS_UNLIMITED" >/dev/null
 need "Unlimited disables the limited figures" drv state --title "$S" --id "$IDC_ACCOUNTS_BASIC_HOURS" --enabled 0
 check "page: unlimited leaves the figures shown" "$(drv text --title "$S" --id "$IDC_ACCOUNTS_MONTHLY_CHARGE")" "12.50"

@@ -19,7 +19,7 @@ app_describe setting alarmRepeatMinutes 1
 app_make_files
 app_start_prepared
 need "the start-up notice about Home ISP opens" drv wait-window --title "Orvalen Notification..." --timeout-ms 15000
-drv post --class Orvalen --msg WM_APP+1 --lparam WM_LBUTTONDBLCLK >/dev/null
+drv post --class Orvalen --msg "$TRAY_MESSAGE" --lparam WM_LBUTTONDBLCLK >/dev/null
 need "a double click on the tray icon opens the main status dialog" drv wait-window --title "$D"
 # Slots of the records in use made today, one a line.
 today_records() { od -A n -v -t u4 -w192 -j 8 "$APP_LOG" | awk -v d="$(date +%-d)" -v y="$(date +%Y)" '$1 == 1 && $4 == d && $5 == y { print NR - 1 }'; }

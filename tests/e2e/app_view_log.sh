@@ -39,7 +39,8 @@ app_start_prepared
 need "View Log opens from the tray menu" app_open_view_log
 
 lines() { drv list --title "$V" --id "$IDC_VIEWLOG_LIST"; }
-boxes() { drv text --title "$V" --ids "$IDC_VIEWLOG_CONNECTION,$IDC_VIEWLOG_MONTH,$IDC_VIEWLOG_YEAR"; }
+filters="$IDC_VIEWLOG_CONNECTION,$IDC_VIEWLOG_MONTH,$IDC_VIEWLOG_YEAR"
+boxes() { drv text --title "$V" --ids "$filters"; }
 shown() { drv text --title "$V" --ids "$IDC_VIEWLOG_COUNT,$IDC_VIEWLOG_TOTAL"; }  # count|total
 choose() {  # ID TEXT: select it as the user would
   local i
@@ -109,11 +110,11 @@ close_manage() {
   need "Close ends Manage Log" drv wait-window --gone --title "$M"
 }
 open_manage
-check "Manage Log: each name once; Delete Entry and the summary disabled" "$(names) $(app_field_of enabled "$M" 123,1510,114)" \
+check "Manage Log: each name once; Delete Entry and the summary disabled" "$(names) $(app_field_of enabled "$M" "$IDC_MANAGE_DELETE,$IDC_MANAGE_SUMMARY,$IDC_MANAGE_CLEAR")" \
   "$(printf '%s\n' "Home ISP" "home isp" "HOME ISP" "Work" | sort | tr '\n' '|') 0 0 1"
 drv select --double --title "$M" --id "$IDC_MANAGE_LIST" --index "$(( $(drv list --title "$M" --id "$IDC_MANAGE_LIST" | grep -nxF "Home ISP" | cut -d: -f1) - 1 ))" >/dev/null
 see "a double click shows the card's summary" text --title "$M" --id "$IDC_MANAGE_SUMMARY" --contains "Pre-paid Internet Card"
-check "a double click enables Delete Entry and the summary" "$(app_field_of enabled "$M" 123,1510)" "1 1"
+check "a double click enables Delete Entry and the summary" "$(app_field_of enabled "$M" "$IDC_MANAGE_DELETE,$IDC_MANAGE_SUMMARY")" "1 1"
 before=$(md5sum "$APP_LOG" "$APP_CONFIG")
 drv click --title "$M" --id "$IDC_MANAGE_DELETE" >/dev/null
 check "Delete Entry: the question" "$(drv answer-box --title "Delete Connectiom" --button no)" "Are You Sure You Want To Delete This Entry?"
@@ -122,13 +123,14 @@ drv click --title "$M" --id "$IDC_MANAGE_DELETE" >/dev/null
 need "Delete Entry asks again" drv answer-box --title "Delete Connectiom" --button yes
 check_true "Yes: the log is saved" app_wait_until 10 eval '[[ "$(statuses)" == "3 1 1 3 1 3 " ]]'
 check "Yes: the name leaves the list, Delete Entry disabled, the summary emptied" \
-  "$(names) $(app_field_of enabled "$M" 123) $(drv text --title "$M" --id "$IDC_MANAGE_SUMMARY")" \
+  "$(names) $(app_field_of enabled "$M" "$IDC_MANAGE_DELETE") $(drv text --title "$M" --id "$IDC_MANAGE_SUMMARY")" \
   "$(printf '%s\n' "home isp" "HOME ISP" "Work" | sort | tr '\n' '|') 0 "
 # Closing after a deletion refreshes View Log on everything of this year.
 close_manage
 need "View Log refreshed" drv text --title "$V" --id "$IDC_VIEWLOG_MONTH" --equals ALL --timeout-ms 30000
 check "View Log refreshed: the boxes, two sessions left, Home ISP gone, the filters usable" \
-  "$(boxes) $(drv text --title "$V" --id "$IDC_VIEWLOG_COUNT") $(drv list --title "$V" --id "$IDC_VIEWLOG_CONNECTION" | grep -cxF "Home ISP") $(app_field_of enabled "$V" 124,109,611,2,1000)" \
+  "$(boxes) $(drv text --title "$V" --id "$IDC_VIEWLOG_COUNT") $(drv list --title "$V" --id "$IDC_VIEWLOG_CONNECTION" | grep -cxF "Home ISP") $(app_field_of enabled "$V" \
+    "$filters,$IDC_VIEWLOG_MANAGE,$IDC_VIEWLOG_REPORT")" \
   "All Connections|ALL|$year 2 0 1 1 1 1 1"
 
 # --- Clear Entire Log answered No: nothing changes, and View Log keeps its filter.
@@ -147,17 +149,18 @@ open_manage
 drv click --title "$M" --id "$IDC_MANAGE_CLEAR" >/dev/null
 need "Clear Entire Log asks again" drv answer-box --title "ALERT !!" --button yes
 check_true "Yes: the log is saved" app_wait_until 10 eval '[[ "$(statuses)" == "3 3 3 3 3 3 " ]]'
-check "Yes: the list empty, both actions disabled" "$(drv list --title "$M" --id "$IDC_MANAGE_LIST" --count) $(app_field_of enabled "$M" 114,123)" "0 0 0"
+check "Yes: the list empty, both actions disabled" "$(drv list --title "$M" --id "$IDC_MANAGE_LIST" --count) $(app_field_of enabled "$M" "$IDC_MANAGE_CLEAR,$IDC_MANAGE_DELETE")" "0 0 0"
 close_manage
+controls="$IDC_VIEWLOG_MANAGE,$filters,$IDC_VIEWLOG_ACCOUNT,$IDC_VIEWLOG_REPORT,$IDC_VIEWLOG_CLOSE"
 check "View Log: everything but Close disabled, nothing listed, count and total" \
-  "$(app_field_of enabled "$V" 2,124,109,611,202,1000,1) $(drv list --title "$V" --id "$IDC_VIEWLOG_LIST" --count) $(shown)" "0 0 0 0 0 0 1 0 0|0.00 Hr."
+  "$(app_field_of enabled "$V" "$controls") $(drv list --title "$V" --id "$IDC_VIEWLOG_LIST" --count) $(shown)" "0 0 0 0 0 0 1 0 0|0.00 Hr."
 
 # --- Opened again on the empty log.
 drv click --title "$V" --id "$IDC_VIEWLOG_CLOSE" >/dev/null
 need "View Log closes" drv wait-window --gone --title "$V"
 need "View Log opens on the empty log" app_open_view_log
 check "empty log: four empty lines, then the notice; everything but Close disabled; no count, no total" \
-  "$(lines | tr '\n' '|') $(app_field_of enabled "$V" 2,124,109,611,202,1000,1) $(shown)" \
+  "$(lines | tr '\n' '|') $(app_field_of enabled "$V" "$controls") $(shown)" \
   "||||                      The   Log   Is  Currently   Empty| 0 0 0 0 0 0 1 |"
 check_true "the program still runs" app_running
 

@@ -6,7 +6,8 @@ A file may include headers of its own folder and of the folders below it, never
 above. Within a folder, the portable files (the folder itself, or posix/) never
 include its win32/ files, and only files under a win32/ folder include Windows
 headers. A header and its .cpp count as one unit, and no two units include each
-other, however far round. Prints every breach; exits 1 when there is one.
+other, however far round. The scripts name controls and messages, never by number
+(resources/resource_ids.h, scripts/wine-env.sh). Prints every breach; exits 1 when there is one.
 """
 import os
 import re
@@ -16,6 +17,8 @@ LAYERS = ["resources", "platform", "storage", "monitor", "ui", "logview", "app"]
 WINDOWS_HEADERS = {"windows.h", "commctrl.h", "shellapi.h", "mmsystem.h", "shlobj.h",
                    "objbase.h", "commdlg.h", "winuser.h", "shlwapi.h", "ras.h", "raserror.h"}
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
+RAW_ID = re.compile(r'--(ids?|icon|msg) "?(\d|WM_(USER|APP)\+)|WM_COMMAND --wparam \d|--wparam 0x|(?<!-)\b(checked|enabled|visible) ("\$\w+" )?"?\d')
+SCRIPTS = ["tests/e2e", "scripts", "tests/drivers/win_driver"]
 
 
 def check(root):
@@ -29,6 +32,9 @@ def check(root):
                         match = INCLUDE.match(line)
                         if match:
                             problems += breaches(f"{path}:{number}: ", path, *match.groups(), edges)
+    for path in sorted(os.path.join(d, n) for d in SCRIPTS for n in os.listdir(os.path.join(root, d)) if n.endswith((".sh", ".md"))):
+        with open(os.path.join(root, path), encoding="utf-8") as text:
+            problems += [f"{path}:{number}: a raw id or message number" for number, line in enumerate(text, 1) if RAW_ID.search(line)]
     return problems + cycles(edges)
 
 

@@ -71,7 +71,7 @@ long long MessageValue(const char* option, long long fallback) {
   static const std::map<std::string, long long> kNames = {
       {"WM_CLOSE", WM_CLOSE},       {"WM_COMMAND", WM_COMMAND},       {"WM_USER", WM_USER},
       {"WM_APP", WM_APP},           {"WM_KEYDOWN", WM_KEYDOWN},       {"VK_TAB", VK_TAB},
-      {"WM_ENDSESSION", WM_ENDSESSION}, {"WM_QUERYENDSESSION", WM_QUERYENDSESSION},
+      {"VK_ESCAPE", VK_ESCAPE},     {"WM_ENDSESSION", WM_ENDSESSION}, {"WM_QUERYENDSESSION", WM_QUERYENDSESSION},
       {"WM_LBUTTONDBLCLK", WM_LBUTTONDBLCLK}, {"WM_RBUTTONDOWN", WM_RBUTTONDOWN}};
   const size_t plus = text->find('+');
   auto named = kNames.find(text->substr(0, plus));
