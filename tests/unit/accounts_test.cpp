@@ -24,13 +24,7 @@ namespace {
 constexpr int32_t kMinute = 60;
 constexpr int32_t kHour = 3600;
 
-class Accounts : public ProgramStateTest {
- protected:
-  void SetUp() override {
-    ProgramStateTest::SetUp();
-    clock_.now = {2002, 1, 1, 7, 10, 0, 0};  // January 2002
-  }
-};
+class Accounts : public ProgramStateTest {};  // the clock in January 2002
 
 struct LogRow {
   const char* name;
@@ -174,45 +168,26 @@ TEST(AccountFigures, ReadAsTheDialogReadsThem) {
   for (const auto& row : wholes) EXPECT_EQ(ReadWholeNumber(row.text), row.value) << (row.text ? row.text : "null");
 }
 
-AccountRecord Entry(uint32_t kind) {
-  AccountRecord entry{};
-  std::strcpy(entry.connectionName, "Home ISP");
-  entry.kind = kind;
-  entry.hours = 40;
-  entry.monthlyCharge = 12.5f;
-  entry.excessPerMinute = 0.05f;
-  entry.vatPercent = 17.5f;
-  return entry;
-}
-
-TEST(AccountFigures, PageViewPerPlan) {
+// What the accounts page shows of an entry, per plan: whether the kind is known, the
+// checked radio, the card and the limited controls (enabled, filled) and their texts.
+TEST_F(Accounts, PageViewPerPlan) {
   const struct {
-    uint32_t kind, radio;
-    bool card, limited;  // controls enabled and filled
-  } rows[] = {{PrePaidCard, PrePaidCard, true, false},
-              {LimitedAccess, LimitedAccess, false, true},
-              {UnlimitedAccess, UnlimitedAccess, false, false}};
+    uint32_t kind;
+    const char* view;
+  } rows[] = {{PrePaidCard, "1 1 11 00 |40||||"},
+              {LimitedAccess, "1 2 00 11 ||40|12.50|0.05|17.5"},
+              {UnlimitedAccess, "1 3 00 00 |||||"},
+              {NotChosen, "1 2 00 10 |||||"},  // a new entry offers the limited plan, empty
+              {9, "0 2 00 10 |||||"}};
   for (const auto& row : rows) {
-    const AccountEntryView view = ViewAccountEntry(Entry(row.kind));
-    EXPECT_TRUE(view.known);
-    EXPECT_EQ(view.radio, row.radio);
-    EXPECT_EQ(view.cardControlsEnabled, row.card);
-    EXPECT_EQ(view.fillCard, row.card);
-    EXPECT_EQ(view.limitedControlsEnabled, row.limited);
-    EXPECT_EQ(view.fillLimited, row.limited);
+    const AccountEntryView v = ViewAccountEntry(ConfigureAccount(0, "Home ISP", row.kind, 40, 12.5f, 0.05f, 17.5f));
+    char text[200];
+    std::snprintf(text, sizeof text, "%d %u %d%d %d%d |%s|%s|%s|%s|%s", v.known, v.radio, v.cardControlsEnabled,
+                  v.fillCard, v.limitedControlsEnabled, v.fillLimited, v.cardHours, v.basicHours, v.monthlyCharge,
+                  v.excessPerMinute, v.vatPercent);
+    EXPECT_EQ(text, std::string(row.view)) << row.kind;
   }
-  const AccountEntryView none = ViewAccountEntry(Entry(NotChosen));
-  EXPECT_EQ(none.radio, LimitedAccess);
-  EXPECT_TRUE(none.limitedControlsEnabled) << "a new entry offers the limited plan, empty";
-  EXPECT_FALSE(none.fillLimited);
-  EXPECT_FALSE(ViewAccountEntry(Entry(9)).known);
   EXPECT_FALSE(SaveAccountInput(nullptr, AccountPageInput{})) << "no connection chosen: nothing saved";
-  EXPECT_STREQ(ViewAccountEntry(Entry(PrePaidCard)).cardHours, "40");
-  const AccountEntryView limited = ViewAccountEntry(Entry(LimitedAccess));
-  EXPECT_STREQ(limited.basicHours, "40");
-  EXPECT_STREQ(limited.monthlyCharge, "12.50");
-  EXPECT_STREQ(limited.excessPerMinute, "0.05");
-  EXPECT_STREQ(limited.vatPercent, "17.5");
 }
 
 // --- The usage cache against the straightforward walk -----------------------

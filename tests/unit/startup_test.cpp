@@ -108,7 +108,7 @@ enum Folder { FromProgramFolder, FromProgramFolderInCapitals, FromElsewhere, Fro
 
 struct StartRow {
   const char* what;
-  const char* marker;  // nullptr: no configuration
+  const char* marker;  // nullptr: no configuration; "": an empty file
   uint32_t runAtStartup;
   const Texts* log;    // nullptr: no current log
   std::vector<std::size_t> legacySlots;
@@ -117,6 +117,7 @@ struct StartRow {
   Texts loaded;
   const char* markerOnDisk;
   std::size_t logSize;  // 0: the log as it was written
+  uint32_t previousSessionValid = 1;
 };
 
 TEST_F(Startup, DecisionTable) {
@@ -125,6 +126,10 @@ TEST_F(Startup, DecisionTable) {
                           "shortcuts", "autostart on"};
   const StartRow rows[] = {
       {"first run", nullptr, 1, nullptr, {}, FromElsewhere, &firstRun, {"<blank>", "<blank>"}, "orvalen_v015", 392},
+      {"a first run cut short before the configuration was whole", "", 1, nullptr, {}, FromElsewhere, &firstRun,
+       {"<blank>", "<blank>"}, "orvalen_v015", 392},
+      {"a first run cut short before the log: no message", "orvalen_v015", 1, nullptr, {}, FromProgramFolder, &quiet,
+       {"<blank>", "<blank>"}, "orvalen_v015", 392, 0},
       {"first run beside a current log", nullptr, 1, &two, {0}, FromProgramFolder, nullptr,
        {"Home ISP", "Office", "<blank>"}, "orvalen_v015", 0},
       {"first run converts a legacy log silently", nullptr, 1, nullptr, {0, 5, 1999}, FromProgramFolder, nullptr,
@@ -154,10 +159,10 @@ TEST_F(Startup, DecisionTable) {
     events.clear();
     startupHooks.currentDirectory = [] { return currentDirectory; };
     if (row.marker != nullptr) {
-      WriteConfiguration(row.marker, row.runAtStartup);
+      WriteConfiguration(row.marker, row.runAtStartup, row.previousSessionValid);
       // A short file proves the block is written back: it comes out full length.
       std::vector<uint8_t> config = ReadBytes(SettingsPath());
-      config.resize(200);
+      config.resize(*row.marker != '\0' ? 200 : 0);
       WriteBytes(SettingsPath(), config);
     }
     if (row.log != nullptr) WriteCurrentLog(*row.log);
@@ -183,7 +188,7 @@ TEST_F(Startup, DecisionTable) {
     ASSERT_EQ(config.size(), 6352u);
     EXPECT_EQ(U32At(config, 60), row.runAtStartup) << "run at startup is kept";
     EXPECT_EQ(config.at(134), 219);
-    if (row.marker != nullptr) {
+    if (row.marker != nullptr && *row.marker != '\0') {
       EXPECT_STREQ(settings.currencyName, "DM") << "the rest of the configuration is kept";
     }
     EXPECT_EQ(ReadBytes(LegacyLogPath()).size(), row.legacySlots.empty() ? 0u : 384000u) << "never written";
@@ -193,21 +198,6 @@ TEST_F(Startup, DecisionTable) {
       EXPECT_EQ(ReadBytes(LogFilePath()), logBefore) << "the log is not rewritten";
     }
   }
-}
-
-TEST_F(Startup, AFirstRunCutShortIsFinishedWithoutTheMissingLogMessage) {
-  // Stopped before the configuration was whole (older releases left it empty) ...
-  WriteBytes(SettingsPath(), {});
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(events.at(0), "welcome");
-  EXPECT_EQ(ReadBytes(SettingsPath()).size(), 6352u);
-  // ... or between writing it and creating the log.
-  events.clear();
-  std::filesystem::remove(LogFilePath());
-  WriteConfiguration("orvalen_v015", 1, 0);
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(events, Texts{});
-  EXPECT_EQ(ReadBytes(LogFilePath()).size(), 392u);
 }
 
 // --- Files that cannot be read, saves that fail ------------------------------
