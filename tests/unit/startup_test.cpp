@@ -75,9 +75,10 @@ class Startup : public ProgramStateTest {
     WriteBytes(LogFilePath(), bytes);
   }
 
-  // A legacy table of 2000 records with the given slots InUse and slot 3 Deleted.
+  // A legacy table, whole or up to its last slot in use, with the given slots InUse
+  // and slot 3 Deleted.
   void WriteLegacyLog(const std::vector<std::size_t>& slots) {
-    std::vector<SessionRecord> table(kLegacyLogSlots);
+    std::vector<SessionRecord> table(std::max<std::size_t>(slots.back() + 1, 4));
     for (std::size_t slot : slots) table[slot] = UsedRecord(("Slot " + std::to_string(slot)).c_str(), 60);
     table[3].status = Deleted;
     std::vector<uint8_t> bytes(table.size() * sizeof(SessionRecord));
@@ -91,11 +92,6 @@ class Startup : public ProgramStateTest {
       names.push_back(record.status == InUse ? std::string(record.connectionName) : std::string("<blank>"));
     }
     return names;
-  }
-
-  std::string MarkerOnDisk() const {
-    const std::vector<uint8_t> bytes = ReadBytes(SettingsPath());
-    return std::string(reinterpret_cast<const char*>(bytes.data()));
   }
 
   int owner_ = 0;  // stands for the main window
@@ -144,8 +140,8 @@ TEST_F(Startup, DecisionTable) {
        {"<blank>", "<blank>"}, "orvalen_v015", 392},
       {"marker in another letter case is current", "ORVALEN_V015", 1, &home, {0, 1}, FromProgramFolder, &quiet,
        {"Home ISP", "<blank>"}, "ORVALEN_V015", 0},
-      {"upgrade converts the legacy log", "orvalen_v012", 1, nullptr, {0, 5, 1999}, FromElsewhere, &kReinstall,
-       kSlots, "orvalen_v015", 8 + 5 * 192},
+      {"upgrade converts a short legacy log", "orvalen_v012", 1, nullptr, {0, 5}, FromElsewhere, &kReinstall,
+       {"Slot 0", "Slot 5", "<blank>", "<blank>"}, "orvalen_v015", 8 + 4 * 192},
       {"upgrade without a legacy log: the message, no reinstall", "orvalen_v012", 1, nullptr, {}, FromElsewhere,
        &alert, {"<blank>", "<blank>"}, "orvalen_v015", 392},
       {"damaged marker beside a current log keeps the log", "\x01garbage", 1, &home, {0}, FromProgramFolder, &quiet,
@@ -168,6 +164,7 @@ TEST_F(Startup, DecisionTable) {
     if (row.log != nullptr) WriteCurrentLog(*row.log);
     const std::vector<uint8_t> logBefore = ReadBytes(LogFilePath());
     if (!row.legacySlots.empty()) WriteLegacyLog(row.legacySlots);
+    const std::vector<uint8_t> legacyBefore = ReadBytes(LegacyLogPath());
     currentDirectory = ProgramFolder();
     if (row.folder == FromProgramFolderInCapitals) {
       std::transform(currentDirectory.begin(), currentDirectory.end(), currentDirectory.begin(),
@@ -183,15 +180,15 @@ TEST_F(Startup, DecisionTable) {
       EXPECT_EQ(std::count(events.begin(), events.end(), kAlert), 0);
     }
     EXPECT_EQ(LoadedNames(), row.loaded);
-    EXPECT_EQ(MarkerOnDisk(), row.markerOnDisk);
     const std::vector<uint8_t> config = ReadBytes(SettingsPath());
     ASSERT_EQ(config.size(), 6352u);
+    EXPECT_STREQ(reinterpret_cast<const char*>(config.data()), row.markerOnDisk);
     EXPECT_EQ(U32At(config, 60), row.runAtStartup) << "run at startup is kept";
     EXPECT_EQ(config.at(134), 219);
     if (row.marker != nullptr && *row.marker != '\0') {
       EXPECT_STREQ(settings.currencyName, "DM") << "the rest of the configuration is kept";
     }
-    EXPECT_EQ(ReadBytes(LegacyLogPath()).size(), row.legacySlots.empty() ? 0u : 384000u) << "never written";
+    EXPECT_EQ(ReadBytes(LegacyLogPath()), legacyBefore) << "never written";
     if (row.logSize != 0) {
       EXPECT_EQ(ReadBytes(LogFilePath()).size(), row.logSize);
     } else {

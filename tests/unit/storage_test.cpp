@@ -83,13 +83,6 @@ TEST_F(LogFile, DeletedRecordIsReusedBeforeABlankOneAndKeepsItsOldTail) {
   EXPECT_EQ(Record(std::string(300, 'L').c_str()), 2u);
   EXPECT_EQ(std::strlen(sessionLog.records[2].connectionName), 104u);
   EXPECT_EQ(sessionLog.records[3].status, Blank) << "next record untouched";
-
-  EXPECT_FALSE(IsLogEmpty());
-  ClearLog();
-  EXPECT_EQ(sessionLog.count, 4u);
-  for (const SessionRecord& record : sessionLog.records) EXPECT_EQ(record.status, Deleted);
-  EXPECT_TRUE(IsLogEmpty());
-  EXPECT_FALSE(HasNoFreeSlot());
 }
 
 // What each kind of file on disk loads as: the count, and the status of each record.
@@ -147,18 +140,6 @@ TEST_F(LogFile, LoaderTable) {
   }
   EXPECT_FALSE(LoadLog(Path("missing.ovb").c_str()));
   EXPECT_FALSE(Exists(Path("missing.ovb"))) << "a load only reads";
-}
-
-// An older release's table: a short file leaves the other slots empty, and the
-// records in use are copied byte for byte in slot order.
-TEST_F(LogFile, AShortLegacyTableConvertsWhatItHolds) {
-  const SessionRecord table[3] = {UsedRecord("zero", 10), SessionRecord{}, UsedRecord("two", 20)};
-  const auto* bytes = reinterpret_cast<const uint8_t*>(table);
-  WriteBytes(LegacyLogPath(), std::vector<uint8_t>(bytes, bytes + sizeof table));
-  ASSERT_TRUE(LoadLegacyLog(LegacyLogPath().c_str()));
-  ASSERT_TRUE(ConvertLegacyLog());
-  ASSERT_EQ(sessionLog.count, 4u) << "two records and two free ones";
-  EXPECT_EQ(0, std::memcmp(&sessionLog.records[1], &table[2], sizeof(SessionRecord)));
 }
 
 }  // namespace
