@@ -26,73 +26,61 @@ constexpr int32_t kHour = 3600;
 
 class Accounts : public ProgramStateTest {};  // the clock in January 2002
 
+constexpr const char* kIsp = "Azure ISP";  // an A and a Z for the letter-case rows
+
 struct LogRow {
-  const char* name;
   int32_t seconds;
   uint32_t month = 1, year = 2002;
   RecordStatus status = InUse;
+  const char* name = kIsp;
 };
 struct AccountRow {
-  const char* name;
   uint32_t kind;
   uint32_t hours = 0;
   uint32_t configured = 1;
+  const char* name = kIsp;
 };
 struct UsageRow {
   const char* what;
   std::vector<LogRow> log;
   std::vector<AccountRow> accounts;  // entries 0, 1, ...; limited plans charge 20.0 + 0.05/min beyond, 5 % VAT
-  const char* query;
   float result;
   UsageSummary summary;  // kind, secondsThisMonth, totalSeconds, excessMinutes, allotted, cost
   uint32_t clockMonth = 1;
+  const char* query = kIsp;
 };
 
 // One connection's usage: which records count, which account entry, and what each plan makes of them.
 TEST_F(Accounts, UsageTable) {
+  const std::vector<AccountRow> limited = {{LimitedAccess, 10}}, card = {{PrePaidCard, 10}}, flat = {{UnlimitedAccess}};
   const UsageRow rows[] = {
-      {"limited: minutes beyond the basic usage with VAT",
-       {{"Home ISP", 400 * kMinute}, {"Home ISP", 300 * kMinute}}, {{"Home ISP", LimitedAccess, 10}}, "Home ISP",
-       26.25f, {LimitedAccess, 700 * kMinute, 700 * kMinute, 100, 600, 26.25f}},
-      {"limited: the seconds of an unfinished minute are free",
-       {{"Home ISP", 600 * kMinute + 59}}, {{"Home ISP", LimitedAccess, 10}}, "Home ISP",
-       21.0f, {LimitedAccess, 600 * kMinute + 59, 600 * kMinute + 59, 0, 600, 21.0f}},
-      {"other months count in the total only",
-       {{"Home ISP", 650 * kMinute}, {"Home ISP", 100 * kMinute, 12, 2001}, {"Home ISP", 100 * kMinute, 1, 2001}},
-       {{"Home ISP", LimitedAccess, 10}}, "Home ISP",
-       22.5f * 1.05f, {LimitedAccess, 650 * kMinute, 850 * kMinute, 50, 600, 22.5f * 1.05f}},
-      {"the month follows the clock",
-       {{"Home ISP", 700 * kMinute}}, {{"Home ISP", LimitedAccess, 10}}, "Home ISP",
-       21.0f, {LimitedAccess, 0, 700 * kMinute, 0, 600, 21.0f}, 2},
-      {"card: the seconds left", {{"Card", 4 * kHour}}, {{"Card", PrePaidCard, 10}}, "Card",
-       6.0f * kHour, {PrePaidCard, 4 * kHour, 4 * kHour, 0, 10, 0.0f}},
-      {"card: never less than zero", {{"Card", 11 * kHour}}, {{"Card", PrePaidCard, 10}}, "Card",
-       0.0f, {PrePaidCard, 11 * kHour, 11 * kHour, 0, 10, 0.0f}},
-      {"unlimited: one and no figures", {{"Flat", 900 * kMinute}}, {{"Flat", UnlimitedAccess, 5}}, "Flat",
-       1.0f, {UnlimitedAccess, 900 * kMinute, 900 * kMinute, 0, 0, 0.0f}},
-      {"kind not chosen", {{"None", 120}}, {{"None", NotChosen}}, "None", 0.0f, {NotChosen, 120, 120, 0, 0, 0.0f}},
-      {"unknown kind", {{"Odd", 240}}, {{"Odd", 9}}, "Odd", 0.0f, {9, 240, 240, 0, 0, 0.0f}},
+      {"limited: minutes beyond the basic usage with VAT", {{400 * kMinute}, {300 * kMinute}}, limited, 26.25f,
+       {LimitedAccess, 700 * kMinute, 700 * kMinute, 100, 600, 26.25f}},
+      {"limited: the seconds of an unfinished minute are free", {{600 * kMinute + 59}}, limited, 21.0f,
+       {LimitedAccess, 600 * kMinute + 59, 600 * kMinute + 59, 0, 600, 21.0f}},
+      {"other months count in the total only", {{650 * kMinute}, {100 * kMinute, 12, 2001}, {100 * kMinute, 1, 2001}},
+       limited, 22.5f * 1.05f, {LimitedAccess, 650 * kMinute, 850 * kMinute, 50, 600, 22.5f * 1.05f}},
+      {"the month follows the clock", {{700 * kMinute}}, limited, 21.0f,
+       {LimitedAccess, 0, 700 * kMinute, 0, 600, 21.0f}, 2},
+      {"card: the seconds left", {{4 * kHour}}, card, 6.0f * kHour, {PrePaidCard, 4 * kHour, 4 * kHour, 0, 10, 0.0f}},
+      {"card: never less than zero", {{11 * kHour}}, card, 0.0f, {PrePaidCard, 11 * kHour, 11 * kHour, 0, 10, 0.0f}},
+      {"unlimited: one and no figures", {{900 * kMinute}}, {{UnlimitedAccess, 5}}, 1.0f,
+       {UnlimitedAccess, 900 * kMinute, 900 * kMinute, 0, 0, 0.0f}},
+      {"kind not chosen", {{120}}, {{NotChosen}}, 0.0f, {NotChosen, 120, 120, 0, 0, 0.0f}},
+      {"unknown kind", {{240}}, {{9}}, 0.0f, {9, 240, 240, 0, 0, 0.0f}},
       {"record names match ignoring case",
-       {{"home isp", 100}, {"HOME ISP", 200}, {"Home ISP2", 400}}, {{"Home ISP", UnlimitedAccess}}, "Home ISP",
-       1.0f, {UnlimitedAccess, 300, 300, 0, 0, 0.0f}},
-      {"A and Z ignore case too", {{"zap", 60}}, {{"ZAP", UnlimitedAccess}}, "ZAP", 1.0f,
-       {UnlimitedAccess, 60, 60, 0, 0, 0.0f}},
-      {"account names do not", {{"home isp", 100}}, {{"Home ISP", UnlimitedAccess}}, "home isp", 0.0f, {}},
-      {"named but not configured", {{"Home ISP", 700 * kMinute}}, {{"Home ISP", LimitedAccess, 10, 0}}, "Home ISP",
-       0.0f, {}},
-      {"configured without records", {{"Other", 100}}, {{"Card", PrePaidCard, 10}}, "Card", 0.0f, {}},
-      {"deleted records are not counted",
-       {{"Home ISP", 100}, {"Home ISP", 5000, 1, 2002, Deleted}}, {{"Home ISP", UnlimitedAccess}}, "Home ISP",
-       1.0f, {UnlimitedAccess, 100, 100, 0, 0, 0.0f}},
-      {"only deleted records", {{"Home ISP", 5000, 1, 2002, Deleted}}, {{"Home ISP", UnlimitedAccess}}, "Home ISP",
-       0.0f, {}},
-      {"the lowest configured entry wins",
-       {{"Home ISP", kHour}},
-       {{"Home ISP", LimitedAccess, 0, 0}, {"Home ISP", PrePaidCard, 2}, {"Home ISP", UnlimitedAccess}}, "Home ISP",
+       {{100, 1, 2002, InUse, "azure isp"}, {200, 1, 2002, InUse, "AZURE ISP"}, {400, 1, 2002, InUse, "Azure ISP2"}},
+       flat, 1.0f, {UnlimitedAccess, 300, 300, 0, 0, 0.0f}},
+      {"account names do not", {{100, 1, 2002, InUse, "azure isp"}}, flat, 0.0f, {}, 1, "azure isp"},
+      {"named but not configured", {{700 * kMinute}}, {{LimitedAccess, 10, 0}}, 0.0f, {}},
+      {"configured without records", {{100, 1, 2002, InUse, "Other"}}, card, 0.0f, {}},
+      {"deleted records are not counted", {{100}, {5000, 1, 2002, Deleted}}, flat, 1.0f,
+       {UnlimitedAccess, 100, 100, 0, 0, 0.0f}},
+      {"only deleted records", {{5000, 1, 2002, Deleted}}, flat, 0.0f, {}},
+      {"the lowest configured entry wins", {{kHour}}, {{LimitedAccess, 0, 0}, {PrePaidCard, 2}, {UnlimitedAccess}},
        1.0f * kHour, {PrePaidCard, kHour, kHour, 0, 2, 0.0f}},
-      {"the total is a float sum, the month an integer sum",
-       {{"Long", 16777216}, {"Long", 1}}, {{"Long", UnlimitedAccess}}, "Long",
-       1.0f, {UnlimitedAccess, 16777217, 16777216, 0, 0, 0.0f}},
+      {"the total is a float sum, the month an integer sum", {{16777216}, {1}}, flat, 1.0f,
+       {UnlimitedAccess, 16777217, 16777216, 0, 0, 0.0f}},
   };
   for (const UsageRow& row : rows) {
     SCOPED_TRACE(row.what);
@@ -162,9 +150,8 @@ TEST(AccountFigures, ReadAsTheDialogReadsThem) {
   const struct {
     const char* text;
     uint32_t value;
-  } wholes[] = {{"05", 5}, {"40", 40},        {"  40 ", 40}, {"0", 0},     {"4294967295", 4294967295u}, {"4294967296", 0},
-                {"", 0},           {nullptr, 0},  {"ten", 0},   {"12.5", 0},                 {"-3", 0},
-                {"3 4", 0}};
+  } wholes[] = {{"05", 5}, {"40", 40},    {"  40 ", 40}, {"0", 0},    {"4294967295", 4294967295u}, {"4294967296", 0},
+                {"", 0},   {nullptr, 0}, {"ten", 0},    {"12.5", 0}, {"-3", 0},                   {"3 4", 0}};
   for (const auto& row : wholes) EXPECT_EQ(ReadWholeNumber(row.text), row.value) << (row.text ? row.text : "null");
 }
 

@@ -33,10 +33,9 @@ TEST_F(SettingsFile, FirstRunWritesTheDefaultBytesAfterMarkingAndInstalling) {
   // The marker, 1.0f at 20, the bytes set by default; everything else is zero.
   std::vector<uint8_t> expected(6352, 0);
   std::memcpy(expected.data(), "orvalen_v015", 13);
-  for (const auto& [offset, value] : std::vector<std::pair<std::size_t, uint8_t>>{
-           {22, 0x80}, {23, 0x3F}, {24, 1}, {43, 1}, {45, 2}, {53, 10}, {54, 30}, {55, 30}, {60, 1}, {133, 1}, {134, 219}}) {
-    expected[offset] = value;
-  }
+  const std::vector<std::pair<std::size_t, uint8_t>> setBytes = {
+      {22, 0x80}, {23, 0x3F}, {24, 1}, {43, 1}, {45, 2}, {53, 10}, {54, 30}, {55, 30}, {60, 1}, {133, 1}, {134, 219}};
+  for (const auto& [offset, value] : setBytes) expected[offset] = value;
   EXPECT_EQ(ReadBytes(SettingsPath()), expected);
 
   // Defaults leave the fields they do not set alone.
