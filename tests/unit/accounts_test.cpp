@@ -13,7 +13,6 @@
 #include "monitor/session.h"
 #include "storage/account_figures.h"
 #include "storage/accounts.h"
-#include "storage/fixed_text.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
 #include "storage/usage_cache.h"

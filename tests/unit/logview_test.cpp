@@ -11,8 +11,6 @@
 #include "logview/manage_log_summary.h"
 #include "logview/text_report.h"
 #include "monitor/dial_up_probe.h"
-#include "monitor/session.h"
-#include "storage/accounts.h"
 #include "storage/fixed_text.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"

@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "storage/fixed_text.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
