@@ -13,7 +13,6 @@
 #include "monitor/session.h"
 #include "storage/account_figures.h"
 #include "storage/accounts.h"
-#include "storage/fixed_text.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
 #include "storage/usage_cache.h"
@@ -24,81 +23,63 @@ namespace {
 constexpr int32_t kMinute = 60;
 constexpr int32_t kHour = 3600;
 
-class Accounts : public ProgramStateTest {
- protected:
-  void SetUp() override {
-    ProgramStateTest::SetUp();
-    clock_.now = {2002, 1, 1, 7, 10, 0, 0};  // January 2002
-  }
-};
+class Accounts : public ProgramStateTest {};  // the clock in January 2002
+
+constexpr const char* kIsp = "Azure ISP";  // an A and a Z for the letter-case rows
 
 struct LogRow {
-  const char* name;
   int32_t seconds;
   uint32_t month = 1, year = 2002;
   RecordStatus status = InUse;
+  const char* name = kIsp;
 };
 struct AccountRow {
-  const char* name;
   uint32_t kind;
   uint32_t hours = 0;
   uint32_t configured = 1;
+  const char* name = kIsp;
 };
 struct UsageRow {
   const char* what;
   std::vector<LogRow> log;
   std::vector<AccountRow> accounts;  // entries 0, 1, ...; limited plans charge 20.0 + 0.05/min beyond, 5 % VAT
-  const char* query;
   float result;
   UsageSummary summary;  // kind, secondsThisMonth, totalSeconds, excessMinutes, allotted, cost
   uint32_t clockMonth = 1;
+  const char* query = kIsp;
 };
 
 // One connection's usage: which records count, which account entry, and what each plan makes of them.
 TEST_F(Accounts, UsageTable) {
+  const std::vector<AccountRow> limited = {{LimitedAccess, 10}}, card = {{PrePaidCard, 10}}, flat = {{UnlimitedAccess}};
   const UsageRow rows[] = {
-      {"limited: minutes beyond the basic usage with VAT",
-       {{"Home ISP", 400 * kMinute}, {"Home ISP", 300 * kMinute}}, {{"Home ISP", LimitedAccess, 10}}, "Home ISP",
-       26.25f, {LimitedAccess, 700 * kMinute, 700 * kMinute, 100, 600, 26.25f}},
-      {"limited: the seconds of an unfinished minute are free",
-       {{"Home ISP", 600 * kMinute + 59}}, {{"Home ISP", LimitedAccess, 10}}, "Home ISP",
-       21.0f, {LimitedAccess, 600 * kMinute + 59, 600 * kMinute + 59, 0, 600, 21.0f}},
-      {"other months count in the total only",
-       {{"Home ISP", 650 * kMinute}, {"Home ISP", 100 * kMinute, 12, 2001}, {"Home ISP", 100 * kMinute, 1, 2001}},
-       {{"Home ISP", LimitedAccess, 10}}, "Home ISP",
-       22.5f * 1.05f, {LimitedAccess, 650 * kMinute, 850 * kMinute, 50, 600, 22.5f * 1.05f}},
-      {"the month follows the clock",
-       {{"Home ISP", 700 * kMinute}}, {{"Home ISP", LimitedAccess, 10}}, "Home ISP",
-       21.0f, {LimitedAccess, 0, 700 * kMinute, 0, 600, 21.0f}, 2},
-      {"card: the seconds left", {{"Card", 4 * kHour}}, {{"Card", PrePaidCard, 10}}, "Card",
-       6.0f * kHour, {PrePaidCard, 4 * kHour, 4 * kHour, 0, 10, 0.0f}},
-      {"card: never less than zero", {{"Card", 11 * kHour}}, {{"Card", PrePaidCard, 10}}, "Card",
-       0.0f, {PrePaidCard, 11 * kHour, 11 * kHour, 0, 10, 0.0f}},
-      {"unlimited: one and no figures", {{"Flat", 900 * kMinute}}, {{"Flat", UnlimitedAccess, 5}}, "Flat",
-       1.0f, {UnlimitedAccess, 900 * kMinute, 900 * kMinute, 0, 0, 0.0f}},
-      {"kind not chosen", {{"None", 120}}, {{"None", NotChosen}}, "None", 0.0f, {NotChosen, 120, 120, 0, 0, 0.0f}},
-      {"unknown kind", {{"Odd", 240}}, {{"Odd", 9}}, "Odd", 0.0f, {9, 240, 240, 0, 0, 0.0f}},
+      {"limited: minutes beyond the basic usage with VAT", {{400 * kMinute}, {300 * kMinute}}, limited, 26.25f,
+       {LimitedAccess, 700 * kMinute, 700 * kMinute, 100, 600, 26.25f}},
+      {"limited: the seconds of an unfinished minute are free", {{600 * kMinute + 59}}, limited, 21.0f,
+       {LimitedAccess, 600 * kMinute + 59, 600 * kMinute + 59, 0, 600, 21.0f}},
+      {"other months count in the total only", {{650 * kMinute}, {100 * kMinute, 12, 2001}, {100 * kMinute, 1, 2001}},
+       limited, 22.5f * 1.05f, {LimitedAccess, 650 * kMinute, 850 * kMinute, 50, 600, 22.5f * 1.05f}},
+      {"the month follows the clock", {{700 * kMinute}}, limited, 21.0f,
+       {LimitedAccess, 0, 700 * kMinute, 0, 600, 21.0f}, 2},
+      {"card: the seconds left", {{4 * kHour}}, card, 6.0f * kHour, {PrePaidCard, 4 * kHour, 4 * kHour, 0, 10, 0.0f}},
+      {"card: never less than zero", {{11 * kHour}}, card, 0.0f, {PrePaidCard, 11 * kHour, 11 * kHour, 0, 10, 0.0f}},
+      {"unlimited: one and no figures", {{900 * kMinute}}, {{UnlimitedAccess, 5}}, 1.0f,
+       {UnlimitedAccess, 900 * kMinute, 900 * kMinute, 0, 0, 0.0f}},
+      {"kind not chosen", {{120}}, {{NotChosen}}, 0.0f, {NotChosen, 120, 120, 0, 0, 0.0f}},
+      {"unknown kind", {{240}}, {{9}}, 0.0f, {9, 240, 240, 0, 0, 0.0f}},
       {"record names match ignoring case",
-       {{"home isp", 100}, {"HOME ISP", 200}, {"Home ISP2", 400}}, {{"Home ISP", UnlimitedAccess}}, "Home ISP",
-       1.0f, {UnlimitedAccess, 300, 300, 0, 0, 0.0f}},
-      {"A and Z ignore case too", {{"zap", 60}}, {{"ZAP", UnlimitedAccess}}, "ZAP", 1.0f,
-       {UnlimitedAccess, 60, 60, 0, 0, 0.0f}},
-      {"account names do not", {{"home isp", 100}}, {{"Home ISP", UnlimitedAccess}}, "home isp", 0.0f, {}},
-      {"named but not configured", {{"Home ISP", 700 * kMinute}}, {{"Home ISP", LimitedAccess, 10, 0}}, "Home ISP",
-       0.0f, {}},
-      {"configured without records", {{"Other", 100}}, {{"Card", PrePaidCard, 10}}, "Card", 0.0f, {}},
-      {"deleted records are not counted",
-       {{"Home ISP", 100}, {"Home ISP", 5000, 1, 2002, Deleted}}, {{"Home ISP", UnlimitedAccess}}, "Home ISP",
-       1.0f, {UnlimitedAccess, 100, 100, 0, 0, 0.0f}},
-      {"only deleted records", {{"Home ISP", 5000, 1, 2002, Deleted}}, {{"Home ISP", UnlimitedAccess}}, "Home ISP",
-       0.0f, {}},
-      {"the lowest configured entry wins",
-       {{"Home ISP", kHour}},
-       {{"Home ISP", LimitedAccess, 0, 0}, {"Home ISP", PrePaidCard, 2}, {"Home ISP", UnlimitedAccess}}, "Home ISP",
+       {{100, 1, 2002, InUse, "azure isp"}, {200, 1, 2002, InUse, "AZURE ISP"}, {400, 1, 2002, InUse, "Azure ISP2"}},
+       flat, 1.0f, {UnlimitedAccess, 300, 300, 0, 0, 0.0f}},
+      {"account names do not", {{100, 1, 2002, InUse, "azure isp"}}, flat, 0.0f, {}, 1, "azure isp"},
+      {"named but not configured", {{700 * kMinute}}, {{LimitedAccess, 10, 0}}, 0.0f, {}},
+      {"configured without records", {{100, 1, 2002, InUse, "Other"}}, card, 0.0f, {}},
+      {"deleted records are not counted", {{100}, {5000, 1, 2002, Deleted}}, flat, 1.0f,
+       {UnlimitedAccess, 100, 100, 0, 0, 0.0f}},
+      {"only deleted records", {{5000, 1, 2002, Deleted}}, flat, 0.0f, {}},
+      {"the lowest configured entry wins", {{kHour}}, {{LimitedAccess, 0, 0}, {PrePaidCard, 2}, {UnlimitedAccess}},
        1.0f * kHour, {PrePaidCard, kHour, kHour, 0, 2, 0.0f}},
-      {"the total is a float sum, the month an integer sum",
-       {{"Long", 16777216}, {"Long", 1}}, {{"Long", UnlimitedAccess}}, "Long",
-       1.0f, {UnlimitedAccess, 16777217, 16777216, 0, 0, 0.0f}},
+      {"the total is a float sum, the month an integer sum", {{16777216}, {1}}, flat, 1.0f,
+       {UnlimitedAccess, 16777217, 16777216, 0, 0, 0.0f}},
   };
   for (const UsageRow& row : rows) {
     SCOPED_TRACE(row.what);
@@ -135,11 +116,8 @@ TEST_F(Accounts, LongConnectionNamesAreCutTo31CharactersAndFoundAgain) {
   EXPECT_STREQ(AccountName(1), "") << "the long name finds its entry again";
   EXPECT_EQ(AccountIndexByName(stored.c_str()), 0);
   EXPECT_EQ(AccountIndexByName(stored.substr(0, 30).c_str()), kNoAccount);
-  settings.accounts[0].configured = 1;
-  settings.accounts[0].kind = UnlimitedAccess;
-  LogSession(longName.c_str(), 300);
+  ConfigureAccount(0, longName.c_str(), UnlimitedAccess);
   EXPECT_EQ(FindAccount(longName.c_str()), 0);
-  EXPECT_EQ(TotalSeconds(longName.c_str()), 300);
   EXPECT_TRUE(DeleteAccount(longName.c_str()));
   EXPECT_EQ(AccountIndexByName(longName.c_str()), kNoAccount);
 
@@ -168,51 +146,31 @@ TEST(AccountFigures, ReadAsTheDialogReadsThem) {
   const struct {
     const char* text;
     uint32_t value;
-  } wholes[] = {{"05", 5}, {"40", 40},        {"  40 ", 40}, {"0", 0},     {"4294967295", 4294967295u}, {"4294967296", 0},
-                {"", 0},           {nullptr, 0},  {"ten", 0},   {"12.5", 0},                 {"-3", 0},
-                {"3 4", 0}};
+  } wholes[] = {{"05", 5}, {"40", 40},    {"  40 ", 40}, {"0", 0},    {"4294967295", 4294967295u}, {"4294967296", 0},
+                {"", 0},   {nullptr, 0}, {"ten", 0},    {"12.5", 0}, {"-3", 0},                   {"3 4", 0}};
   for (const auto& row : wholes) EXPECT_EQ(ReadWholeNumber(row.text), row.value) << (row.text ? row.text : "null");
 }
 
-AccountRecord Entry(uint32_t kind) {
-  AccountRecord entry{};
-  std::strcpy(entry.connectionName, "Home ISP");
-  entry.kind = kind;
-  entry.hours = 40;
-  entry.monthlyCharge = 12.5f;
-  entry.excessPerMinute = 0.05f;
-  entry.vatPercent = 17.5f;
-  return entry;
-}
-
-TEST(AccountFigures, PageViewPerPlan) {
+// What the accounts page shows of an entry, per plan: whether the kind is known, the
+// checked radio, the card and the limited controls (enabled, filled) and their texts.
+TEST_F(Accounts, PageViewPerPlan) {
   const struct {
-    uint32_t kind, radio;
-    bool card, limited;  // controls enabled and filled
-  } rows[] = {{PrePaidCard, PrePaidCard, true, false},
-              {LimitedAccess, LimitedAccess, false, true},
-              {UnlimitedAccess, UnlimitedAccess, false, false}};
+    uint32_t kind;
+    const char* view;
+  } rows[] = {{PrePaidCard, "1 1 11 00 |40||||"},
+              {LimitedAccess, "1 2 00 11 ||40|12.50|0.05|17.5"},
+              {UnlimitedAccess, "1 3 00 00 |||||"},
+              {NotChosen, "1 2 00 10 |||||"},  // a new entry offers the limited plan, empty
+              {9, "0 2 00 10 |||||"}};
   for (const auto& row : rows) {
-    const AccountEntryView view = ViewAccountEntry(Entry(row.kind));
-    EXPECT_TRUE(view.known);
-    EXPECT_EQ(view.radio, row.radio);
-    EXPECT_EQ(view.cardControlsEnabled, row.card);
-    EXPECT_EQ(view.fillCard, row.card);
-    EXPECT_EQ(view.limitedControlsEnabled, row.limited);
-    EXPECT_EQ(view.fillLimited, row.limited);
+    const AccountEntryView v = ViewAccountEntry(ConfigureAccount(0, "Home ISP", row.kind, 40, 12.5f, 0.05f, 17.5f));
+    char text[200];
+    std::snprintf(text, sizeof text, "%d %u %d%d %d%d |%s|%s|%s|%s|%s", v.known, v.radio, v.cardControlsEnabled,
+                  v.fillCard, v.limitedControlsEnabled, v.fillLimited, v.cardHours, v.basicHours, v.monthlyCharge,
+                  v.excessPerMinute, v.vatPercent);
+    EXPECT_EQ(text, std::string(row.view)) << row.kind;
   }
-  const AccountEntryView none = ViewAccountEntry(Entry(NotChosen));
-  EXPECT_EQ(none.radio, LimitedAccess);
-  EXPECT_TRUE(none.limitedControlsEnabled) << "a new entry offers the limited plan, empty";
-  EXPECT_FALSE(none.fillLimited);
-  EXPECT_FALSE(ViewAccountEntry(Entry(9)).known);
   EXPECT_FALSE(SaveAccountInput(nullptr, AccountPageInput{})) << "no connection chosen: nothing saved";
-  EXPECT_STREQ(ViewAccountEntry(Entry(PrePaidCard)).cardHours, "40");
-  const AccountEntryView limited = ViewAccountEntry(Entry(LimitedAccess));
-  EXPECT_STREQ(limited.basicHours, "40");
-  EXPECT_STREQ(limited.monthlyCharge, "12.50");
-  EXPECT_STREQ(limited.excessPerMinute, "0.05");
-  EXPECT_STREQ(limited.vatPercent, "17.5");
 }
 
 // --- The usage cache against the straightforward walk -----------------------
@@ -255,16 +213,13 @@ class UsageCache : public ProgramStateTest {
                   cached ? CachedTotalSeconds(name) : TotalSeconds(name), Bits(remaining));
     return text;
   }
-  void ExpectSameAsFresh(const char* name) {
-    EXPECT_EQ(Figures(name, true), Figures(name, false)) << "connection " << (name ? name : "(null)");
+  void ExpectSameAsFresh(const std::vector<const char*>& names) {
+    for (const char* name : names) EXPECT_EQ(Figures(name, true), Figures(name, false)) << "connection " << name;
   }
-
-  void ExpectAllSameAsFresh() {
-    for (const char* name : {"Card ISP", "CARD ISP", "Month ISP", "Flat ISP", "Nobody", ""}) ExpectSameAsFresh(name);
-  }
+  void ExpectAllSameAsFresh() { ExpectSameAsFresh({"Card ISP", "CARD ISP", "Month ISP", "Flat ISP", "Nobody", ""}); }
 };
 
-TEST_F(UsageCache, RepeatedQueriesWalkTheLogOncePerConnection) {
+TEST_F(UsageCache, WalksTheLogOncePerConnectionAndNeverGoesStale) {
   ExpectAllSameAsFresh();
   const uint64_t walks = UsageCacheLogWalks();
   // The status text of a whole on-line minute at twelve rebuilds a second.
@@ -275,29 +230,20 @@ TEST_F(UsageCache, RepeatedQueriesWalkTheLogOncePerConnection) {
   EXPECT_EQ(UsageCacheLogWalks(), walks);
   EXPECT_NE(std::strstr(statusState.statusText, "5.50 Hrs."), nullptr) << statusState.statusText;
 
-  // Account changes need no invalidation: the log's sums stay valid.
+  // Account changes need no new walk: the log's sums stay valid.
   settings.accounts[0].hours = 2;  // the card: 4.5 h logged of 2
-  EXPECT_EQ(CachedCardSecondsRemaining("Card ISP"), 0.0f);
   settings.accounts[1].kind = PrePaidCard;
-  settings.accounts[2].configured = 0;
-  EXPECT_EQ(CachedAccountKindOf("Flat ISP"), static_cast<uint32_t>(NotChosen));
-  ExpectAllSameAsFresh();
-  EXPECT_TRUE(DeleteAccount("Card ISP"));
+  EXPECT_TRUE(DeleteAccount("Flat ISP"));
   ConfigureAccount(5, "CARD ISP", UnlimitedAccess);
   ExpectAllSameAsFresh();
   EXPECT_EQ(UsageCacheLogWalks(), walks);
-
-  // A new month restarts the month figures, also the same month a year on.
-  clock_.now = {2002, 4, 1, 1, 0, 0, 1};
+  // The same month a year on restarts the month figures (other months: the steps below).
+  clock_.now.year = 2003;
   EXPECT_EQ(CachedSecondsThisMonth("Month ISP"), 0);
   ExpectAllSameAsFresh();
-  clock_.now = {2003, 3, 6, 12, 9, 0, 0};
-  EXPECT_EQ(CachedSecondsThisMonth("Month ISP"), 0);
-  ExpectAllSameAsFresh();
-}
+  clock_.now.year = 2002;
 
-// Any sequence of the shared log and account operations keeps the cache exact.
-TEST_F(UsageCache, RandomOperationsNeverLeaveItStale) {
+  // Any sequence of the shared log and account operations keeps the cache exact.
   std::mt19937 random(20021203);
   const char* const names[] = {"Card ISP", "card isp", "Month ISP", "Flat ISP", "New ISP"};
   auto pick = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
@@ -329,12 +275,12 @@ TEST_F(UsageCache, RandomOperationsNeverLeaveItStale) {
         if (pick(20) == 0) {
           std::memset(logState.LegacyLogTable, 0, sizeof logState.LegacyLogTable);
           logState.LegacyLogTable[3] = UsedRecord(name, 36000, 3, 2002);
-          ConvertLegacyLog();
+          EXPECT_TRUE(ConvertLegacyLog());
         }
         break;
       default: ConfigureAccount(pick(6), name, static_cast<uint32_t>(pick(4)), 3, 9.5f, 0.1f, 17.5f); break;
     }
-    ExpectSameAsFresh(names[pick(5)]);
+    ExpectSameAsFresh({names[pick(5)]});
     if (HasFailure()) FAIL() << "after step " << step;
   }
 }

@@ -11,8 +11,6 @@
 #include "logview/manage_log_summary.h"
 #include "logview/text_report.h"
 #include "monitor/dial_up_probe.h"
-#include "monitor/session.h"
-#include "storage/accounts.h"
 #include "storage/fixed_text.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
@@ -21,7 +19,6 @@
 
 namespace {
 
-const std::string kRule72(72, '*');
 const std::string kRule47(47, '*');
 using Indices = std::vector<uint32_t>;
 using Texts = std::vector<std::string>;
@@ -40,22 +37,10 @@ class LogView : public ProgramStateTest {
     return record;
   }
 
-  // Indices of the records that the three box texts list, in record order.
-  static Indices Listed(const char* connection, const char* month, const char* yearText) {
-    char year[kFilterYearSize] = {};
-    CopyFixedText(year, yearText);
-    const LogFilter filter = MakeLogFilter(connection, month, year);
-    Indices indices;
-    for (uint32_t i = 0; i < sessionLog.count; ++i) {
-      if (RecordMatches(filter, sessionLog.records[i])) indices.push_back(i);
-    }
-    return indices;
-  }
-
-  static LogListing FillAll() {
+  static LogListing FillAll(const char* connection = "All Connections") {
     char year[kFilterYearSize] = "ALL ";
     LogListing listing;
-    BuildLogListing("All Connections", "ALL", year, listing);
+    BuildLogListing(connection, "ALL", year, listing);
     return listing;
   }
 
@@ -72,44 +57,36 @@ class LogView : public ProgramStateTest {
     }
     return statuses;
   }
-
-  static Texts launches;
 };
 
-Texts LogView::launches;
+Texts launches;
 
-TEST_F(LogView, MonthsAndYearsOfTheBoxes) {
-  for (uint32_t m : {1u, 12u}) EXPECT_STREQ(MonthAbbreviation(m), m == 1 ? "JAN" : "DEC");
-  for (uint32_t m : {0u, 13u, 0xFFFFFFFFu}) EXPECT_STREQ(MonthAbbreviation(m), "ERROR");
-  EXPECT_EQ(MonthNumber("jan"), 1u);
-  EXPECT_EQ(MonthNumber("dEc"), 12u);
-  for (const char* text : {"ALL", "JANUARY", "JA", "", static_cast<const char*>(nullptr)}) EXPECT_EQ(MonthNumber(text), 255u);
-
-  const Texts fixed(std::begin(kYearChoices), std::end(kYearChoices));
-  EXPECT_EQ(YearChoices(2002), fixed);
-  EXPECT_EQ(YearChoices(2011), fixed);
-  EXPECT_EQ(YearChoices(0), fixed);
+// The year box offers the fixed years, then every year up to the clock's.
+TEST_F(LogView, YearsGrowWithTheClockAndNoTextIsAMonth) {
+  EXPECT_EQ(YearChoices(2011), Texts(std::begin(kYearChoices), std::end(kYearChoices)));
   const Texts later = YearChoices(2026);
   ASSERT_EQ(later.size(), kYearChoiceCount + 15);
-  EXPECT_EQ(later[kYearChoiceCount - 1], "2011");
-  EXPECT_EQ(later[kYearChoiceCount], "2012");
   EXPECT_EQ(later.back(), "2026");
   EXPECT_EQ(YearChoices(4000000000u).back(), "9999") << "a clock gone wild stops at four digits";
+  EXPECT_STREQ(MonthAbbreviation(13), "ERROR");
+  EXPECT_EQ(MonthNumber(nullptr), 255u);
 }
 
-// Which records each combination of the three boxes lists.
+// Which records each combination of the three boxes lists. Record i lasts 2^i seconds,
+// so the listing's total tells which ones it holds.
 TEST_F(LogView, FilterTable) {
-  LogSession("Home ISP", 60, 3, 2002);               // 0
-  LogSession("home isp", 60, 3, 2002);               // 1
-  LogSession("Work", 60, 3, 2002);                   // 2
-  LogSession("Home ISP", 60, 4, 2002);               // 3
-  LogSession("HOME ISP", 60, 3, 2003);               // 4
-  LogSession("Home ISP", 60, 3, 2002, Deleted);      // 5
-  LogSession("", 0, 0, 0, Blank);                    // 6
-  LogSession("Home ISP", 60, 4, 2003);               // 7
+  LogSession("Home ISP", 1, 3, 2002);
+  LogSession("home isp", 2, 3, 2002);
+  LogSession("Work", 4, 3, 2002);
+  LogSession("Home ISP", 8, 4, 2002);
+  LogSession("HOME ISP", 16, 3, 2003);
+  LogSession("Home ISP", 32, 3, 2002, Deleted);
+  LogSession("", 64, 0, 0, Blank);
+  LogSession("Home ISP", 128, 4, 2003);
   const struct {
     const char *connection, *month, *year;
     Indices listed;
+    bool clearTexts = false;  // only a fully specific filter that matches nothing empties the texts
   } rows[] = {
       {"All Connections", "ALL", "ALL ", {0, 1, 2, 3, 4, 7}},
       {"all connections", "all", "aLL ", {0, 1, 2, 3, 4, 7}},
@@ -122,45 +99,30 @@ TEST_F(LogView, FilterTable) {
       {"All Connections", "ALL", "2003", {4, 7}},
       {"home isp", "MAR", "ALL ", {0, 1, 4}},
       {"All Connections", "MAR", "2002", {0, 1, 2}},
+      {"All Connections", "MAR", "", {0, 1, 2}},  // an empty year text receives the current year
       {"HOME isp", "ALL", "2003", {4, 7}},
       // All three specific: the exact name.
       {"Home ISP", "MAR", "2002", {0}},
       {"home isp", "MAR", "2002", {1}},
       {"HOME ISP", "mar", "2003", {4}},
-      {"Home ISP", "MAR", "2003", {}},
+      {"Home ISP", "MAR", "2003", {}, true},
+      {"All Connections", "MAR", "2005", {}},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(Listed(row.connection, row.month, row.year), row.listed)
-        << row.connection << " | " << row.month << " | " << row.year;
-  }
-  char year[kFilterYearSize] = "";
-  const LogFilter filter = MakeLogFilter("All Connections", "MAR", year);
-  EXPECT_STREQ(year, "2002") << "an empty year text receives the current year";
-  EXPECT_FALSE(filter.allYears);
-  EXPECT_EQ(filter.year, 2002u);
-
-  // The listing of a filter: its lines and count. Only a fully specific filter that
-  // matches nothing empties the texts.
-  const struct {
-    const char *connection, *month, *year;
-    int count;
-    bool clearTexts;
-  } listings[] = {{"home isp", "ALL", "2002", 3, false},
-                  {"All Connections", "MAR", "2005", 0, false},
-                  {"Home ISP", "MAR", "2003", 0, true},
-                  {"Home ISP", "MAR", "2002", 1, false}};
-  for (const auto& row : listings) {
+    SCOPED_TRACE(std::string(row.connection) + " | " + row.month + " | " + row.year);
     char listedYear[kFilterYearSize] = {};
     CopyFixedText(listedYear, row.year);
     LogListing listing;
-    EXPECT_EQ(BuildLogListing(row.connection, row.month, listedYear, listing), row.count > 0);
-    EXPECT_EQ(listing.count, row.count);
-    EXPECT_EQ(listing.totalSeconds, 60.0f * row.count);
+    const int count = static_cast<int>(row.listed.size());
+    EXPECT_EQ(BuildLogListing(row.connection, row.month, listedYear, listing), count > 0);
+    EXPECT_EQ(listing.count, count);
+    float total = 0.0f;
+    for (const uint32_t i : row.listed) total += static_cast<float>(1u << i);
+    EXPECT_EQ(listing.totalSeconds, total);
     EXPECT_EQ(listing.clearTexts, row.clearTexts);
-    EXPECT_EQ(listing.lines.size(), 6u * row.count);
+    EXPECT_EQ(listing.lines.size(), 6u * count);
+    EXPECT_STREQ(listedYear, *row.year != '\0' ? row.year : "2002");
   }
-  RememberFilter("Home ISP", "MARCH OF THE YEAR", "2002");
-  EXPECT_STREQ(logViewState.LastFilter.month, "MARCH OF ") << "cut to its field";
 }
 
 TEST_F(LogView, ListLinesAndTheReportOfTwoSessions) {
@@ -172,7 +134,7 @@ TEST_F(LogView, ListLinesAndTheReportOfTwoSessions) {
   EXPECT_EQ(listing.lines.LineText(2), " Log Off Time        : 9 : 15 : 00  PM");
   EXPECT_EQ(listing.lines.LineText(3), " Log On Time        : 8 : 05 : 00  PM");
   EXPECT_EQ(listing.lines.LineText(4), " Duration               : 1 Hr : 10 Min : 27 sec");
-  EXPECT_EQ(listing.lines.LineText(5), kRule72);
+  EXPECT_EQ(listing.lines.LineText(5), std::string(72, '*'));
   const std::string expected =
       "Orvalen-generated log\r\nGenerated on : 1 / 7 / 2002\r\n2 connection(s) displayed\r\n"
       "2.17 hour(s) is total time used up by displayed connections\r\n\r\nDetails follow:-\r\n"
@@ -182,7 +144,6 @@ TEST_F(LogView, ListLinesAndTheReportOfTwoSessions) {
       " Date\t\t\tWed.  Nov.  20, 2002\r\n Connection Used\tWork\r\n Log Off Time\t\t9 : 00 : 00  AM\r\n"
       " Log On Time\t\t8 : 00 : 00  AM\r\n Duration\t\t1 Hr : 0 Min : 0 sec\r\n" + kRule47 + "\r\n\r\n";
   EXPECT_EQ(logViewState.FinishedReport, expected);
-  EXPECT_TRUE(logViewState.PendingReport.empty());
 
   // Written over an older, longer report, twice, with the date of the filling.
   const std::string path = Path("Log File.txt");
@@ -202,10 +163,7 @@ TEST_F(LogView, ListLinesAndTheReportOfTwoSessions) {
 
 TEST_F(LogView, ReportPiecesAndFiles) {
   EXPECT_EQ(FillAll().lines.size(), 0u);
-  EXPECT_EQ(logViewState.FinishedReport,
-            "Orvalen-generated log\r\nGenerated on : 1 / 7 / 2002\r\n0 connection(s) displayed\r\n"
-            "0.00 hour(s) is total time used up by displayed connections\r\n\r\nDetails follow:-\r\n"
-            "==================================================\r\n\r\n");
+  EXPECT_NE(logViewState.FinishedReport.find("\r\n0 connection(s) displayed\r\n0.00 hour(s)"), std::string::npos);
 
   const std::string note = Path("note.txt");
   ASSERT_TRUE(WriteTextFile("0123456789", note.c_str()));
@@ -236,7 +194,6 @@ TEST_F(LogView, ReportPiecesAndFiles) {
   }
   SetProgramFolder("c:\\program files\\Orvalex");  // as long, but another folder
   EXPECT_EQ(ReportFilePath(), std::string("c:\\program files\\Orvalex") + kPathSeparator + "Log File.txt");
-  SetProgramFolder(folder_);
 }
 
 TEST_F(LogView, TotalsCountsAndSummaries) {
@@ -245,7 +202,6 @@ TEST_F(LogView, TotalsCountsAndSummaries) {
     const char* text;
   } totals[] = {{3600.0f, "1.00 Hr."}, {3601.0f, "1.00 Hrs."}, {0.0f, "0.00 Hr."}, {5400.0f, "1.50 Hrs."}};
   for (const auto& row : totals) EXPECT_EQ(TotalHoursText(row.seconds), row.text);
-  EXPECT_EQ(CountText(12), "12");
 
   LogSession("Card", 5400, 1, 2002);
   LogSession("card", 1800, 12, 2001);
@@ -280,8 +236,6 @@ TEST_F(LogView, TotalsCountsAndSummaries) {
   std::memset(settings.currencyName, 'C', kCurrencyNameSize);
   EXPECT_EQ(AccountSummaryText("Limited"),
             "Limited Access Account\nThis Month   : 65 Mins.\nCurrent Cost : 13.75 " + std::string(15, 'C'));
-  settings.accounts[0].hours = 1;
-  EXPECT_EQ(ManageLogSummaryText("Card"), "Pre-paid Internet Card\nTotal Time : 2.00 Hrs.\nRemaining : 0.00 Hrs.");
 }
 
 TEST_F(LogView, ConnectionNamesAndTheInitialFilter) {
@@ -292,7 +246,8 @@ TEST_F(LogView, ConnectionNamesAndTheInitialFilter) {
   LogSession("Work", 60);
   LogSession("All Connections", 60);  // compared from slot 1 on, so listed again
   EXPECT_EQ(ConnectionNames(""), (Texts{"Work", "Home ISP", "home isp", "All Connections"}));
-  EXPECT_EQ(ConnectionNames("All Connections"), (Texts{"All Connections", "Work", "Home ISP", "home isp", "All Connections"}));
+  EXPECT_EQ(ConnectionNames("All Connections"),
+            (Texts{"All Connections", "Work", "Home ISP", "home isp", "All Connections"}));
   sessionLog = SessionLog{};
   LogSession("", 0, 0, 0, Blank);
   EXPECT_EQ(ConnectionNames("All Connections"), Texts{"All Connections"});
@@ -311,7 +266,6 @@ TEST_F(LogView, ConnectionNamesAndTheInitialFilter) {
   EXPECT_EQ(InitialConnectionFilter(false), "Previous ISP");
   probeState.OnLineFlag = 0;
   EXPECT_EQ(InitialConnectionFilter(true), "Previous ISP");
-  CopyFixedText(probeState.CurrentConnectionName, "");
 }
 
 TEST_F(LogView, ManageLogDeletesByExactNameOrClearsAndSavesBothFiles) {
@@ -322,7 +276,6 @@ TEST_F(LogView, ManageLogDeletesByExactNameOrClearsAndSavesBothFiles) {
   ConfigureAccount(0, "Home ISP", PrePaidCard, 10);
   ConfigureAccount(1, "home isp", UnlimitedAccess);
   EXPECT_EQ(DeleteConnectionEntries("Home ISP"), kRecordsDeleted);
-  EXPECT_EQ(logViewState.ManageLogResult, kRecordsDeleted);
   EXPECT_EQ(SavedStatuses(), (std::vector<uint32_t>{Deleted, InUse, Blank, Deleted}));
   EXPECT_EQ(settings.accounts[0].configured, 0u);
   EXPECT_STREQ(settings.accounts[0].connectionName, "");
@@ -331,36 +284,23 @@ TEST_F(LogView, ManageLogDeletesByExactNameOrClearsAndSavesBothFiles) {
   EXPECT_EQ(saved[offsetof(Settings, accounts) + 4], 0u) << "the name is gone on disk";
   EXPECT_EQ(U32At(saved, offsetof(Settings, accounts) + sizeof(AccountRecord)), 1u);
   EXPECT_EQ(DeleteConnectionEntries("Home ISP"), kLogUnchanged) << "nothing of that name is left";
-  EXPECT_EQ(logViewState.ManageLogResult, kLogUnchanged);
 
   EXPECT_EQ(ClearEntireLog(), kLogCleared);
-  EXPECT_EQ(logViewState.ManageLogResult, kLogCleared);
   EXPECT_EQ(SavedStatuses(), (std::vector<uint32_t>{Deleted, Deleted, Deleted, Deleted}));
   EXPECT_STREQ(settings.accounts[1].connectionName, "home isp") << "the accounts are kept";
 }
 
-SessionRecord Impossible() {
-  SessionRecord record = UsedRecord("Home ISP", -65);
-  record.dayOfWeek = 9;
-  record.month = 13;
-  record.day = 99;
-  record.year = 0;
-  record.logOnHour = 25;
-  record.logOnMinute = 61;
-  record.logOnSecond = 75;
-  record.logOffHour = 99;
-  record.logOffMinute = 0;
-  record.logOffSecond = 5;
-  return record;
-}
-
 TEST_F(LogView, DamagedRecordsAreShownAsTheyAre) {
-  AppendToLog(Impossible());
-  SessionRecord noMonth = Impossible();
-  noMonth.dayOfWeek = 6;
-  noMonth.month = 0;
-  noMonth.durationSeconds = INT32_MIN;
-  AppendToLog(noMonth);
+  SessionRecord record = Session("Home ISP", 9, 99, 25, 61, 99, 0, -65);
+  record.month = 13;
+  record.year = 0;
+  record.logOnSecond = 75;
+  record.logOffSecond = 5;
+  AppendToLog(record);
+  record.dayOfWeek = 6;
+  record.month = 0;
+  record.durationSeconds = INT32_MIN;
+  AppendToLog(record);
   const uint32_t c = LogSession("", 60, 2, 2002);
   std::memset(sessionLog.records[c].connectionName, 'z', kRecordNameSize);  // no terminator
   sessionLog.records[c].status = 7;  // neither Blank nor Deleted: shown
@@ -373,12 +313,7 @@ TEST_F(LogView, DamagedRecordsAreShownAsTheyAre) {
   EXPECT_EQ(listing.lines.LineText(6), " Date                     : Sat.    99, 0") << "weekday without month";
   EXPECT_EQ(listing.lines.LineText(10), " Duration               : -596523 Hr : -14 Min : -8 sec");
   EXPECT_EQ(listing.lines.LineText(13), " Connection Used :  " + std::string(kRecordNameSize, 'z'));
-  EXPECT_NE(logViewState.FinishedReport.find(" Date\t\t\t  99, 0\r\n Connection Used\tHome ISP\r\n"
-                                " Log Off Time\t\t87 : 00 : 05  PM\r\n Log On Time\t\t13 : 61 : 75  PM\r\n"
-                                " Duration\t\t0 Hr : -1 Min : -5 sec\r\n"),
-            std::string::npos)
-      << logViewState.FinishedReport;
-  EXPECT_EQ(Listed("ZZZ", "ALL", "ALL "), Indices{});
+  EXPECT_EQ(FillAll("ZZZ").count, 0);
   // Only InUse records give names; a 105-byte name is cut to the box's field.
   sessionLog.records[c].status = InUse;
   EXPECT_EQ(ConnectionNames("").back(), std::string(kFilterConnectionSize - 1, 'z'));

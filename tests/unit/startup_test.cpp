@@ -26,7 +26,6 @@ class Startup : public ProgramStateTest {
     ProgramStateTest::SetUp();
     events.clear();
     currentDirectory = ProgramFolder();
-    startupHooks = StartupHooks{};
     startupHooks.showWelcome = [](void*) { events.push_back("welcome"); };
     startupHooks.showAlert = [](void*, const char* text, const char* caption) {
       events.push_back(std::string("alert: ") + text + " | " + caption);
@@ -42,17 +41,11 @@ class Startup : public ProgramStateTest {
     installHooks.markFirstRun = [] { events.push_back("mark first run"); };
   }
 
-  void TearDown() override {
-    startupHooks = PlatformStartupHooks();
-    ProgramStateTest::TearDown();
-  }
-
   // A configuration that has recorded a session unless told otherwise.
   void WriteConfiguration(const char* marker, uint32_t runAtStartup = 1, uint32_t previousSessionValid = 1) {
     const Settings inMemory = settings;
     std::memset(&settings, 0, sizeof settings);
     ApplyDefaultSettings();
-    std::memset(settings.formatMarker, 0, sizeof settings.formatMarker);
     std::strcpy(settings.formatMarker, marker);
     std::strcpy(settings.currencyName, "DM");
     settings.runAtStartup = runAtStartup;
@@ -75,9 +68,10 @@ class Startup : public ProgramStateTest {
     WriteBytes(LogFilePath(), bytes);
   }
 
-  // A legacy table of 2000 records with the given slots InUse and slot 3 Deleted.
+  // A legacy table, whole or up to its last slot in use, with the given slots InUse
+  // and slot 3 Deleted.
   void WriteLegacyLog(const std::vector<std::size_t>& slots) {
-    std::vector<SessionRecord> table(kLegacyLogSlots);
+    std::vector<SessionRecord> table(std::max<std::size_t>(slots.back() + 1, 4));
     for (std::size_t slot : slots) table[slot] = UsedRecord(("Slot " + std::to_string(slot)).c_str(), 60);
     table[3].status = Deleted;
     std::vector<uint8_t> bytes(table.size() * sizeof(SessionRecord));
@@ -93,30 +87,25 @@ class Startup : public ProgramStateTest {
     return names;
   }
 
-  std::string MarkerOnDisk() const {
-    const std::vector<uint8_t> bytes = ReadBytes(SettingsPath());
-    return std::string(reinterpret_cast<const char*>(bytes.data()));
-  }
-
   int owner_ = 0;  // stands for the main window
 };
 
 const std::string kAlert = "alert: Your log file is missing, another one will be created | Orvalen Alert !!";
 const Texts kReinstall = {"copy files", "shortcuts", "autostart on"};
-const Texts kSlots = {"Slot 0", "Slot 5", "Slot 1999", "<blank>", "<blank>"};
 enum Folder { FromProgramFolder, FromProgramFolderInCapitals, FromElsewhere, FromNowhere };
 
 struct StartRow {
   const char* what;
-  const char* marker;  // nullptr: no configuration
+  const char* marker;  // nullptr: no configuration; "": an empty file
   uint32_t runAtStartup;
   const Texts* log;    // nullptr: no current log
   std::vector<std::size_t> legacySlots;
   Folder folder;
-  const Texts* events;  // nullptr: not checked beyond "no missing-log message"
+  const Texts* events;
   Texts loaded;
   const char* markerOnDisk;
   std::size_t logSize;  // 0: the log as it was written
+  uint32_t previousSessionValid = 1;
 };
 
 TEST_F(Startup, DecisionTable) {
@@ -125,10 +114,14 @@ TEST_F(Startup, DecisionTable) {
                           "shortcuts", "autostart on"};
   const StartRow rows[] = {
       {"first run", nullptr, 1, nullptr, {}, FromElsewhere, &firstRun, {"<blank>", "<blank>"}, "orvalen_v015", 392},
-      {"first run beside a current log", nullptr, 1, &two, {0}, FromProgramFolder, nullptr,
+      {"a first run cut short before the configuration was whole", "", 1, nullptr, {}, FromElsewhere, &firstRun,
+       {"<blank>", "<blank>"}, "orvalen_v015", 392},
+      {"a first run cut short before the log: no message", "orvalen_v015", 1, nullptr, {}, FromProgramFolder, &quiet,
+       {"<blank>", "<blank>"}, "orvalen_v015", 392, 0},
+      {"first run beside a current log", nullptr, 1, &two, {0}, FromProgramFolder, &firstRun,
        {"Home ISP", "Office", "<blank>"}, "orvalen_v015", 0},
-      {"first run converts a legacy log silently", nullptr, 1, nullptr, {0, 5, 1999}, FromProgramFolder, nullptr,
-       kSlots, "orvalen_v015", 8 + 5 * 192},
+      {"first run converts a legacy log silently", nullptr, 1, nullptr, {0, 5, 1999}, FromProgramFolder, &firstRun,
+       {"Slot 0", "Slot 5", "Slot 1999", "<blank>", "<blank>"}, "orvalen_v015", 8 + 5 * 192},
       {"normal start from the program folder in capitals", "orvalen_v015", 1, &home, {}, FromProgramFolderInCapitals,
        &quiet, {"Home ISP", "<blank>"}, "orvalen_v015", 0},
       {"normal start from elsewhere reinstalls, autostart off or not", "orvalen_v015", 0, &none, {}, FromElsewhere,
@@ -139,8 +132,8 @@ TEST_F(Startup, DecisionTable) {
        {"<blank>", "<blank>"}, "orvalen_v015", 392},
       {"marker in another letter case is current", "ORVALEN_V015", 1, &home, {0, 1}, FromProgramFolder, &quiet,
        {"Home ISP", "<blank>"}, "ORVALEN_V015", 0},
-      {"upgrade converts the legacy log", "orvalen_v012", 1, nullptr, {0, 5, 1999}, FromElsewhere, &kReinstall,
-       kSlots, "orvalen_v015", 8 + 5 * 192},
+      {"upgrade converts a short legacy log", "orvalen_v012", 1, nullptr, {0, 5}, FromElsewhere, &kReinstall,
+       {"Slot 0", "Slot 5", "<blank>", "<blank>"}, "orvalen_v015", 8 + 4 * 192},
       {"upgrade without a legacy log: the message, no reinstall", "orvalen_v012", 1, nullptr, {}, FromElsewhere,
        &alert, {"<blank>", "<blank>"}, "orvalen_v015", 392},
       {"damaged marker beside a current log keeps the log", "\x01garbage", 1, &home, {0}, FromProgramFolder, &quiet,
@@ -154,15 +147,16 @@ TEST_F(Startup, DecisionTable) {
     events.clear();
     startupHooks.currentDirectory = [] { return currentDirectory; };
     if (row.marker != nullptr) {
-      WriteConfiguration(row.marker, row.runAtStartup);
+      WriteConfiguration(row.marker, row.runAtStartup, row.previousSessionValid);
       // A short file proves the block is written back: it comes out full length.
       std::vector<uint8_t> config = ReadBytes(SettingsPath());
-      config.resize(200);
+      config.resize(*row.marker != '\0' ? 200 : 0);
       WriteBytes(SettingsPath(), config);
     }
     if (row.log != nullptr) WriteCurrentLog(*row.log);
     const std::vector<uint8_t> logBefore = ReadBytes(LogFilePath());
     if (!row.legacySlots.empty()) WriteLegacyLog(row.legacySlots);
+    const std::vector<uint8_t> legacyBefore = ReadBytes(LegacyLogPath());
     currentDirectory = ProgramFolder();
     if (row.folder == FromProgramFolderInCapitals) {
       std::transform(currentDirectory.begin(), currentDirectory.end(), currentDirectory.begin(),
@@ -172,42 +166,23 @@ TEST_F(Startup, DecisionTable) {
     if (row.folder == FromNowhere) startupHooks.currentDirectory = nullptr;
 
     EXPECT_TRUE(InitialiseStorage(&owner_));
-    if (row.events != nullptr) {
-      EXPECT_EQ(events, *row.events);
-    } else {
-      EXPECT_EQ(std::count(events.begin(), events.end(), kAlert), 0);
-    }
+    EXPECT_EQ(events, *row.events);
     EXPECT_EQ(LoadedNames(), row.loaded);
-    EXPECT_EQ(MarkerOnDisk(), row.markerOnDisk);
     const std::vector<uint8_t> config = ReadBytes(SettingsPath());
     ASSERT_EQ(config.size(), 6352u);
+    EXPECT_STREQ(reinterpret_cast<const char*>(config.data()), row.markerOnDisk);
     EXPECT_EQ(U32At(config, 60), row.runAtStartup) << "run at startup is kept";
     EXPECT_EQ(config.at(134), 219);
-    if (row.marker != nullptr) {
+    if (row.marker != nullptr && *row.marker != '\0') {
       EXPECT_STREQ(settings.currencyName, "DM") << "the rest of the configuration is kept";
     }
-    EXPECT_EQ(ReadBytes(LegacyLogPath()).size(), row.legacySlots.empty() ? 0u : 384000u) << "never written";
+    EXPECT_EQ(ReadBytes(LegacyLogPath()), legacyBefore) << "never written";
     if (row.logSize != 0) {
       EXPECT_EQ(ReadBytes(LogFilePath()).size(), row.logSize);
     } else {
       EXPECT_EQ(ReadBytes(LogFilePath()), logBefore) << "the log is not rewritten";
     }
   }
-}
-
-TEST_F(Startup, AFirstRunCutShortIsFinishedWithoutTheMissingLogMessage) {
-  // Stopped before the configuration was whole (older releases left it empty) ...
-  WriteBytes(SettingsPath(), {});
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(events.at(0), "welcome");
-  EXPECT_EQ(ReadBytes(SettingsPath()).size(), 6352u);
-  // ... or between writing it and creating the log.
-  events.clear();
-  std::filesystem::remove(LogFilePath());
-  WriteConfiguration("orvalen_v015", 1, 0);
-  EXPECT_TRUE(InitialiseStorage(&owner_));
-  EXPECT_EQ(events, Texts{});
-  EXPECT_EQ(ReadBytes(LogFilePath()).size(), 392u);
 }
 
 // --- Files that cannot be read, saves that fail ------------------------------

@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "storage/fixed_text.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
@@ -23,47 +22,23 @@ TEST_F(SettingsFile, FirstRunWritesTheDefaultBytesAfterMarkingAndInstalling) {
     calls.push_back(2);
     EXPECT_EQ(settings.sessionOpenMarker, 219) << "defaults come before the install";
   };
-  EXPECT_EQ(std::string(SettingsPath()), Path("Orvaconfig.bic"));
-  ASSERT_TRUE(CreateSettings(SettingsPath()));
-  EXPECT_EQ(calls, (std::vector<int>{1, 2}));
-  const std::vector<uint8_t> bytes = ReadBytes(SettingsPath());
-  ASSERT_EQ(bytes.size(), 6352u);
-  EXPECT_EQ(0, std::memcmp(bytes.data(), "orvalen_v015", 13));
-  EXPECT_EQ(F32At(bytes, 20), 1.0f);
-  EXPECT_EQ(U32At(bytes, 24), 1u);
-  EXPECT_EQ(U32At(bytes, 60), 1u);
-  const std::vector<std::pair<std::size_t, uint8_t>> setBytes = {
-      {43, 1}, {44, 0}, {45, 2}, {52, 0}, {53, 10}, {54, 30}, {55, 30}, {133, 1}, {134, 219}};
-  for (const auto& [offset, value] : setBytes) EXPECT_EQ(bytes[offset], value) << "offset " << offset;
-  // Everything else is zero.
-  std::vector<uint8_t> rest = bytes;
-  std::memset(rest.data(), 0, 13);
-  for (std::size_t offset : {20u, 21u, 22u, 23u, 24u, 60u}) rest[offset] = 0;
-  for (const auto& entry : setBytes) rest[entry.first] = 0;
-  EXPECT_EQ(rest, std::vector<uint8_t>(6352, 0));
-
-  // Defaults leave the fields they do not set alone.
-  std::strcpy(settings.currencyName, "Euro");
-  settings.accounts[3].hours = 12;
-  ApplyDefaultSettings();
-  EXPECT_STREQ(settings.currencyName, "Euro");
-  EXPECT_EQ(settings.accounts[3].hours, 12u);
-}
-
-TEST_F(SettingsFile, CreateInAMissingFolderDoesNothing) {
+  EXPECT_FALSE(CreateSettings(Path("no-such-folder/Orvaconfig.bic").c_str()));
+  EXPECT_TRUE(calls.empty()) << "nothing is done in a missing folder";
   EXPECT_FALSE(LoadSettings(SettingsPath()));
   EXPECT_FALSE(Exists(SettingsPath())) << "a load only reads";
-  calls.clear();
-  installHooks.installProgram = [] { calls.push_back(2); };
-  EXPECT_FALSE(CreateSettings(Path("no-such-folder/Orvaconfig.bic").c_str()));
-  EXPECT_TRUE(calls.empty());
-  EXPECT_EQ(settings.formatMarker[0], '\0');
+  ASSERT_TRUE(CreateSettings(SettingsPath()));
+  EXPECT_EQ(calls, (std::vector<int>{1, 2}));
+  // The marker, 1.0f at 20, the bytes set by default; everything else is zero.
+  std::vector<uint8_t> expected(6352, 0);
+  std::memcpy(expected.data(), "orvalen_v015", 13);
+  const std::vector<std::pair<std::size_t, uint8_t>> setBytes = {
+      {22, 0x80}, {23, 0x3F}, {24, 1}, {43, 1}, {45, 2}, {53, 10}, {54, 30}, {55, 30}, {60, 1}, {133, 1}, {134, 219}};
+  for (const auto& [offset, value] : setBytes) expected[offset] = value;
+  EXPECT_EQ(ReadBytes(SettingsPath()), expected);
 }
 
 class LogFile : public ProgramStateTest {
  protected:
-  std::string LogPath() const { return LogFilePath(); }
-
   // A current-format file image with the given count and records.
   static std::vector<uint8_t> Image(uint32_t count, const std::vector<SessionRecord>& records) {
     std::vector<uint8_t> bytes(8 + records.size() * sizeof(SessionRecord));
@@ -71,11 +46,6 @@ class LogFile : public ProgramStateTest {
     std::memcpy(bytes.data(), header, 8);
     if (!records.empty()) std::memcpy(bytes.data() + 8, records.data(), records.size() * sizeof(SessionRecord));
     return bytes;
-  }
-
-  static void Set(std::vector<SessionRecord> records) {
-    sessionLog.records = std::move(records);
-    sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
   }
 
   // Records one session the way the recorder does.
@@ -88,10 +58,11 @@ class LogFile : public ProgramStateTest {
 };
 
 TEST_F(LogFile, DeletedRecordIsReusedBeforeABlankOneAndKeepsItsOldTail) {
-  Set({UsedRecord("a", 1), UsedRecord("a much longer name", 2), SessionRecord{}, SessionRecord{}});
-  sessionLog.records[1].status = Deleted;
+  LogSession("a", 1);
+  LogSession("a much longer name", 2, 1, 2002, Deleted);
+  AppendToLog(SessionRecord{});
+  AppendToLog(SessionRecord{});
   EXPECT_EQ(Record("xy"), 1u);
-  EXPECT_STREQ(sessionLog.records[1].connectionName, "xy");
   EXPECT_EQ(sessionLog.records[1].connectionName[3], 'u') << "bytes behind the new name stay";
   EXPECT_EQ(sessionLog.records[1].durationSeconds, 2);
   EXPECT_STREQ(RecordName(1), "xy");
@@ -101,13 +72,6 @@ TEST_F(LogFile, DeletedRecordIsReusedBeforeABlankOneAndKeepsItsOldTail) {
   EXPECT_EQ(Record(std::string(300, 'L').c_str()), 2u);
   EXPECT_EQ(std::strlen(sessionLog.records[2].connectionName), 104u);
   EXPECT_EQ(sessionLog.records[3].status, Blank) << "next record untouched";
-
-  EXPECT_FALSE(IsLogEmpty());
-  ClearLog();
-  EXPECT_EQ(sessionLog.count, 4u);
-  for (const SessionRecord& record : sessionLog.records) EXPECT_EQ(record.status, Deleted);
-  EXPECT_TRUE(IsLogEmpty());
-  EXPECT_FALSE(HasNoFreeSlot());
 }
 
 // What each kind of file on disk loads as: the count, and the status of each record.
@@ -136,9 +100,9 @@ TEST_F(LogFile, LoaderTable) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
-    WriteBytes(LogPath(), row.bytes);
+    WriteBytes(LogFilePath(), row.bytes);
     sessionLog = SessionLog{};
-    ASSERT_TRUE(LoadLog(LogPath().c_str()));
+    ASSERT_TRUE(LoadLog(LogFilePath().c_str()));
     std::string statuses;
     for (const SessionRecord& record : sessionLog.records) statuses += record.status == InUse ? 'U' : 'B';
     EXPECT_EQ(statuses, row.statuses);
@@ -149,34 +113,18 @@ TEST_F(LogFile, LoaderTable) {
     if (statuses == "U") {
       EXPECT_EQ(std::strlen(RecordName(0)), 104u) << "ended inside its record";
     }
-  }
-  // After a count that is too large or too small, the next session still finds
-  // room and the save keeps every record.
-  for (const std::size_t row : {5, 7}) {
-    WriteBytes(LogPath(), rows[row].bytes);
-    ASSERT_TRUE(LoadLog(LogPath().c_str()));
+    // The next session finds room (two more records if none is free), and the save keeps every record.
     const uint32_t slot = Record("d");
-    ASSERT_TRUE(SaveLog(LogPath().c_str()));
+    ASSERT_TRUE(SaveLog(LogFilePath().c_str()));
     sessionLog = SessionLog{};
-    ASSERT_TRUE(LoadLog(LogPath().c_str()));
-    EXPECT_STREQ(sessionLog.records[slot].connectionName, "d");
-    EXPECT_EQ(U32At(ReadBytes(LogPath()), 0), row == 5 ? 5u : 7u) << "grown by two";
-    EXPECT_EQ(U32At(ReadBytes(LogPath()), 4), row == 5 ? 5u * 192 : 7u * 192);
+    ASSERT_TRUE(LoadLog(LogFilePath().c_str()));
+    EXPECT_STREQ(RecordName(slot), "d");
+    const std::size_t count = statuses.size() + (statuses.find('B') == std::string::npos ? 2 : 0);
+    EXPECT_EQ(sessionLog.count, count);
+    EXPECT_EQ(U32At(ReadBytes(LogFilePath()), 4), count * 192);
   }
   EXPECT_FALSE(LoadLog(Path("missing.ovb").c_str()));
   EXPECT_FALSE(Exists(Path("missing.ovb"))) << "a load only reads";
-}
-
-// An older release's table: a short file leaves the other slots empty, and the
-// records in use are copied byte for byte in slot order.
-TEST_F(LogFile, AShortLegacyTableConvertsWhatItHolds) {
-  const SessionRecord table[3] = {UsedRecord("zero", 10), SessionRecord{}, UsedRecord("two", 20)};
-  const auto* bytes = reinterpret_cast<const uint8_t*>(table);
-  WriteBytes(LegacyLogPath(), std::vector<uint8_t>(bytes, bytes + sizeof table));
-  ASSERT_TRUE(LoadLegacyLog(LegacyLogPath().c_str()));
-  ASSERT_TRUE(ConvertLegacyLog());
-  ASSERT_EQ(sessionLog.count, 4u) << "two records and two free ones";
-  EXPECT_EQ(0, std::memcmp(&sessionLog.records[1], &table[2], sizeof(SessionRecord)));
 }
 
 }  // namespace
