@@ -61,11 +61,7 @@ class Startup : public ProgramStateTest {
     std::vector<SessionRecord> records;
     for (const std::string& name : names) records.push_back(UsedRecord(name.c_str(), 60));
     records.push_back(SessionRecord{});
-    const uint32_t header[2] = {static_cast<uint32_t>(records.size()), static_cast<uint32_t>(records.size() * 192)};
-    std::vector<uint8_t> bytes(8 + records.size() * sizeof(SessionRecord));
-    std::memcpy(bytes.data(), header, sizeof header);
-    std::memcpy(bytes.data() + 8, records.data(), records.size() * sizeof(SessionRecord));
-    WriteBytes(LogFilePath(), bytes);
+    WriteBytes(LogFilePath(), LogImage(static_cast<uint32_t>(records.size()), records));
   }
 
   // A legacy table, whole or up to its last slot in use, with the given slots InUse
@@ -74,9 +70,7 @@ class Startup : public ProgramStateTest {
     std::vector<SessionRecord> table(std::max<std::size_t>(slots.back() + 1, 4));
     for (std::size_t slot : slots) table[slot] = UsedRecord(("Slot " + std::to_string(slot)).c_str(), 60);
     table[3].status = Deleted;
-    std::vector<uint8_t> bytes(table.size() * sizeof(SessionRecord));
-    std::memcpy(bytes.data(), table.data(), bytes.size());
-    WriteBytes(LegacyLogPath(), bytes);
+    WriteBytes(LegacyLogPath(), RecordBytes(table));
   }
 
   static Texts LoadedNames() {

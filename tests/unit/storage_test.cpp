@@ -40,14 +40,6 @@ TEST_F(SettingsFile, FirstRunWritesTheDefaultBytesAfterMarkingAndInstalling) {
 class LogFile : public ProgramStateTest {
  protected:
   // A current-format file image with the given count and records.
-  static std::vector<uint8_t> Image(uint32_t count, const std::vector<SessionRecord>& records) {
-    std::vector<uint8_t> bytes(8 + records.size() * sizeof(SessionRecord));
-    const uint32_t header[2] = {count, count * 192u};
-    std::memcpy(bytes.data(), header, 8);
-    if (!records.empty()) std::memcpy(bytes.data() + 8, records.data(), records.size() * sizeof(SessionRecord));
-    return bytes;
-  }
-
   // Records one session the way the recorder does.
   static uint32_t Record(const char* name) {
     const uint32_t slot = FindFreeSlot();
@@ -78,9 +70,9 @@ TEST_F(LogFile, DeletedRecordIsReusedBeforeABlankOneAndKeepsItsOldTail) {
 TEST_F(LogFile, LoaderTable) {
   SessionRecord unterminated = UsedRecord("", 1);
   std::memset(unterminated.connectionName, 'Z', sizeof unterminated.connectionName);
-  std::vector<uint8_t> cut = Image(3, {UsedRecord("a", 1), UsedRecord("b", 2)});
+  std::vector<uint8_t> cut = LogImage(3, {UsedRecord("a", 1), UsedRecord("b", 2)});
   cut.resize(cut.size() - 100);  // record 1 cut in the middle
-  std::vector<uint8_t> badLength = Image(2, {UsedRecord("a", 1), UsedRecord("b", 2)});
+  std::vector<uint8_t> badLength = LogImage(2, {UsedRecord("a", 1), UsedRecord("b", 2)});
   badLength[4] = 0xFF;
   const std::vector<SessionRecord> five(5, UsedRecord("x", 2));
   const struct {
@@ -90,13 +82,13 @@ TEST_F(LogFile, LoaderTable) {
   } rows[] = {
       {"empty file", {}, "BB"},
       {"truncated header", {5, 0, 0}, "BB"},
-      {"short file", Image(10, std::vector<SessionRecord>(4, UsedRecord("x", 2))), "UUUUBBBBBB"},
+      {"short file", LogImage(10, std::vector<SessionRecord>(4, UsedRecord("x", 2))), "UUUUBBBBBB"},
       {"partly written last record", cut, "UUB"},
       {"byte length disagreeing with the count", badLength, "UU"},
-      {"implausible count", Image(4000000000u, {UsedRecord("a", 1), UsedRecord("b", 2), UsedRecord("c", 3)}), "UUU"},
-      {"unterminated name", Image(1, {unterminated}), "U"},
-      {"count below the records in the file", Image(1, five), "UUUUU"},
-      {"count zero before five records", Image(0, five), "UUUUU"},
+      {"implausible count", LogImage(4000000000u, {UsedRecord("a", 1), UsedRecord("b", 2), UsedRecord("c", 3)}), "UUU"},
+      {"unterminated name", LogImage(1, {unterminated}), "U"},
+      {"count below the records in the file", LogImage(1, five), "UUUUU"},
+      {"count zero before five records", LogImage(0, five), "UUUUU"},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);

@@ -117,6 +117,19 @@ void ProgramStateTest::RunOnline(uint32_t seconds) {
 
 bool ProgramStateTest::Exists(const std::string& path) const { return fs::exists(path); }
 
+std::vector<uint8_t> RecordBytes(const std::vector<SessionRecord>& records) {
+  const auto* bytes = reinterpret_cast<const uint8_t*>(records.data());
+  return std::vector<uint8_t>(bytes, bytes + records.size() * sizeof(SessionRecord));
+}
+
+std::vector<uint8_t> LogImage(uint32_t count, const std::vector<SessionRecord>& records) {
+  const uint32_t header[2] = {count, count * 192u};
+  std::vector<uint8_t> bytes(reinterpret_cast<const uint8_t*>(header), reinterpret_cast<const uint8_t*>(header + 2));
+  const std::vector<uint8_t> body = RecordBytes(records);
+  bytes.insert(bytes.end(), body.begin(), body.end());
+  return bytes;
+}
+
 uint32_t U32At(const std::vector<uint8_t>& bytes, std::size_t offset) {
   uint32_t value = 0;
   for (int i = 3; i >= 0; --i) value = (value << 8) | bytes.at(offset + static_cast<std::size_t>(i));

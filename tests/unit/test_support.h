@@ -88,6 +88,11 @@ inline uint32_t LogSession(const char* name, int32_t seconds, uint32_t month = 1
 AccountRecord& ConfigureAccount(int k, const char* name, uint32_t kind, uint32_t hours = 0,
                                 float monthlyCharge = 0.0f, float excessPerMinute = 0.0f, float vatPercent = 0.0f);
 
+// The bytes of records one after another, as the older release's table holds them,
+// and of a log file: the header with `count` (and count * 192), then the records.
+std::vector<uint8_t> RecordBytes(const std::vector<SessionRecord>& records);
+std::vector<uint8_t> LogImage(uint32_t count, const std::vector<SessionRecord>& records);
+
 // Little-endian reads from a byte image of a file.
 uint32_t U32At(const std::vector<uint8_t>& bytes, std::size_t offset);
 float F32At(const std::vector<uint8_t>& bytes, std::size_t offset);
