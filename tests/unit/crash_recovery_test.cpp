@@ -6,6 +6,7 @@
 // after some bytes, as a power cut would; then the program starts again from what
 // is on disk, and the log must hold every session once, the one cut short from
 // its last checkpoint.
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <map>
@@ -133,27 +134,25 @@ class CrashRecovery : public ProgramStateTest {
     RunOnline(seconds);
   }
 
+  void OnlineThenOff(const char* name, uint32_t seconds) {
+    Online(name, seconds);
+    ras_.state = State::Disconnected;
+    Tick();
+  }
+
   // Two sessions, a third cut short by a kill while on-line, the start that
   // recovers it, one more session, and one across midnight.
   void PlayDay() {
     Start();
-    Online("ISP A", 400);
-    ras_.state = State::Disconnected;
-    Tick();
-    Online("ISP B", 200);
-    ras_.state = State::Disconnected;
-    Tick();
+    OnlineThenOff("ISP A", 400);
+    OnlineThenOff("ISP B", 200);
     Online("ISP C", 500);
     ras_.state = State::None;
     clock_.Advance(600);
     Start();
-    Online("ISP D", 100);
-    ras_.state = State::Disconnected;
-    Tick();
+    OnlineThenOff("ISP D", 100);
     clock_.Advance(24 * 3600 - (clock_.now.hour * 3600 + clock_.now.minute * 60 + clock_.now.second) - 120);
-    Online("ISP E", 400);
-    ras_.state = State::Disconnected;
-    Tick();
+    OnlineThenOff("ISP E", 400);
   }
 
   std::map<std::string, SessionWrites> MapUncutDay() {
@@ -206,12 +205,6 @@ class CrashRecovery : public ProgramStateTest {
     return found;
   }
 
-  int InUseCount() const {
-    int count = 0;
-    for (const SessionRecord& record : sessionLog.records) count += record.status == InUse ? 1 : 0;
-    return count;
-  }
-
   // After a cut, whatever the program did: every session once, the one cut short
   // from its last checkpoint on disk, the configuration whole, nothing open.
   void ExpectEverySessionOnce(const std::map<std::string, SessionWrites>& day, std::size_t k) {
@@ -245,7 +238,10 @@ class CrashRecovery : public ProgramStateTest {
       }
       expectedTotal += static_cast<int>(records.size());
     }
-    EXPECT_EQ(InUseCount(), expectedTotal) << "no other records";
+    EXPECT_EQ(std::count_if(sessionLog.records.begin(), sessionLog.records.end(),
+                            [](const SessionRecord& record) { return record.status == InUse; }),
+              expectedTotal)
+        << "no other records";
 
     // Yet another start records nothing more, and no sibling file is left.
     const std::vector<uint8_t> log = ReadBytes(LogFilePath());
