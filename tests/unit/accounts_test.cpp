@@ -171,6 +171,8 @@ TEST_F(Accounts, PageViewPerPlan) {
     EXPECT_EQ(text, std::string(row.view)) << row.kind;
   }
   EXPECT_FALSE(SaveAccountInput(nullptr, AccountPageInput{})) << "no connection chosen: nothing saved";
+  EXPECT_TRUE(SaveAccountInput("Home ISP", AccountPageInput{PrePaidCard, "12"}));
+  EXPECT_EQ(settings.accounts[0].hours, 12u) << "saved to the connection's entry";
 }
 
 // --- The usage cache against the straightforward walk -----------------------

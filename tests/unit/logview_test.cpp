@@ -108,11 +108,11 @@ TEST_F(LogView, FilterTable) {
       {"Home ISP", "MAR", "2003", {}, true},
       {"All Connections", "MAR", "2005", {}},
   };
+  LogListing listing;  // one listing refilled, as the dialog's is
   for (const auto& row : rows) {
     SCOPED_TRACE(std::string(row.connection) + " | " + row.month + " | " + row.year);
     char listedYear[kFilterYearSize] = {};
     CopyFixedText(listedYear, row.year);
-    LogListing listing;
     const int count = static_cast<int>(row.listed.size());
     EXPECT_EQ(BuildLogListing(row.connection, row.month, listedYear, listing), count > 0);
     EXPECT_EQ(listing.count, count);
