@@ -136,13 +136,6 @@ uint32_t U32At(const std::vector<uint8_t>& bytes, std::size_t offset) {
   return value;
 }
 
-float F32At(const std::vector<uint8_t>& bytes, std::size_t offset) {
-  const uint32_t bits = U32At(bytes, offset);
-  float value;
-  std::memcpy(&value, &bits, sizeof value);
-  return value;
-}
-
 SessionRecord UsedRecord(const char* name, int32_t seconds, uint32_t month, uint32_t year, uint8_t status) {
   SessionRecord record{};
   record.status = status;

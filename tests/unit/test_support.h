@@ -93,6 +93,5 @@ AccountRecord& ConfigureAccount(int k, const char* name, uint32_t kind, uint32_t
 std::vector<uint8_t> RecordBytes(const std::vector<SessionRecord>& records);
 std::vector<uint8_t> LogImage(uint32_t count, const std::vector<SessionRecord>& records);
 
-// Little-endian reads from a byte image of a file.
+// A little-endian read from a byte image of a file.
 uint32_t U32At(const std::vector<uint8_t>& bytes, std::size_t offset);
-float F32At(const std::vector<uint8_t>& bytes, std::size_t offset);
