@@ -57,6 +57,8 @@ class Session : public ProgramStateTest {
     ResetSessionState();
     probe_ = DialUpProbe{};
     clock_ = FakeClock{};
+    clock_.now.day = 31;  // Thursday 31 January: the last day a checkpoint can carry
+    clock_.now.dayOfWeek = 4;
     CreateSettings(SettingsPath());
     CreateEmptyLog(LogFilePath().c_str());
     ras_.Connect("Home ISP");
