@@ -41,11 +41,10 @@ long Number(const std::string& text) { return std::strtol(text.c_str(), nullptr,
 
 // A session of the given date (daysBack days before it), log-on time and length.
 SessionRecord Session(const char* name, SYSTEMTIME date, long daysBack, long logOn, long duration) {
-  ULARGE_INTEGER time;
   FILETIME file;
   date.wHour = date.wMinute = date.wSecond = date.wMilliseconds = 0;
   SystemTimeToFileTime(&date, &file);
-  time = {{file.dwLowDateTime, file.dwHighDateTime}};
+  ULARGE_INTEGER time = {{file.dwLowDateTime, file.dwHighDateTime}};
   time.QuadPart -= static_cast<ULONGLONG>(daysBack) * 864000000000ull;
   file = {time.LowPart, time.HighPart};
   FileTimeToSystemTime(&file, &date);  // the day of week too
@@ -61,11 +60,9 @@ SessionRecord Session(const char* name, SYSTEMTIME date, long daysBack, long log
 // NAME YEAR MONTH DAY HH:MM:SS SECONDS from field `at` on.
 SessionRecord Record(const std::vector<std::string>& f, std::size_t at) {
   SYSTEMTIME date = {};
-  date.wYear = static_cast<WORD>(Number(f[at + 1]));
-  date.wMonth = static_cast<WORD>(Number(f[at + 2]));
-  date.wDay = static_cast<WORD>(Number(f[at + 3]));
   unsigned hour = 0, minute = 0, second = 0;
-  std::sscanf(f[at + 4].c_str(), "%u:%u:%u", &hour, &minute, &second);
+  const std::string fields = f[at + 1] + " " + f[at + 2] + " " + f[at + 3] + " " + f[at + 4];
+  std::sscanf(fields.c_str(), "%hu %hu %hu %u:%u:%u", &date.wYear, &date.wMonth, &date.wDay, &hour, &minute, &second);
   return Session(f[at].c_str(), date, 0, static_cast<long>(hour * 3600 + minute * 60 + second), Number(f[at + 5]));
 }
 
@@ -96,7 +93,6 @@ int main(int argc, char** argv) {
   ApplyDefaultSettings();
   std::vector<SessionRecord>& records = sessionLog.records;
   for (std::string line; std::getline(description, line);) {
-    if (!line.empty() && line.back() == '\r') line.pop_back();
     const std::vector<std::string> f = Split(line, '\t');
     const std::string setting = f.size() > 2 && f[0] == "setting" ? f[1] : "";
     if (f.empty()) continue;

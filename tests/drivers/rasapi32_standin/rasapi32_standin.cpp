@@ -15,7 +15,7 @@
 // it (atomically, so a poll never sees half a file). Records of the wrong size are
 // refused with ERROR_INVALID_SIZE, as Windows 95 refuses them.
 //
-// When C:\orvalen-dialup-calls.txt exists as the first call is made, the stand-in
+// When C:\orvalen-dialup-calls.txt exists as the DLL is loaded, the stand-in
 // counts the calls made to it and rewrites that file at most every five seconds with
 // "enum=N status=M tick=T" (T the tick count of the write), so a measurement can
 // tell how often the program asks the service (scripts/measure-idle-cpu.sh).
@@ -73,29 +73,23 @@ Session CurrentSession() {
   return cache.session;
 }
 
+const bool countCalls = GetFileAttributesA(kCallCountFile) != INVALID_FILE_ATTRIBUTES;
 struct {
-  bool checked = false, wanted = false;
   unsigned long enumCalls = 0, statusCalls = 0;
   DWORD writtenAt = 0;
 } callCounts;
 
 // Appends the digits of value; the DLL keeps to kernel32, so no printf.
 char* Digits(char* out, unsigned long value) {
-  char digits[24];
-  int count = 0;
-  do digits[count++] = static_cast<char>('0' + value % 10); while ((value /= 10) != 0);
-  while (count > 0) *out++ = digits[--count];
-  return out;
+  if (value >= 10) out = Digits(out, value / 10);
+  *out = static_cast<char>('0' + value % 10);
+  return out + 1;
 }
 
 // One more call of the given counter; the file follows every five seconds.
 void CountCall(unsigned long& counter) {
-  if (!callCounts.checked) {
-    callCounts.checked = true;
-    callCounts.wanted = GetFileAttributesA(kCallCountFile) != INVALID_FILE_ATTRIBUTES;
-  }
   const DWORD now = GetTickCount();
-  if (!callCounts.wanted || (++counter, now - callCounts.writtenAt < 5000)) return;
+  if (!countCalls || (++counter, now - callCounts.writtenAt < 5000)) return;
   callCounts.writtenAt = now;
   char text[96] = "enum=", *end = Digits(text + 5, callCounts.enumCalls);
   end = Digits(std::strcpy(end, " status=") + 8, callCounts.statusCalls);

@@ -43,40 +43,34 @@ std::optional<long long> ParseNumber(const std::string& text) {
   const long long value = std::strtoll(text.c_str(), &end, 0);
   return text.empty() || *end != '\0' ? std::nullopt : std::optional<long long>(value);
 }
-std::optional<std::string> Str(const char* name) {
-  auto it = options.find(name);
-  return it == options.end() ? std::nullopt : std::optional<std::string>(it->second);
+std::optional<std::string> Str(const char* name, bool required = false) {
+  const auto it = options.find(name);
+  if (it != options.end()) return it->second;
+  if (required) UsageError(std::string("missing --") + name);
+  return std::nullopt;
 }
-std::string RequiredStr(const char* name) {
-  if (!Str(name)) UsageError(std::string("missing --") + name);
-  return *Str(name);
-}
-std::optional<long long> Int(const char* name) {
-  const auto text = Str(name);
+std::optional<long long> Int(const char* name, bool required = false) {
+  const auto text = Str(name, required);
   const auto value = text ? ParseNumber(*text) : std::nullopt;
   if (text && !value) UsageError(std::string("--") + name + " wants a number, got '" + *text + "'");
   return value;
 }
-long long RequiredInt(const char* name) { return RequiredStr(name), *Int(name); }
-bool AnyVisibility() { return options.count("any-visibility") != 0; }
-DWORD Timeout() { return static_cast<DWORD>(Int("timeout-ms").value_or(10000)); }
 
 // Message numbers by name too: --msg WM_COMMAND, --msg WM_APP+1, and
 // registered:NAME, the message RegisterWindowMessageA gives for NAME.
-long long MessageValue(const char* option, long long fallback) {
-  auto text = Str(option);
-  if (!text) return fallback;
-  if (auto number = ParseNumber(*text)) return *number;
-  if (text->rfind("registered:", 0) == 0) return RegisterWindowMessageA(text->c_str() + 11);
+long long MessageValue(const char* option, bool required = false) {
+  const std::string text = Str(option, required).value_or("0");
+  if (auto number = ParseNumber(text)) return *number;
+  if (text.rfind("registered:", 0) == 0) return RegisterWindowMessageA(text.c_str() + 11);
   static const std::map<std::string, long long> kNames = {
       {"WM_CLOSE", WM_CLOSE},       {"WM_COMMAND", WM_COMMAND},       {"WM_USER", WM_USER},
       {"WM_APP", WM_APP},           {"WM_KEYDOWN", WM_KEYDOWN},       {"VK_TAB", VK_TAB},
       {"VK_ESCAPE", VK_ESCAPE},     {"WM_ENDSESSION", WM_ENDSESSION}, {"WM_QUERYENDSESSION", WM_QUERYENDSESSION},
       {"WM_LBUTTONDBLCLK", WM_LBUTTONDBLCLK}, {"WM_RBUTTONDOWN", WM_RBUTTONDOWN}};
-  const size_t plus = text->find('+');
-  auto named = kNames.find(text->substr(0, plus));
-  auto offset = plus == std::string::npos ? std::optional<long long>(0) : ParseNumber(text->substr(plus + 1));
-  if (named == kNames.end() || !offset) UsageError("--" + std::string(option) + ": unknown value '" + *text + "'");
+  const size_t plus = text.find('+');
+  const auto named = kNames.find(text.substr(0, plus));
+  const auto offset = plus == std::string::npos ? std::optional<long long>(0) : ParseNumber(text.substr(plus + 1));
+  if (named == kNames.end() || !offset) UsageError("--" + std::string(option) + ": unknown value '" + text + "'");
   return named->second + *offset;
 }
 
@@ -109,7 +103,7 @@ BOOL CALLBACK Collect(HWND window, LPARAM list) {
   return TRUE;
 }
 // The top-level windows, with the message-only ones after them when asked.
-std::vector<HWND> TopLevel(bool messageOnly = false) {
+std::vector<HWND> TopLevel(bool messageOnly) {
   std::vector<HWND> all;
   EnumWindows(Collect, reinterpret_cast<LPARAM>(&all));
   for (HWND w = nullptr; messageOnly && (w = FindWindowExA(HWND_MESSAGE, w, nullptr, nullptr));) all.push_back(w);
@@ -121,20 +115,11 @@ std::vector<HWND> Descendants(HWND top) {
   return all;
 }
 
-std::string VisibleWindows() {
-  std::string list;
-  for (HWND window : TopLevel()) {
-    if (IsWindowVisible(window)) list += "\n  " + Hex(window) + " " + Quoted(ClassName(window)) + " " + Quoted(Caption(window));
-  }
-  return "; visible top-level windows:" + (list.empty() ? std::string(" none") : list);
-}
-
 // The top-level windows (owned ones included) with --title (exact) and/or --class
 // (without case, as Windows compares), visible ones first; with hidden ones and
 // message-only ones last unless visibleOnly.
-std::vector<HWND> FindTop(bool visibleOnly, const char* defaultClass = nullptr) {
-  const auto title = Str("title");
-  const auto className = Str("class") ? Str("class") : defaultClass ? std::optional<std::string>(defaultClass) : std::nullopt;
+std::vector<HWND> FindTop(bool visibleOnly) {
+  const auto title = Str("title"), className = Str("class");
   if (!title && !className) UsageError("say which window: --title or --class");
   auto matches = [&](HWND w) { return (!title || Caption(w) == *title) && (!className || ClassIs(w, className->c_str())); };
   std::vector<HWND> visible, hidden;
@@ -159,42 +144,51 @@ HWND FindControl(HWND top, long long id) {
   return best;
 }
 
-// Calls attempt() every 50 ms until it succeeds or the timeout has passed.
-bool Poll(const std::function<bool()>& attempt) {
-  const DWORD start = GetTickCount(), timeout = Timeout();
-  for (;;) {
-    if (attempt()) return true;
-    if (GetTickCount() - start >= timeout) return false;
+// Calls attempt() every 50 ms until it succeeds; fails with why() once --timeout-ms
+// (default 10000, 0 to look once) has passed.
+void WaitFor(const std::function<bool()>& attempt, const std::function<std::string()>& why) {
+  const DWORD start = GetTickCount(), timeout = static_cast<DWORD>(Int("timeout-ms").value_or(10000));
+  while (!attempt()) {
+    if (GetTickCount() - start >= timeout) Fail(why());
     Sleep(50);
   }
 }
 
-bool TrySend(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result) {
+// The answer, or none when the window does not answer within 2 s (hung or busy).
+std::optional<LRESULT> TrySend(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0, bool wide = false) {
   DWORD_PTR answer = 0;
-  if (!SendMessageTimeoutA(window, message, wParam, lParam, SMTO_ABORTIFHUNG, kSendTimeoutMs, &answer)) return false;
-  if (result) *result = static_cast<LRESULT>(answer);
-  return true;
+  const auto send = wide ? SendMessageTimeoutW : SendMessageTimeoutA;
+  if (!send(window, message, wParam, lParam, SMTO_ABORTIFHUNG, kSendTimeoutMs, &answer)) return std::nullopt;
+  return static_cast<LRESULT>(answer);
 }
-LRESULT Send(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  LRESULT result = 0;
-  if (!TrySend(window, message, wParam, lParam, &result)) Fail("window " + Hex(window) + " did not answer");
-  return result;
+LRESULT Send(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
+  const auto answer = TrySend(window, message, wParam, lParam);
+  if (!answer) Fail("window " + Hex(window) + " did not answer");
+  return *answer;
 }
 void Post(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (!PostMessageA(window, message, wParam, lParam)) Fail("PostMessage failed: error " + std::to_string(GetLastError()));
 }
 
-std::optional<std::string> TryReadText(HWND window) {
-  LRESULT length = 0, copied = 0;
-  if (!TrySend(window, WM_GETTEXTLENGTH, 0, 0, &length)) return std::nullopt;
-  std::string text(static_cast<size_t>(length < 0 ? 0 : length) + 1, '\0');
-  if (!TrySend(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(&text[0]), &copied)) return std::nullopt;
-  text.resize(static_cast<size_t>(copied < 0 ? 0 : std::min<LRESULT>(copied, static_cast<LRESULT>(text.size()) - 1)));
-  return text;
+// A window's text, or with the list messages the item at index; none when the window
+// does not answer or has no such item. Read with the wide messages, as Wine answers a
+// cross-process LB_GETTEXT sent through the ANSI API in UTF-16 anyway.
+std::optional<std::string> TryRead(HWND window, UINT lengthMessage = WM_GETTEXTLENGTH, UINT textMessage = WM_GETTEXT,
+                                   WPARAM index = 0) {
+  const auto length = TrySend(window, lengthMessage, index, 0, true);
+  if (!length || *length < 0) return std::nullopt;
+  std::wstring text(static_cast<size_t>(*length) + 1, L'\0');
+  const WPARAM wParam = textMessage == WM_GETTEXT ? text.size() : index;
+  const auto copied = TrySend(window, textMessage, wParam, reinterpret_cast<LPARAM>(&text[0]), true);
+  if (!copied) return std::nullopt;
+  text.resize(static_cast<size_t>(std::clamp<LRESULT>(*copied, 0, *length)));
+  std::string ansi(text.size() * 2, '\0');
+  ansi.resize(static_cast<size_t>(WideCharToMultiByte(CP_ACP, 0, text.data(), static_cast<int>(text.size()), &ansi[0],
+                                                      static_cast<int>(ansi.size()), nullptr, nullptr)));
+  return ansi;
 }
 // ANSI code page to UTF-8 for the scripts.
 std::string Utf8(const std::string& ansi) {
-  if (ansi.empty()) return ansi;
   std::wstring wide(ansi.size(), L'\0');
   wide.resize(static_cast<size_t>(MultiByteToWideChar(CP_ACP, 0, ansi.data(), static_cast<int>(ansi.size()), &wide[0], static_cast<int>(wide.size()))));
   std::string utf8(wide.size() * 3, '\0');
@@ -203,322 +197,274 @@ std::string Utf8(const std::string& ansi) {
 }
 void PrintLine(const std::string& text) { std::printf("%s\n", Utf8(text).c_str()); }
 
-// The window (and with --id its control); with usable, it must also be visible
-// and enabled, with its top-level window enabled (no modal box over it), as for
-// a person to use it.
-struct Target {
-  HWND top = nullptr, control = nullptr;
-  HWND Window() const { return control ? control : top; }
-};
-Target WaitTarget(bool needId, bool usable = false) {
-  const auto id = Int("id");
-  if (needId && !id) UsageError("missing --id");
-  Target target;
-  std::string reason = "no window like that";
-  if (!Poll([&] {
+// The window, or its control --id, once there is one. A usable control is visible and
+// enabled, with its top-level window enabled (no modal box over it), as for a person.
+enum Need { kWindowOrControl, kControl, kUsableControl };
+HWND WaitWindow(Need need) {
+  const auto id = Int("id", need != kWindowOrControl);
+  HWND found = nullptr;
+  WaitFor(
+      [&] {
         for (HWND top : FindTop(false)) {
-          target = {top, id ? FindControl(top, *id) : nullptr};
-          if (id && !target.control) {
-            reason = "window " + Hex(top) + " has no control " + std::to_string(*id);
-          } else if (usable && (!IsWindowVisible(target.Window()) || !IsWindowEnabled(target.Window()) || !IsWindowEnabled(top))) {
-            reason = Hex(target.Window()) + " is hidden or disabled (a modal box open?)";
-          } else {
-            return true;
-          }
+          found = id ? FindControl(top, *id) : top;
+          const bool usable = IsWindowVisible(found) && IsWindowEnabled(found) && IsWindowEnabled(top);
+          if (found && (need != kUsableControl || usable)) return true;
         }
         return false;
-      })) {
-    Fail(reason + VisibleWindows());
-  }
-  return target;
+      },
+      [&] { return found ? Hex(found) + " is hidden or disabled (a modal box?)" : "no window or control like that"; });
+  return found;
 }
 
-// --- List boxes and combo boxes: one protocol under two sets of numbers -------
-
-bool IsCombo(HWND control) {
-  if (!ClassIs(control, "ComboBox") && !ClassIs(control, "ListBox") && !ClassIs(control, "ComboLBox")) {
-    Fail("control " + Hex(control) + " is a " + ClassName(control) + ", not a list");
-  }
-  return ClassIs(control, "ComboBox");
-}
-LRESULT ItemCount(HWND control) { return Send(control, IsCombo(control) ? CB_GETCOUNT : LB_GETCOUNT, 0, 0); }
-
-// Read with the wide messages: Wine answers a cross-process LB_GETTEXT sent
-// through the ANSI API in UTF-16 anyway.
-std::string ItemText(HWND control, LRESULT index) {
-  const bool combo = IsCombo(control);
-  DWORD_PTR length = 0, copied = 0;
-  if (!SendMessageTimeoutW(control, combo ? CB_GETLBTEXTLEN : LB_GETTEXTLEN, static_cast<WPARAM>(index), 0, SMTO_ABORTIFHUNG,
-                           kSendTimeoutMs, &length) || static_cast<LRESULT>(length) < 0) {
-    Fail("no item " + std::to_string(index) + " in " + Hex(control));
-  }
-  std::wstring text(static_cast<size_t>(length) + 1, L'\0');
-  SendMessageTimeoutW(control, combo ? CB_GETLBTEXT : LB_GETTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&text[0]),
-                      SMTO_ABORTIFHUNG, kSendTimeoutMs, &copied);
-  text.resize(std::min<size_t>(static_cast<size_t>(length), static_cast<LRESULT>(copied) < 0 ? 0 : copied));
-  std::string ansi(text.size() * 2, '\0');
-  ansi.resize(static_cast<size_t>(WideCharToMultiByte(CP_ACP, 0, text.data(), static_cast<int>(text.size()), &ansi[0],
-                                                       static_cast<int>(ansi.size()), nullptr, nullptr)));
-  return ansi;
-}
-
-// Selects item --index as a click would (a double click with --double), then
-// tells the parent, as the control would: dialogs react to the notification.
-void SelectItem() {
-  const long long index = RequiredInt("index");
-  const HWND control = WaitTarget(true, true).control;
-  if (index < -1 || index >= ItemCount(control)) Fail("index " + std::to_string(index) + " out of range");
-  Send(control, IsCombo(control) ? CB_SETCURSEL : LB_SETCURSEL, static_cast<WPARAM>(index), 0);
-  const auto notify = [control](WORD code) {
-    Post(GetParent(control), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(control), code), reinterpret_cast<LPARAM>(control));
-  };
-  notify(LBN_SELCHANGE);
-  if (options.count("double")) notify(LBN_DBLCLK);
-  PrintLine(std::to_string(index) + "\t" + (index >= 0 ? ItemText(control, static_cast<LRESULT>(index)) : ""));
-}
-
-// --- Message boxes ---------------------------------------------------------------
-
-// The message: the static with id 0xFFFF, else the first static with a text.
-std::string BoxText(HWND box) {
-  const HWND text = FindControl(box, 0xFFFF);
-  if (auto value = text && ClassIs(text, "Static") ? TryReadText(text) : std::nullopt) return *value;
-  for (HWND child : Descendants(box)) {
-    auto value = ClassIs(child, "Static") ? TryReadText(child) : std::nullopt;
-    if (value && !value->empty()) return *value;
-  }
-  return {};
-}
-
-// A visible box (class #32770 unless --class) whose text holds --contains.
-HWND WaitBox(std::string* text) {
-  const auto contains = Str("contains");
-  HWND box = nullptr;
-  if (!Poll([&] {
-        for (HWND candidate : FindTop(!AnyVisibility(), "#32770")) {
-          *text = BoxText(candidate);
-          if (!contains || text->find(*contains) != std::string::npos) return (box = candidate) != nullptr;
-        }
-        return false;
-      })) {
-    Fail("no box like that" + (contains ? " with text containing " + Quoted(*contains) : "") + VisibleWindows());
-  }
-  return box;
-}
-
-std::string StateLine(HWND window) {
-  LRESULT checked = 0;
-  if (ClassIs(window, "Button")) TrySend(window, BM_GETCHECK, 0, 0, &checked);
-  return "enabled=" + std::to_string(IsWindowEnabled(window) ? 1 : 0) + " visible=" +
-         std::to_string(IsWindowVisible(window) ? 1 : 0) + " checked=" + std::to_string(checked);
-}
-
-std::vector<long long> IdList() {
+// What describe() says of the control --id (or of the window), or of each of --ids
+// joined by separator, once accept() takes it. Labelled: "ID " before each of --ids,
+// and "missing" for one the window lacks.
+std::string Observe(const std::function<std::optional<std::string>(HWND)>& describe, const std::string& separator,
+                    bool labelled, const std::function<bool(const std::string&)>& accept) {
   std::vector<long long> ids;
-  std::stringstream list(RequiredStr("ids"));
+  std::stringstream list(Str("ids").value_or(""));
   for (std::string id; std::getline(list, id, ',');) {
     if (!ParseNumber(id)) UsageError("--ids wants numbers separated by commas");
     ids.push_back(*ParseNumber(id));
   }
-  return ids;
+  labelled = labelled && !ids.empty();
+  if (ids.empty() && Int("id")) ids.push_back(*Int("id"));
+  const auto read = [&](HWND top) -> std::optional<std::string> {
+    if (ids.empty()) return describe(top);
+    std::string joined;
+    for (size_t i = 0; i < ids.size(); ++i) {
+      const HWND control = FindControl(top, ids[i]);
+      const auto text = control ? describe(control) : std::nullopt;
+      if (!text && !labelled) return std::nullopt;
+      joined += (i == 0 ? "" : separator) + (labelled ? std::to_string(ids[i]) + " " : "") + text.value_or("missing");
+    }
+    return joined;
+  };
+  std::optional<std::string> last;
+  WaitFor(
+      [&] {
+        last.reset();
+        for (HWND top : FindTop(false)) {
+          if ((last = read(top))) break;
+        }
+        return last && accept(*last);
+      },
+      [&] { return last ? "got " + Quoted(*last) : std::string("no window or control like that"); });
+  return *last;
 }
 
-bool IsRadio(HWND window) {
-  const LONG type = GetWindowLongA(window, GWL_STYLE) & 0x0F;
-  return ClassIs(window, "Button") && (type == BS_RADIOBUTTON || type == BS_AUTORADIOBUTTON);
+std::optional<std::string> StateLine(HWND window) {
+  const LRESULT checked = ClassIs(window, "Button") ? TrySend(window, BM_GETCHECK).value_or(0) : 0;
+  return "enabled=" + std::to_string(IsWindowEnabled(window) ? 1 : 0) + " visible=" +
+         std::to_string(IsWindowVisible(window) ? 1 : 0) + " checked=" + std::to_string(checked);
 }
+
+// --- List boxes and combo boxes: one protocol under two sets of numbers -------
+
+struct ListMessages {
+  UINT count, textLength, text, select;
+};
+const ListMessages& ListOf(HWND control) {
+  static const ListMessages kListBox = {LB_GETCOUNT, LB_GETTEXTLEN, LB_GETTEXT, LB_SETCURSEL};
+  static const ListMessages kComboBox = {CB_GETCOUNT, CB_GETLBTEXTLEN, CB_GETLBTEXT, CB_SETCURSEL};
+  if (ClassIs(control, "ComboBox")) return kComboBox;
+  if (ClassIs(control, "ListBox") || ClassIs(control, "ComboLBox")) return kListBox;
+  Fail("control " + Hex(control) + " is a " + ClassName(control) + ", not a list");
+}
+std::string ItemText(HWND control, LRESULT index) {
+  const auto text = TryRead(control, ListOf(control).textLength, ListOf(control).text, static_cast<WPARAM>(index));
+  if (!text) Fail("no item " + std::to_string(index) + " in " + Hex(control));
+  return *text;
+}
+
+// A message box's text: its first static with a text (the icon's has none).
+std::string BoxText(HWND box) {
+  for (HWND child : Descendants(box)) {
+    const auto text = ClassIs(child, "Static") ? TryRead(child) : std::nullopt;
+    if (text && !text->empty()) return *text;
+  }
+  return {};
+}
+
+// Radio buttons say so, as the dialog manager asks them.
+bool IsRadio(HWND window) { return (Send(window, WM_GETDLGCODE) & DLGC_RADIOBUTTON) != 0; }
 
 // --- The commands ------------------------------------------------------------------
 
+// A (visible) window like that, or with --gone none left.
+void WaitForWindow() {
+  const bool gone = Str("gone").has_value();
+  std::vector<HWND> found;
+  WaitFor([&] { return (found = FindTop(!Str("any-visibility"))).empty() == gone; },
+          [&] { return gone ? "the window is still there" : "no window like that"; });
+  PrintLine(gone ? "gone" : Hex(found[0]));
+}
+
 // The text of the control --id (or of the window), or with --ids of several
 // controls joined by "|"; with --equals or --contains, once it matches.
-void TextCommand() {
+void Text() {
   const auto equals = Str("equals"), contains = Str("contains");
-  std::optional<std::string> last;
-  if (!Poll([&] {
-        last.reset();
-        for (HWND top : FindTop(false)) {
-          if (!Str("ids")) {
-            const HWND window = Int("id") ? FindControl(top, *Int("id")) : top;
-            if (window && (last = TryReadText(window))) break;
-            continue;
-          }
-          std::string joined;
-          const std::vector<long long> ids = IdList();
-          for (size_t i = 0; i < ids.size(); ++i) {
-            const HWND control = FindControl(top, ids[i]);
-            auto text = control ? TryReadText(control) : std::nullopt;
-            if (!text) Fail("no control with id " + std::to_string(ids[i]));
-            joined += (i == 0 ? "" : "|") + *text;
-          }
-          last = joined;
-          break;
-        }
-        return last && (!equals || *last == *equals) && (!contains || last->find(*contains) != std::string::npos);
-      })) {
-    Fail("text is " + (last ? Quoted(*last) : std::string("not there")) + ", wanted " + Quoted(equals ? *equals : contains.value_or("")));
-  }
-  PrintLine(*last);
+  PrintLine(Observe([](HWND window) { return TryRead(window); }, "|", false, [&](const std::string& text) {
+    return (!equals || text == *equals) && (!contains || text.find(*contains) != std::string::npos);
+  }));
 }
 
 // "enabled=E visible=V checked=C" of the control --id (or the window), once it
 // has the --enabled, --visible, --checked asked for; with --ids one line per id.
-void StateCommand() {
-  std::string last;
-  const auto wanted = [&](const char* field) {
-    return !Int(field) || last.find(std::string(field) + "=" + std::to_string(*Int(field))) != std::string::npos;
+void State() {
+  const auto wanted = [](const std::string& state, const char* field) {
+    return !Int(field) || state.find(std::string(field) + "=" + std::to_string(*Int(field))) != std::string::npos;
   };
-  if (!Poll([&] {
-        last.clear();
-        const Target target = WaitTarget(false);
-        if (!Str("ids")) last = StateLine(target.Window());
-        for (long long id : Str("ids") ? IdList() : std::vector<long long>()) {
-          const HWND control = FindControl(target.top, id);
-          last += (last.empty() ? "" : "\n") + std::to_string(id) + " " + (control ? StateLine(control) : "missing");
-        }
-        return wanted("enabled") && wanted("visible") && wanted("checked");
-      })) {
-    Fail("state is " + last);
-  }
-  PrintLine(last);
+  PrintLine(Observe(StateLine, "\n", true, [&](const std::string& state) {
+    return wanted(state, "enabled") && wanted(state, "visible") && wanted(state, "checked");
+  }));
 }
 
+// The items of a list or combo box; with --index one (negative: from the end),
+// with --count their number.
+void List() {
+  const HWND control = WaitWindow(kControl);
+  const LRESULT count = Send(control, ListOf(control).count);
+  if (Str("count")) return PrintLine(std::to_string(count));
+  long long index = Int("index").value_or(0);
+  if (index < 0) index += count;
+  if (Int("index") && (index < 0 || index >= count)) Fail("index out of range: " + std::to_string(count) + " items");
+  for (LRESULT i = Int("index") ? index : 0; i < (Int("index") ? index + 1 : count); ++i) PrintLine(ItemText(control, i));
+}
+
+// Posted, so that a click that opens a modal box cannot hold us up.
+void Click() {
+  Post(WaitWindow(kUsableControl), BM_CLICK, 0, 0);
+  PrintLine("ok");
+}
+
+// WM_COMMAND(--id) with lParam 0 to the window: a menu item's id, not a control's.
+void Command() {
+  const long long id = *Int("id", true);
+  options.erase("id");
+  Post(WaitWindow(kWindowOrControl), WM_COMMAND, static_cast<WPARAM>(id & 0xFFFF), 0);
+  PrintLine("ok");
+}
+
+void PostRaw() {
+  const auto message = static_cast<UINT>(MessageValue("msg", true));
+  Post(WaitWindow(kWindowOrControl), message, static_cast<WPARAM>(MessageValue("wparam")),
+       static_cast<LPARAM>(MessageValue("lparam")));
+  PrintLine("ok");
+}
+
+// The text of a message box (class #32770 unless --class) holding --contains; with
+// --button, once that button is pressed and the box has closed.
+void AnswerBox() {
+  static const std::map<std::string, int> kButtons = {{"ok", IDOK}, {"cancel", IDCANCEL}, {"yes", IDYES}, {"no", IDNO}};
+  const auto button = kButtons.find(Str("button").value_or("ok"));
+  if (button == kButtons.end()) UsageError("--button wants yes, no, ok or cancel");
+  const auto contains = Str("contains");
+  options.emplace("class", "#32770");
+  HWND box = nullptr;
+  std::string text;
+  WaitFor(
+      [&] {
+        for (HWND candidate : FindTop(true)) {
+          text = BoxText(candidate);
+          if (!contains || text.find(*contains) != std::string::npos) return (box = candidate) != nullptr;
+        }
+        return false;
+      },
+      [&] { return "no box like that" + (contains ? " with text containing " + Quoted(*contains) : ""); });
+  if (Str("button")) {
+    const HWND pressed = GetDlgItem(box, button->second);
+    if (!pressed) Fail("box " + Hex(box) + " has no " + button->first + " button");
+    Post(box, WM_COMMAND, MAKEWPARAM(button->second, BN_CLICKED), reinterpret_cast<LPARAM>(pressed));
+    WaitFor([box] { return !IsWindow(box) || !IsWindowVisible(box); }, [] { return "the box is still open"; });
+  }
+  PrintLine(text);
+}
+
+// The control with the keyboard focus in the window's thread, and the desktop's
+// foreground window.
+void Focus() {
+  GUITHREADINFO info = {};
+  info.cbSize = sizeof info;
+  if (!GetGUIThreadInfo(GetWindowThreadProcessId(WaitWindow(kWindowOrControl), nullptr), &info)) Fail("GetGUIThreadInfo failed");
+  PrintLine("focus=" + (info.hwndFocus ? std::to_string(GetDlgCtrlID(info.hwndFocus)) : std::string("none")) +
+            " foreground=" + Hex(GetForegroundWindow()));
+}
+
+// Whether the shell has the window's notification icon --icon N, after taking
+// it away with --delete as a restarting taskbar loses it.
+void TrayIcon() {
+  NOTIFYICONDATAA data = {};
+  data.cbSize = NOTIFYICONDATAA_V1_SIZE;
+  data.hWnd = WaitWindow(kWindowOrControl);
+  data.uID = static_cast<UINT>(*Int("icon", true));
+  if (Str("delete")) Shell_NotifyIconA(NIM_DELETE, &data);
+  PrintLine(Shell_NotifyIconA(NIM_MODIFY, &data) ? "present" : "absent");
+}
+
+// Holds a file open as a virus scanner would (reading, read sharing only) until
+// the --release-when file appears; prints "held" once open. Run it in the background.
+void HoldFile() {
+  const std::string path = *Str("path", true), release = *Str("release-when", true);
+  HANDLE file = CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+  if (file == INVALID_HANDLE_VALUE) Fail("cannot open " + path + ": error " + std::to_string(GetLastError()));
+  PrintLine("held");
+  std::fflush(stdout);
+  while (GetFileAttributesA(release.c_str()) == INVALID_FILE_ATTRIBUTES) Sleep(50);  // exiting closes the file
+}
+
+// every top-level window, message-only ones last
+void Windows() {
+  const std::vector<HWND> all = TopLevel(true);
+  for (size_t i = 0, topLevel = TopLevel(false).size(); i < all.size(); ++i) {
+    DWORD pid = 0;
+    GetWindowThreadProcessId(all[i], &pid);
+    const HWND owner = GetWindow(all[i], GW_OWNER);
+    PrintLine(Hex(all[i]) + " pid=" + std::to_string(pid) + " visible=" + std::to_string(IsWindowVisible(all[i]) ? 1 : 0) +
+              " class=" + Quoted(ClassName(all[i])) + " title=" + Quoted(Caption(all[i])) +
+              (owner ? " owner=" + Hex(owner) : "") + (i >= topLevel ? " message-only" : ""));
+  }
+}
+
+// User actions wait for the control to be usable; edits notify EN_CHANGE themselves.
+void SetText() {
+  const std::string text = *Str("text", true);
+  const HWND control = WaitWindow(kUsableControl);
+  if (Send(control, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str())) <= 0) Fail("the control refused the text");
+  PrintLine("ok");
+}
+
+// Selects item --index as a click would (a double click with --double), then
+// tells the parent, as the control would: dialogs react to the notification.
+void Select() {
+  const long long index = *Int("index", true);
+  const HWND control = WaitWindow(kUsableControl);
+  if (index < -1 || index >= Send(control, ListOf(control).count)) Fail("no item " + std::to_string(index));
+  Send(control, ListOf(control).select, static_cast<WPARAM>(index));
+  const auto notify = [control](WORD code) {
+    Post(GetParent(control), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(control), code), reinterpret_cast<LPARAM>(control));
+  };
+  notify(LBN_SELCHANGE);
+  if (Str("double")) notify(LBN_DBLCLK);
+  PrintLine(std::to_string(index) + "\t" + (index >= 0 ? ItemText(control, static_cast<LRESULT>(index)) : ""));
+}
+
+// Checking a radio button unchecks the others of its group, as a click does.
+void Check() {
+  const long long value = *Int("value", true);
+  const HWND control = WaitWindow(kUsableControl), parent = GetParent(control);
+  for (HWND other = GetNextDlgGroupItem(parent, control, FALSE); value == 1 && IsRadio(control) && other && other != control;
+       other = GetNextDlgGroupItem(parent, other, FALSE)) {
+    if (IsRadio(other)) Send(other, BM_SETCHECK, BST_UNCHECKED);
+  }
+  Send(control, BM_SETCHECK, static_cast<WPARAM>(value));
+  Post(parent, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(control), BN_CLICKED), reinterpret_cast<LPARAM>(control));
+  PrintLine("ok");
+}
 const std::map<std::string, std::function<void()>> kCommands = {
-    // A (visible) window like that, or with --gone none left.
-    {"wait-window",
-     [] {
-       const bool gone = options.count("gone") != 0;
-       std::vector<HWND> found;
-       if (!Poll([&] { return (found = FindTop(!AnyVisibility())).empty() == gone; })) {
-         Fail(gone ? "the window is still there" : "no window like that" + VisibleWindows());
-       }
-       PrintLine(gone ? "gone" : Hex(found[0]));
-     }},
-    {"text", TextCommand},
-    {"state", StateCommand},
-    // The items of a list or combo box; with --index one (negative: from the end),
-    // with --count their number.
-    {"list",
-     [] {
-       const HWND control = WaitTarget(true).control;
-       const LRESULT count = ItemCount(control);
-       if (options.count("count")) return PrintLine(std::to_string(count));
-       long long index = Int("index").value_or(0);
-       if (index < 0) index += count;
-       if (Int("index") && (index < 0 || index >= count)) Fail("index out of range: " + std::to_string(count) + " items");
-       for (LRESULT i = Int("index") ? index : 0; i < (Int("index") ? index + 1 : count); ++i) PrintLine(ItemText(control, i));
-     }},
-    // Posted, so that a click that opens a modal box cannot hold us up.
-    {"click",
-     [] {
-       Post(WaitTarget(true, true).control, BM_CLICK, 0, 0);
-       PrintLine("ok");
-     }},
-    // WM_COMMAND(id) to the control's parent, or with lParam 0 to the window when
-    // it has no such control (menu ids).
-    {"command",
-     [] {
-       const long long id = RequiredInt("id");
-       std::vector<HWND> tops;
-       if (!Poll([&] { return !(tops = FindTop(false)).empty(); })) Fail("no window like that" + VisibleWindows());
-       HWND control = nullptr;
-       for (size_t i = 0; i < tops.size() && !control; ++i) control = FindControl(tops[i], id);
-       Post(control ? GetParent(control) : tops[0], WM_COMMAND, static_cast<WPARAM>(id & 0xFFFF), reinterpret_cast<LPARAM>(control));
-       PrintLine("ok");
-     }},
-    {"post",
-     [] {
-       const auto message = static_cast<UINT>(MessageValue("msg", -1));
-       if (message == static_cast<UINT>(-1)) UsageError("missing --msg");
-       Post(WaitTarget(false).Window(), message, static_cast<WPARAM>(MessageValue("wparam", 0)),
-            static_cast<LPARAM>(MessageValue("lparam", 0)));
-       PrintLine("ok");
-     }},
-    // The text of a message box; with --button, once that button is pressed and
-    // the box has closed.
-    {"answer-box",
-     [] {
-       static const std::map<std::string, int> kButtons = {{"ok", IDOK}, {"cancel", IDCANCEL}, {"yes", IDYES}, {"no", IDNO}};
-       const auto button = kButtons.find(Str("button").value_or("ok"));
-       if (button == kButtons.end()) UsageError("--button wants yes, no, ok or cancel");
-       std::string text;
-       const HWND box = WaitBox(&text);
-       if (Str("button")) {
-         const HWND pressed = GetDlgItem(box, button->second);
-         if (!pressed) Fail("box " + Hex(box) + " has no " + button->first + " button");
-         Post(box, WM_COMMAND, MAKEWPARAM(button->second, BN_CLICKED), reinterpret_cast<LPARAM>(pressed));
-         if (!Poll([box] { return !IsWindow(box) || !IsWindowVisible(box); })) Fail("the box is still open");
-       }
-       PrintLine(text);
-     }},
-    // The control with the keyboard focus in the window's thread, and the desktop's
-    // foreground window.
-    {"focus",
-     [] {
-       GUITHREADINFO info = {};
-       info.cbSize = sizeof info;
-       if (!GetGUIThreadInfo(GetWindowThreadProcessId(WaitTarget(false).Window(), nullptr), &info)) Fail("GetGUIThreadInfo failed");
-       PrintLine("focus=" + (info.hwndFocus ? std::to_string(GetDlgCtrlID(info.hwndFocus)) : std::string("none")) +
-                 " foreground=" + Hex(GetForegroundWindow()));
-     }},
-    // Whether the shell has the window's notification icon --icon N, after taking
-    // it away with --delete as a restarting taskbar loses it.
-    {"tray-icon",
-     [] {
-       NOTIFYICONDATAA data = {};
-       data.cbSize = NOTIFYICONDATAA_V1_SIZE;
-       data.hWnd = WaitTarget(false).top;
-       data.uID = static_cast<UINT>(RequiredInt("icon"));
-       if (options.count("delete") != 0) Shell_NotifyIconA(NIM_DELETE, &data);
-       PrintLine(Shell_NotifyIconA(NIM_MODIFY, &data) ? "present" : "absent");
-     }},
-    // Holds a file open as a virus scanner would (reading, read sharing only) until
-    // the --release-when file appears; prints "held" once open. Run it in the background.
-    {"hold-file",
-     [] {
-       const std::string path = RequiredStr("path"), release = RequiredStr("release-when");
-       HANDLE file = CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-       if (file == INVALID_HANDLE_VALUE) Fail("cannot open " + path + ": error " + std::to_string(GetLastError()));
-       PrintLine("held");
-       std::fflush(stdout);
-       while (GetFileAttributesA(release.c_str()) == INVALID_FILE_ATTRIBUTES) Sleep(50);
-       CloseHandle(file);
-     }},
-    {"windows",  // every top-level window, message-only ones last
-     [] {
-       const std::vector<HWND> all = TopLevel(true);
-       for (size_t i = 0, topLevel = TopLevel().size(); i < all.size(); ++i) {
-         DWORD pid = 0;
-         GetWindowThreadProcessId(all[i], &pid);
-         const HWND owner = GetWindow(all[i], GW_OWNER);
-         PrintLine(Hex(all[i]) + " pid=" + std::to_string(pid) + " visible=" + std::to_string(IsWindowVisible(all[i]) ? 1 : 0) +
-                   " class=" + Quoted(ClassName(all[i])) + " title=" + Quoted(Caption(all[i])) +
-                   (owner ? " owner=" + Hex(owner) : "") + (i >= topLevel ? " message-only" : ""));
-       }
-     }},
-    // User actions wait for the control to be usable; edits notify EN_CHANGE themselves.
-    {"set-text",
-     [] {
-       const std::string text = RequiredStr("text");
-       if (Send(WaitTarget(true, true).control, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str())) <= 0) {
-         Fail("the control refused the text");
-       }
-       PrintLine("ok");
-     }},
-    {"select", SelectItem},
-    // Checking a radio button unchecks the others of its group, as a click does.
-    {"check",
-     [] {
-       const long long value = RequiredInt("value");
-       const HWND control = WaitTarget(true, true).control, parent = GetParent(control);
-       for (HWND other = GetNextDlgGroupItem(parent, control, FALSE); value == 1 && IsRadio(control) && other && other != control;
-            other = GetNextDlgGroupItem(parent, other, FALSE)) {
-         if (IsRadio(other)) Send(other, BM_SETCHECK, BST_UNCHECKED, 0);
-       }
-       Send(control, BM_SETCHECK, static_cast<WPARAM>(value), 0);
-       Post(parent, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(control), BN_CLICKED), reinterpret_cast<LPARAM>(control));
-       PrintLine("ok");
-     }},
+    {"wait-window", WaitForWindow}, {"text", Text}, {"state", State}, {"list", List}, {"click", Click},
+    {"command", Command}, {"post", PostRaw}, {"answer-box", AnswerBox}, {"focus", Focus}, {"tray-icon", TrayIcon},
+    {"hold-file", HoldFile}, {"windows", Windows}, {"set-text", SetText}, {"select", Select}, {"check", Check},
 };
 
 }  // namespace
@@ -533,13 +479,11 @@ int main(int argc, char** argv) {
     if (command == kCommands.end()) UsageError("usage: orvalen_driver COMMAND [--OPTION VALUE]...; see README.md");
     for (int i = 2; i < argc; ++i) {
       const std::string name = std::string(argv[i]).rfind("--", 0) == 0 ? argv[i] + 2 : "?";
-      if (kFlags.find(" " + name + " ") != std::string::npos) {
-        options[name] = "";
-      } else if (kValues.find(" " + name + " ") == std::string::npos || i + 1 == argc) {
+      const bool flag = kFlags.find(" " + name + " ") != std::string::npos;
+      if (!flag && (kValues.find(" " + name + " ") == std::string::npos || i + 1 == argc)) {
         UsageError("unknown option, or one without its value: '" + std::string(argv[i]) + "'");
-      } else {
-        options[name] = argv[++i];  // the value may be empty or start with "--"
       }
+      options[name] = flag ? "" : argv[++i];  // a value may be empty or start with "--"
     }
     command->second();
   } catch (const Failure& failure) {
@@ -547,6 +491,5 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "orvalen_driver %s: %s\n", argv[1], Utf8(failure.message).c_str());
     return failure.exitCode;
   }
-  std::fflush(stdout);
   return 0;
 }
