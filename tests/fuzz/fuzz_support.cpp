@@ -8,9 +8,8 @@
 #include <filesystem>
 
 #include "logview/text_report.h"
-#include "monitor/alarm.h"
+#include "monitor/monitor_state.h"
 #include "monitor/session.h"
-#include "monitor/unconfigured_connections.h"
 #include "platform/binary_file.h"
 #include "platform/program_paths.h"
 #include "platform/system_clock.h"
@@ -47,10 +46,7 @@ void FreshProgramState() {
   SetWindowsDirectory(ScratchFolder());
   SetProgramFolder(ScratchFolder());
   ResetStorageState();
-  ResetSessionState();
-  ResetAlarmState();
-  ResetUnconfiguredState();
-  sessionHooks = SessionHooks{};
+  ResetMonitorState();
   ResetLogViewState();
   platformState.fileWriteCutoff = nullptr;
 }

@@ -9,9 +9,8 @@
 
 #include "app/status_text.h"
 #include "logview/logview_state.h"
-#include "monitor/alarm.h"
+#include "monitor/monitor_state.h"
 #include "monitor/session.h"
-#include "monitor/unconfigured_connections.h"
 #include "platform/platform_state.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
@@ -77,10 +76,7 @@ void ProgramStateTest::SetUp() {
   SetProgramFolder(folder_);
   ResetPlatformState();
   ResetStorageState();
-  ResetSessionState();
-  ResetAlarmState();
-  ResetUnconfiguredState();
-  sessionHooks = SessionHooks{};
+  ResetMonitorState();
   ResetLogViewState();
   ResetStatusState();
   UseClock(&clock_);
