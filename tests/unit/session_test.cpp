@@ -130,6 +130,7 @@ TEST_F(Session, ADamagedCheckpointIsRepairedAndToldOrNotRecorded) {
       {"elapsed past now", [] { settings.checkpointElapsed = 3 * 86400; }, 540},
       {"no name", [] { settings.checkpointName[0] = '\0'; }, 0},
       {"no date", [] { settings.checkpointMonth = 0; }, 0},
+      {"log-on hour 24", [] { settings.checkpointLogOn.hour = 24; }, 0},
       {"log-on minute 60", [] { settings.checkpointLogOn.minute = 60; }, 0},
   };
   const std::vector<std::string> told = {"The session of Home ISP that was open when Orvalen stopped had a damaged "
