@@ -111,7 +111,7 @@ class CrashRecovery : public ProgramStateTest {
     ras_ = ScriptedRas{};
     probe_ = DialUpProbe{};
     clock_ = FakeClock{};
-    clock_.now = {2002, 2, 4, 28, 10, 0, 0};  // the session across midnight ends on 1 March
+    clock_.now = {2005, 2, 1, 28, 10, 0, 0};  // the session across midnight ends on 1 March
     for (const std::string& file : {std::string(SettingsPath()), LogFilePath()}) {
       for (const char* suffix : {"", ".tmp", ".new", ".prev"}) std::remove((file + suffix).c_str());
     }
