@@ -138,7 +138,8 @@ bool WriteFileStart(const char* path, const WriteBlock* blocks, std::size_t bloc
   // has that name, so it is renamed "<name>.prev", never deleted first: a start then
   // finds one of the two (FinishInterruptedSave).
   const std::string previous = Sibling(path, ".prev");
-  if (IsOnDisk(fresh.c_str())) {
+  const bool setAside = IsOnDisk(fresh.c_str());
+  if (setAside) {
     if (!Happens(path, SaveStep::SetAside)) return false;
     std::remove(previous.c_str());  // older than ".new"
     if (std::rename(fresh.c_str(), previous.c_str()) != 0) {
@@ -151,12 +152,14 @@ bool WriteFileStart(const char* path, const WriteBlock* blocks, std::size_t bloc
   if (std::rename(temporary.c_str(), fresh.c_str()) != 0) {
     FileCallFailed();
     std::remove(temporary.c_str());
-    std::rename(previous.c_str(), fresh.c_str());  // the earlier copy back, if set aside
+    if (setAside) std::rename(previous.c_str(), fresh.c_str());  // the earlier copy back
     return false;
   }
   // From here on the new content is what a start finds.
   if (!Happens(path, SaveStep::RemoveOld)) return false;
-  std::remove(previous.c_str());
+  // A ".prev" left beside no ".new" would be taken for the newest content at the
+  // next start: while it cannot go, ".new" stays and the start sorts the two out.
+  if (setAside && std::remove(previous.c_str()) != 0) return FileCallFailed();
   if (IsOnDisk(path) && std::remove(path) != 0) return FileCallFailed();  // held: ".new" stays
   if (!Happens(path, SaveStep::Rename)) return false;
   return std::rename(fresh.c_str(), path) == 0 || FileCallFailed();
@@ -169,7 +172,8 @@ void FinishInterruptedSave(const char* path) {
   // With "<name>.new" there, "<name>.prev" is older; without it, a save was killed
   // after setting its predecessor aside, and that one is the newest complete copy.
   if (IsOnDisk(fresh.c_str())) {
-    std::remove(previous.c_str());
+    // Put in place only once ".prev" is gone, or it would outlive the newer file.
+    if (IsOnDisk(previous.c_str()) && std::remove(previous.c_str()) != 0) return;
   } else {
     std::rename(previous.c_str(), fresh.c_str());
   }

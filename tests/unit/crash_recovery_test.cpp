@@ -302,6 +302,15 @@ TEST_F(CrashRecovery, AHeldLogKeepsItsNewestCompleteSaveAtEveryKill) {
     if (cut.seen <= k) break;  // the save ran uncut
   }
   EXPECT_EQ(std::string(1, first), "B");
+
+  // Let go, but with a ".prev" that cannot be deleted: ".new" is not put in place
+  // while the older copy could outlive it.
+  std::filesystem::remove_all(log);
+  WriteBytes(log, {'A'});
+  std::filesystem::create_directories(log + ".prev/held");
+  FinishInterruptedSave(log.c_str());
+  std::size_t read = 0;
+  EXPECT_TRUE(Exists(log + ".new") && ReadFileStart(log.c_str(), &first, 1, &read) && first == 'B');
 }
 
 }  // namespace
