@@ -21,20 +21,26 @@ void* Allocate(std::size_t size) {
   return std::malloc(size == 0 ? 1 : size);
 }
 
+// Every delete frees here: one delete calling another is a mismatched pair to
+// GCC's optimiser at -O3, and free() must stay out of its sight of operator new.
+[[gnu::noinline]] void Release(void* block) noexcept { std::free(block); }
+
 }  // namespace
 
 void* operator new(std::size_t size) {
   if (void* block = Allocate(size)) return block;
   throw std::bad_alloc();
 }
-void* operator new[](std::size_t size) { return operator new(size); }
+void* operator new[](std::size_t size) {
+  if (void* block = Allocate(size)) return block;
+  throw std::bad_alloc();
+}
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
-// Not inlined: GCC would otherwise see free() meet the library's own operator new.
-[[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
-void operator delete[](void* block) noexcept { operator delete(block); }
-void operator delete(void* block, std::size_t) noexcept { operator delete(block); }
-void operator delete[](void* block, std::size_t) noexcept { operator delete(block); }
+void operator delete(void* block) noexcept { Release(block); }
+void operator delete[](void* block) noexcept { Release(block); }
+void operator delete(void* block, std::size_t) noexcept { Release(block); }
+void operator delete[](void* block, std::size_t) noexcept { Release(block); }
 
 namespace {
 
