@@ -15,11 +15,11 @@ cd "$root"
 
 "$root/scripts/install-deps.sh"
 
+# shellcheck source=configure.sh
+source "$root/scripts/configure.sh"
 for arch in i686 x86_64; do
+  orv_configure "$arch" "$(orv_toolchain "$arch")"
   echo "== build $arch"
-  cmake -S "$root" -B "$root/build/$arch" -DCMAKE_TOOLCHAIN_FILE="$root/cmake/toolchain-$arch-mingw.cmake" \
-    -DCMAKE_BUILD_TYPE=RelWithDebInfo >"$root/build/$arch.configure.log" 2>&1 ||
-    { cat "$root/build/$arch.configure.log"; exit 1; }
   cmake --build "$root/build/$arch" -j2 --target Orvalen rasapi32_standin orvalen_driver >/dev/null
 done
 

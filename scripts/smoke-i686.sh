@@ -65,9 +65,11 @@ fc32_before=$(fc32_caches)
 say "building the i686 program and stand-in, and the x86_64 window driver"
 (
   set -e
-  cmake -S "$top" -B "$top/build/i686" -DCMAKE_TOOLCHAIN_FILE="$top/cmake/toolchain-i686-mingw.cmake" >/dev/null
+  # shellcheck source=configure.sh
+  source "$top/scripts/configure.sh"
+  orv_configure i686 "$(orv_toolchain i686)" >/dev/null
   cmake --build "$top/build/i686" -j2 --target Orvalen rasapi32_standin >/dev/null
-  cmake -S "$top" -B "$top/build/x86_64" -DCMAKE_TOOLCHAIN_FILE="$top/cmake/toolchain-x86_64-mingw.cmake" >/dev/null
+  orv_configure x86_64 "$(orv_toolchain x86_64)" >/dev/null
   cmake --build "$top/build/x86_64" -j2 --target orvalen_driver >/dev/null
 ) || { say "the build failed"; exit 1; }
 EXE=$top/build/i686/app/Orvalen.exe

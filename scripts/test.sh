@@ -13,19 +13,13 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$root"
 
 "$root/scripts/install-deps.sh"
+# shellcheck source=configure.sh
+source "$root/scripts/configure.sh"
 
 jobs=2
 passed=0
 failed=0
 failures=()
-
-configure() {  # name, extra cmake arguments...
-  local name=$1
-  shift
-  echo "== configure $name"
-  cmake -S "$root" -B "$root/build/$name" -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@" >"$root/build/$name.configure.log" 2>&1 ||
-    { cat "$root/build/$name.configure.log"; return 1; }
-}
 
 build() {
   echo "== build $1"
@@ -52,26 +46,25 @@ run_ctest() {  # name, extra ctest arguments...
   if ((status != 0)); then failures+=("$name"); fi
 }
 
-mkdir -p "$root/build"
-
-configure native
+# Optimised: GCC's -O3 warnings (mismatched new and delete, say) show only there.
+orv_configure native -DCMAKE_BUILD_TYPE=Release
 build native
 run_ctest native
 
-configure asan -DORVALEN_SANITIZE=ON
+orv_configure asan -DORVALEN_SANITIZE=ON
 build asan
 UBSAN_OPTIONS=print_stacktrace=1 run_ctest asan
 
-configure fuzz -DORVALEN_FUZZ=ON -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ \
+orv_configure fuzz -DORVALEN_FUZZ=ON -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ \
   -DORVALEN_FUZZ_SECONDS="${ORVALEN_FUZZ_SECONDS:-20}"
 build fuzz
 run_ctest fuzz -L fuzz
 
-configure i686 -DCMAKE_TOOLCHAIN_FILE="$root/cmake/toolchain-i686-mingw.cmake"
+orv_configure i686 "$(orv_toolchain i686)"
 build i686
 run_ctest i686 -L win9x  # nothing else can run: no 32-bit code runs here
 
-configure x86_64 -DCMAKE_TOOLCHAIN_FILE="$root/cmake/toolchain-x86_64-mingw.cmake"
+orv_configure x86_64 "$(orv_toolchain x86_64)"
 build x86_64
 # A test that drives real windows under Wine on two shared cores now and then loses
 # a window or an input to the load (seen in about one full run of two, a different
