@@ -4,6 +4,8 @@
 #include <string>
 
 #include "ui/win32/app_state.h"
+#include "ui/win32/controls.h"
+#include "ui/win32/program_icon.h"
 #include "ui/win32/dialog_colours.h"
 #include "app/win32/greeting_dialogs.h"
 #include "app/win32/quit_question.h"
@@ -62,7 +64,7 @@ void SetText(HWND control, const char* text) {
 }
 
 void Enable(HWND control, BOOL enable) {
-  if (!IsWindowEnabled(control) != !enable) EnableWindow(control, enable);
+  if (!IsWindowEnabled(control) != !enable) EnableWindowKeepingFocus(control, enable != FALSE);
 }
 
 void SetIcon(HWND dialog, int control, HICON icon) {
@@ -131,9 +133,7 @@ BOOL OnInitDialog(HWND dialog) {
     return TRUE;
   }
   MainDialogState* state = new MainDialogState(dialog);
-  HICON icon = LoadIconA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDI_PROGRAM));
-  SendMessageA(dialog, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
-  SendMessageA(dialog, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon));
+  ShowProgramIcon(dialog);
   SetText(state->connectionName, "");
   SetText(state->accountStatus, kInitialStatusText);
   dialogState = state;

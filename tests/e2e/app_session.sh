@@ -22,10 +22,12 @@ second_start() {  # runs Orvalen.exe once more; its exit code
   echo "$rc"
 }
 
-# ---- The first run, and a second start 0.3 s after it, during its splash.
+# ---- The first run, and a second start during its splash.
 check "no configuration before the first start" "$(ls "$APP_CONFIG" 2>/dev/null)" ""
 app_start
-sleep 0.3
+# Started at once, the two processes reach the one-instance mutex within a few
+# ms of each other (Wine starts them one after the other): wait for the splash.
+need "the first start shows its splash" drv wait-window --class "#32770" --title "" --timeout-ms 30000
 second_start >"$APP_HOME/early.rc" &
 early=$!
 need "the Welcome dialog appears on the first run" drv wait-window --title "Welcome to Orvalen" --timeout-ms 30000
@@ -94,10 +96,27 @@ shown_seconds() {  # the elapsed time the dialog shows, in seconds
   [[ $(drv text --title "$D" --id "$IDC_MAIN_SECOND_VALUE") =~ ^([0-9]+)\ Hr\ :\ ([0-9]+)\ Min\ :\ ([0-9]+)\ sec$ ]] || { echo -1; return; }
   echo $(( BASH_REMATCH[1] * 3600 + BASH_REMATCH[2] * 60 + BASH_REMATCH[3] ))
 }
+# The keyboard through a session: Configure has the focus when the session
+# disables it, and Tab must still move the focus on, on-line and after.
+tab_moves_focus() {  # LABEL
+  local from
+  from=$(focus_id)
+  [[ -n $from && $from != none ]] || { echo "      $1: no control has the focus"; return 1; }
+  drv post --title "$D" --id "$from" --msg WM_KEYDOWN --wparam VK_TAB >/dev/null
+  app_wait_until 5 eval '[[ "$(focus_id)" != "$from" && "$(focus_id)" != none ]]'
+}
+for _ in 1 2 3 4 5 6 7 8 9 10 11 12; do
+  from=$(focus_id)
+  [[ $from == "$IDC_MAIN_CONFIGURE" ]] && break
+  drv post --title "$D" --id "$from" --msg WM_KEYDOWN --wparam VK_TAB >/dev/null
+  app_wait_until 2 eval '[[ "$(focus_id)" != "$from" ]]' || true
+done
+check "Tab reaches Configure" "$(focus_id)" "$IDC_MAIN_CONFIGURE"
 t0=$(app_now)
 dial connect "Home ISP"
 need "the dialog shows the session of Home ISP" app_wait_online "Home ISP"
 t1=$(app_now)
+check_true "on-line, Configure disabled under the focus: Tab still moves it" tab_moves_focus on-line
 check "on-line: the captions, Configure disabled" "$(drv text --title "$D" --ids "$IDC_MAIN_CONNECTION_CAPTION,$IDC_MAIN_SECOND_CAPTION") $(app_field_of enabled "$D" "$IDC_MAIN_CONFIGURE")" \
   "Active Connection :|Your've Been Logged on for: 0"
 check_true "on-line: the session marker 218 is on disk" app_wait_until 5 app_u8_is "$APP_CONFIG" 134 218
@@ -111,6 +130,7 @@ check_true "the account notice for Home ISP comes and is declined" app_decline_a
 see "off-line: the captions and the name" text --title "$D" --ids "$IDC_MAIN_CONNECTION_CAPTION,$IDC_MAIN_CONNECTION_NAME,$IDC_MAIN_SECOND_CAPTION" \
   --equals "Last Connection :|Home ISP|Your Last Logon Took Up :"
 see "off-line: Configure enabled again" state --title "$D" --id "$IDC_MAIN_CONFIGURE" --enabled 1
+check_true "off-line: Tab still moves the focus" tab_moves_focus off-line
 check_true "off-line: the session marker 219 is on disk" app_wait_until 5 app_u8_is "$APP_CONFIG" 134 219
 r=$(app_record_offset 0)
 check "log: record 0 in use, for Home ISP" "$(app_u32 "$APP_LOG" "$r") $(app_cstr "$APP_LOG" $(( r + 87 )) 105)" "1 Home ISP"
