@@ -19,23 +19,38 @@ constexpr char kClassName[] = "Orvalen";
 constexpr char kInstanceMutexName[] = "Orvalen.OneInstance";
 constexpr DWORD kWaitForRunningMs = 10000;
 
-// A second start hands over to the running instance: that one shows its main
-// status dialog and names the window to bring forward, which this process (the
-// one the user just started) is allowed to make the foreground window.
-void ActivateRunningInstance() {
-  // The running instance may still be in its splash: its window comes after it.
-  HWND running = FindWindowA(kClassName, nullptr);
-  for (DWORD waited = 0; !IsWindow(running) && waited < kWaitForRunningMs; waited += 100) {
-    Sleep(100);
-    running = FindWindowA(kClassName, nullptr);
-  }
-  if (!IsWindow(running)) return;
+// Asks the running instance to show its main status dialog. It names the window
+// to bring forward, which this process (the one the user just started) is
+// allowed to make the foreground window. False when it did not answer.
+bool HandOverTo(HWND running) {
   DWORD_PTR answer = 0;
-  if (!SendMessageTimeoutA(running, kActivateMessage, 0, 0, SMTO_ABORTIFHUNG, 5000, &answer)) return;
+  if (!SendMessageTimeoutA(running, kActivateMessage, 0, 0, SMTO_ABORTIFHUNG, 5000, &answer)) return false;
   HWND target = reinterpret_cast<HWND>(answer);
-  if (!IsWindow(target)) return;
-  SetForegroundWindow(target);
-  if (IsIconic(target)) ShowWindow(target, SW_SHOWNORMAL);
+  if (IsWindow(target)) {
+    SetForegroundWindow(target);
+    if (IsIconic(target)) ShowWindow(target, SW_SHOWNORMAL);
+  }
+  return true;
+}
+
+// True when this start is the one instance; false when a running one took over
+// (or never answered). A start that finds the mutex taken lets go of it at once
+// and asks again while it waits: an instance that is quitting or has crashed
+// leaves no mutex behind, and this start takes its place, so that one of the
+// starts always runs. The running instance may still be in its splash: its
+// window comes after it.
+bool TakeTheOneInstance() {
+  const DWORD start = GetTickCount();
+  for (;;) {
+    // Kept for the process's life: the system releases it when the process ends.
+    HANDLE mutex = CreateMutexA(nullptr, FALSE, kInstanceMutexName);
+    if (GetLastError() != ERROR_ALREADY_EXISTS) return true;
+    CloseHandle(mutex);
+    HWND running = FindWindowA(kClassName, nullptr);
+    if (IsWindow(running) && HandOverTo(running)) return false;
+    if (GetTickCount() - start >= kWaitForRunningMs) return false;
+    Sleep(100);
+  }
 }
 
 // Dispatches a message, giving the modeless dialogs (the main status dialog,
@@ -66,12 +81,8 @@ int Run(HINSTANCE instance) {
   appWindows.instanceHandle = instance;
   Win::WindowClass windowClass(instance, kClassName, MainWindowProc);
   // Taken before the splash: the main window, which a later start looks for,
-  // exists only after it. The system releases the mutex when the process ends.
-  CreateMutexA(nullptr, FALSE, kInstanceMutexName);
-  if (GetLastError() == ERROR_ALREADY_EXISTS) {
-    ActivateRunningInstance();
-    return 0;
-  }
+  // exists only after it.
+  if (!TakeTheOneInstance()) return 0;
   windowClass.Register();
   Win::WindowCreator creator(instance, windowClass.GetName());
   creator.SetPosition(350, 290, 135, 100);
