@@ -84,8 +84,10 @@ BOOL OnInitDialog(HWND page) {
   CheckAlone(page, kOnOff, 2, alarmState.AlarmOnState != 0 ? IDC_ALARM_ON : IDC_ALARM_OFF);
   EnableDetailControls(page, alarmState.AlarmOnState != 0);
   CheckAlone(page, kModes, 2, alarmState.AlarmModeState == kAlarmOnceAtEnd ? IDC_ALARM_ONCE : IDC_ALARM_REPEAT);
-  if (alarmState.AlarmModeState == kAlarmOnceAtEnd) EnableGroup(page, kRepeatControls, false);
-  else EnableGroup(page, kOnceControls, false);
+  // A mode never chosen (0, from an older configuration) is shown as repeating
+  // but leaves both groups as the on/off choice set them.
+  if (settings.alarmMode == kAlarmOnceAtEnd) EnableGroup(page, kRepeatControls, false);
+  if (settings.alarmMode == kAlarmEveryInterval) EnableGroup(page, kOnceControls, false);
   CheckAlone(page, kActions, 3, ActionButton(alarmState.AlarmActionState));
 
   return TRUE;
