@@ -20,6 +20,9 @@ import sys
 # Canvas and shapes
 # --------------------------------------------------------------------------
 
+# What the pictures call the program, the same on each of them.
+TAGLINE = "DIAL-UP MONITOR"
+
 SUPERSAMPLE = 4  # samples per pixel side for anti-aliased edges
 
 
@@ -766,7 +769,7 @@ def banner():
     c.fill(RoundRect(panel_x0, panel_y0, panel_x0 + led_w + 8, panel_y0 + 27, 3), (6, 12, 10))
     draw_bevel(c, panel_x0, panel_y0, panel_x0 + led_w + 8, panel_y0 + 27, raised=False)
     draw_led_text(c, panel_x0 + 4, panel_y0 + 3, "ORVALEN", 3, (80, 255, 120), (20, 50, 30))
-    draw_text(c, 48, 33, "INTERNET CONNECTIONS MONITOR", (170, 220, 255), shadow=(0, 0, 30))
+    draw_text(c, 48, 33, TAGLINE, (170, 220, 255), shadow=(0, 0, 30))
     # The line signal and the version at the right.
     wx0 = panel_x0 + led_w + 14
     draw_wave(c, wx0, w - 6, 14, 8, (255, 190, 60), 0.8, cycles=7)
@@ -796,8 +799,7 @@ def splash():
     c.fill(polyline([(100, 72)] + cord, 1.0), (20, 20, 20))
     draw_desk_phone(c, 73, 55, 66)
     draw_modem(c, 18, 88, 110, 20)
-    label = "DIAL-UP TIMER"
-    draw_text(c, (w - text_width(label)) // 2, 112, label, (255, 220, 120), shadow=(0, 0, 0))
+    draw_text(c, (w - text_width(TAGLINE)) // 2, 112, TAGLINE, (255, 220, 120), shadow=(0, 0, 0))
     return flatten(c, (0, 0, 0))
 
 
@@ -813,8 +815,7 @@ def logo():
     draw_text(c, x0, 4, name, ink, scale=2, shadow=(150, 160, 200))
     c.fill(Rect(8, 21, w - 8, 22), (200, 40, 40))
     c.fill(Rect(8, 22, w - 8, 23), (255, 255, 255), opacity=0.7)
-    sub = "DIAL-UP MONITOR"
-    draw_text(c, (w - text_width(sub)) // 2, 27, sub, (60, 60, 90))
+    draw_text(c, (w - text_width(TAGLINE)) // 2, 27, TAGLINE, (60, 60, 90))
     draw_bevel(c, 0, 0, w, h, raised=True)
     return flatten(c, DIALOG_GREY)
 

@@ -44,6 +44,9 @@ INT_PTR CALLBACK AboutDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARA
 INT_PTR CALLBACK WelcomeDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
   switch (message) {
     case WM_INITDIALOG:
+      // The first window after the splash: its owner, the main window, is hidden,
+      // so nothing would activate it and it would open with a grey caption.
+      SetForegroundWindow(dialog);
       return TRUE;
     case WM_COMMAND:
       // Only Proceed closes the welcome; Esc is ignored.

@@ -86,7 +86,12 @@ int Run(HINSTANCE instance) {
   windowClass.Register();
   Win::WindowCreator creator(instance, windowClass.GetName());
   creator.SetPosition(350, 290, 135, 100);
-  DialogBoxParamA(instance, MAKEINTRESOURCEA(IDD_SPLASH), nullptr, SplashDialogProc, 0);
+  // The splash is a tool window, which Windows keeps off the taskbar; Wine's
+  // taskbar gives every visible unowned window a blank button all the same. An
+  // owned window gets none on either, so a hidden window owns the splash.
+  HWND splashOwner = CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, instance, nullptr);
+  DialogBoxParamA(instance, MAKEINTRESOURCEA(IDD_SPLASH), splashOwner, SplashDialogProc, 0);
+  if (splashOwner != nullptr) DestroyWindow(splashOwner);
   HWND window = creator.Create("Orvalen");
   ShowWindow(window, SW_HIDE);
   UpdateWindow(window);

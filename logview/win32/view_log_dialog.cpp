@@ -8,6 +8,7 @@
 #include "ui/win32/app_state.h"
 #include "ui/win32/controls.h"
 #include "ui/win32/dialog_colours.h"
+#include "ui/win32/program_icon.h"
 #include "logview/win32/connection_name_box.h"
 #include "logview/win32/editor_launch.h"
 #include "logview/log_view_lines.h"
@@ -97,6 +98,7 @@ void ShowEmptyLog(HWND dialog) {
 BOOL OnInitDialog(HWND dialog) {
   reportHooks.launchEditor = StartReportEditor;
   appWindows.viewLogOpen = true;
+  ShowProgramIcon(dialog);
 
   FillConnectionNames(dialog, kAllConnections);
   SelectItem(dialog, IDC_VIEWLOG_CONNECTION, kAllConnections);
