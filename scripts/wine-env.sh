@@ -32,7 +32,7 @@
 # Xvfb even when DISPLAY works).
 
 ORV_WINE_OVERRIDES="winemenubuilder.exe=d;mscoree=d;mshtml=d;rasapi32=n,b"
-ORV_TEMPLATE_RECIPE=4   # raise when _orv_make_template changes: templates are remade
+ORV_TEMPLATE_RECIPE=5   # raise when _orv_make_template changes: templates are remade
 ORV_DESKTOP_SIZE=1024x768
 
 _orv_say() { printf 'wine-env: %s\n' "$*" >&2; }
@@ -136,6 +136,25 @@ orv_wine_start() {
   ) 8>"$prefix.lock"
 }
 
+# The Windows 98 look: Wine's own theme off (its flat, near-white controls and
+# light-blue captions are not what the program's users see) and the "Windows
+# Standard" colours: grey 3D faces, a navy caption gradient, the teal desktop.
+_orv_classic_colours() {
+  local entry
+  for entry in ActiveBorder=192,192,192 ActiveTitle=0,0,128 AppWorkSpace=128,128,128 \
+      Background=0,128,128 ButtonAlternateFace=192,192,192 ButtonDkShadow=0,0,0 \
+      ButtonFace=192,192,192 ButtonHilight=255,255,255 ButtonLight=192,192,192 \
+      ButtonShadow=128,128,128 ButtonText=0,0,0 GradientActiveTitle=16,132,208 \
+      GradientInactiveTitle=192,192,192 GrayText=128,128,128 Hilight=0,0,128 \
+      HilightText=255,255,255 HotTrackingColor=0,0,255 InactiveBorder=192,192,192 \
+      InactiveTitle=128,128,128 InactiveTitleText=192,192,192 InfoText=0,0,0 \
+      InfoWindow=255,255,225 Menu=192,192,192 MenuBar=192,192,192 MenuHilight=0,0,128 \
+      MenuText=0,0,0 Scrollbar=192,192,192 TitleText=255,255,255 Window=255,255,255 \
+      WindowFrame=0,0,0 WindowText=0,0,0; do
+    printf '"%s"="%s"\n' "${entry%%=*}" "$(tr , ' ' <<<"${entry#*=}")"
+  done
+}
+
 _orv_make_template() {
   local tpl=$1 stamp=$2
   local home=$tpl.home log=$tpl.log
@@ -178,6 +197,13 @@ REGEDIT4
 "Helv"="MS Sans Serif"
 "MS Shell Dlg"="MS Sans Serif"
 
+[HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\ThemeManager]
+"ThemeActive"="0"
+"DllName"=""
+
+[HKEY_CURRENT_USER\\Control Panel\\Colors]
+$(_orv_classic_colours)
+
 [HKEY_CURRENT_USER\\Software\\Wine\\WineDbg]
 "ShowCrashDialog"=dword:00000000
 
@@ -194,7 +220,8 @@ EOF
   rm -f "$tpl.reg"
   if (( rc != 0 )) || ! grep -q "$ORV_DESKTOP_SIZE" "$tpl/user.reg" 2>/dev/null \
       || ! grep -q orvalen-no-debugger "$tpl/system.reg" 2>/dev/null \
-      || ! grep -qF '"MS Shell Dlg"="MS Sans Serif"' "$tpl/system.reg" 2>/dev/null; then
+      || ! grep -qF '"MS Shell Dlg"="MS Sans Serif"' "$tpl/system.reg" 2>/dev/null \
+      || ! grep -qF '"ButtonFace"="192 192 192"' "$tpl/user.reg" 2>/dev/null; then
     _orv_say "creating $tpl failed; the end of $log:"
     tail -n 20 "$log" >&2
     return 1
