@@ -95,6 +95,7 @@ UsageWindow UsageWindowFor(const char* name, const LocalTime& now) {
   UsageWindow window;
   window.year = now.year;
   window.month = now.month;
+  window.periodId = PeriodOf(0, now).id;
   const int k = FindAccount(OrEmpty(name));
   if (k == kNoAccount) return window;
   const AccountRecord& account = settings.accounts[k];
@@ -121,10 +122,9 @@ LogUsageSums SumLogUsage(const char* name, const UsageWindow& window) {
     const SessionRecord& record = sessionLog.records[i];
     if (record.status == Deleted || !RecordNameMatches(record, name)) continue;
     sums.found = true;
-    const bool inMonth = window.periodStartDay == 0
-                             ? record.year == window.year && record.month == window.month
-                             : PeriodOf(window.periodStartDay, LogOnDate(record)).id == window.periodId;
-    if (inMonth) sums.monthSeconds = AddWrapping(sums.monthSeconds, record.durationSeconds);
+    if (window.periodId != kNoPeriod && CountingPeriodId(window.periodStartDay, record) == window.periodId) {
+      sums.monthSeconds = AddWrapping(sums.monthSeconds, record.durationSeconds);
+    }
     if (window.cardFrom != 0 && LogOnMoment(record) < window.cardFrom) continue;  // an earlier card's
     // A 32-bit float, rounded at every addition: exact up to 2^24 seconds (about
     // 194 days), as the figures have always been computed.

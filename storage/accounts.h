@@ -56,7 +56,7 @@ struct UsageWindow {
   uint32_t periodStartDay = 0;  // 0: the calendar month of year and month
   uint32_t year = 0;
   uint32_t month = 0;
-  uint32_t periodId = 0;        // with a start day: the id of the period that counts
+  uint32_t periodId = 0;        // the id of the month or period that counts (CountingPeriodId)
   int64_t cardFrom = 0;         // 0: every session uses the card
   bool operator==(const UsageWindow& other) const {
     return periodStartDay == other.periodStartDay && year == other.year && month == other.month &&

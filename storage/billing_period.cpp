@@ -118,6 +118,16 @@ CalendarDate LogOnDate(const SessionRecord& record) {
   return daysBack == 0 ? ended : DateOfDayNumber(DayNumber(ended) - daysBack);
 }
 
+uint32_t CountingPeriodId(uint32_t startDay, const SessionRecord& record) {
+  if (startDay != 0) return PeriodOf(startDay, LogOnDate(record)).id;
+  if (record.month < 1 || record.month > 12 || record.year == 0 || record.year >= 100000) return kNoPeriod;
+  return record.year * 12 + record.month - 1;
+}
+
+BillingPeriod PeriodById(uint32_t startDay, uint32_t id) {
+  return PeriodFrom(startDay, StartIn(startDay, CalendarDate{id / 12, id % 12 + 1, 1}));
+}
+
 int64_t MomentOf(const CalendarDate& date, uint32_t hour, uint32_t minute, uint32_t second) {
   return DayNumber(date) * kSecondsPerDay + int64_t{hour} * 3600 + int64_t{minute} * 60 + second;
 }

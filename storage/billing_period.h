@@ -51,6 +51,13 @@ std::string PeriodText(const BillingPeriod& period);
 // log-on time against its log-off time and duration tells which.
 CalendarDate LogOnDate(const SessionRecord& record);
 
+// The id of the period a record counts in: for start day 0 the month it was
+// recorded in, as the figures have always been counted; else the period of its
+// log-on date. kNoPeriod for a damaged date.
+uint32_t CountingPeriodId(uint32_t startDay, const SessionRecord& record);
+// The period of that id.
+BillingPeriod PeriodById(uint32_t startDay, uint32_t id);
+
 // Moments ordered in time as plain numbers: seconds since 1 January 1970.
 int64_t MomentOf(const CalendarDate& date, uint32_t hour, uint32_t minute, uint32_t second);
 int64_t LogOnMoment(const SessionRecord& record);
