@@ -93,8 +93,6 @@ bool DeleteAccount(const char* name) {
 
 UsageWindow UsageWindowFor(const char* name, const LocalTime& now) {
   UsageWindow window;
-  window.year = now.year;
-  window.month = now.month;
   window.periodId = PeriodOf(0, now).id;
   const int k = FindAccount(OrEmpty(name));
   if (k == kNoAccount) return window;

@@ -53,14 +53,11 @@ float ComputeUsage(const char* name, UsageSummary& summary);
 // the month (or billing period) that counts as "this month", and the moment from
 // which a pre-paid card's hours count.
 struct UsageWindow {
-  uint32_t periodStartDay = 0;  // 0: the calendar month of year and month
-  uint32_t year = 0;
-  uint32_t month = 0;
+  uint32_t periodStartDay = 0;  // 0: calendar months, by the records' dates
   uint32_t periodId = 0;        // the id of the month or period that counts (CountingPeriodId)
   int64_t cardFrom = 0;         // 0: every session uses the card
   bool operator==(const UsageWindow& other) const {
-    return periodStartDay == other.periodStartDay && year == other.year && month == other.month &&
-           periodId == other.periodId && cardFrom == other.cardFrom;
+    return periodStartDay == other.periodStartDay && periodId == other.periodId && cardFrom == other.cardFrom;
   }
 };
 // The window of the connection's configured account on the given day: its billing
