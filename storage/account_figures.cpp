@@ -112,6 +112,10 @@ void ApplyWarnPercent(AccountRecord& entry, const char* text) {
 
 void ApplyAccountInput(AccountRecord& entry, const AccountPageInput& input) {
   entry.configured = 1;
+  if (input.checked != NotChosen && input.checked != entry.kind) {
+    // A card's marks and a plan's mean different things: another kind starts afresh.
+    entry.warnedPercent = entry.warnedFull = entry.warnedCost = 0;
+  }
   switch (input.checked) {
     case UnlimitedAccess:
       entry.kind = UnlimitedAccess;

@@ -46,6 +46,13 @@ TEST(BillingPeriod, Boundaries) {
   EXPECT_EQ(NextPeriod(14, march).id, march.id + 1);
   EXPECT_EQ(PeriodDays(march), 31u);
   EXPECT_EQ(PeriodDaysUpTo(march, CalendarDate{2003, 3, 20}), 7u);
+  std::string days;  // month 0 and 13 come from damaged records
+  for (uint32_t month = 0; month <= 13; ++month) days += std::to_string(DaysInMonth(2003, month)) + " ";
+  EXPECT_EQ(days, "31 31 28 31 30 31 30 31 31 30 31 30 31 31 ");
+  for (const CalendarDate d : {CalendarDate{2000, 2, 29}, CalendarDate{1969, 12, 31}, CalendarDate{2100, 3, 1}}) {
+    EXPECT_EQ(PeriodWithYears(0, DateOfDayNumber(DayNumber(d))), PeriodWithYears(0, d)) << d.year;
+  }
+  EXPECT_EQ(CountingPeriodId(0, UsedRecord("a", 1, 12, 2002)), 2002u * 12 + 11) << "December counts";
 }
 
 SessionRecord Session(const char* name, CalendarDate ended, uint32_t onHour, uint32_t offHour, int32_t seconds) {
@@ -148,7 +155,8 @@ TEST_F(Billing, PageBoxes) {
       {"a new cost re-arms the cost's", LimitedAccess, "14", "90", "31", false, "14 90 31.00 770 0"},
       {"beyond the ranges", LimitedAccess, "45", "250", "-3", false, "31 100 0.00 000 0"},
       {"not numbers", LimitedAccess, "x", "", "abc", false, "0 0 0.00 007 0"},
-      {"card: the percent, not the period", PrePaidCard, "9", "75", "5", false, "0 75 0.00 007 0"},
+      {"card: the percent, not the period; another kind re-arms all", PrePaidCard, "9", "75", "5", false,
+       "0 75 0.00 000 0"},
       {"a recharge re-arms the card's", PrePaidCard, "", "75", "", true, "0 75 0.00 007 2002"},
   };
   for (const auto& row : rows) {

@@ -27,10 +27,8 @@ class Warnings : public ProgramStateTest {
     record.logOffHour = 8;
     AppendToLog(record);
   }
-  W Take(int32_t running) {
-    std::string text;
-    return TakeDueWarning(kIsp, clock_.now, running, text);
-  }
+  W Take(int32_t running) { return TakeDueWarning(kIsp, clock_.now, running, text_); }
+  std::string text_;
 };
 
 struct Step {
@@ -41,6 +39,7 @@ struct Step {
   const char* percent = nullptr;  // typed into the page, nullptr: not applied
   const char* cost = nullptr;
   bool recharge = false;
+  const char* text = nullptr;  // the notice's text, when checked
 };
 
 void Apply(AccountRecord& entry, AccountKind kind, const Step& step, const LocalTime& now) {
@@ -79,9 +78,11 @@ TEST_F(Warnings, PlanWarningsComeOnceAndAgainAfterTheirReArm) {
 TEST_F(Warnings, CardWarningsComeOnceAndAgainAfterARecharge) {
   AccountRecord& entry = ConfigureAccount(0, kIsp, PrePaidCard, 10);
   const Step steps[] = {
-      {"75 %: crossed at 7.5 h", kHour / 2, W::Share, 3, "75"},
+      {"75 %: crossed at 7.5 h", kHour / 2, W::Share, 3, "75", nullptr, false,
+       "\nMeter ISP: 75 % of the card used\n7.50 of 10 Hrs. used\nAt this rate it runs out around 27 Mar"},
       {"once", kHour, W::None},
-      {"used up", 3 * kHour, W::Full},
+      {"used up", 3 * kHour, W::Full, 3, nullptr, nullptr, false,
+       "\nMeter ISP: the card's hours are used up\n10.00 of 10 Hrs. used"},
       {"once", 4 * kHour, W::None},
       {"a recharge: the old sessions no longer count", 7 * kHour, W::None, 3, "75", nullptr, true},
       {"the new card crosses", 8 * kHour, W::Share},
@@ -91,6 +92,9 @@ TEST_F(Warnings, CardWarningsComeOnceAndAgainAfterARecharge) {
   for (const Step& step : steps) {
     Apply(entry, PrePaidCard, step, clock_.now);
     EXPECT_EQ(Take(step.running), step.expected) << step.what;
+    if (step.text != nullptr) {
+      EXPECT_EQ(text_, step.text);
+    }
   }
 }
 
