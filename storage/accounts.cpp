@@ -93,7 +93,7 @@ bool DeleteAccount(const char* name) {
 
 UsageWindow UsageWindowFor(const char* name, const LocalTime& now) {
   UsageWindow window;
-  window.periodId = PeriodOf(0, now).id;
+  window.periodId = PeriodOf(0, CalendarDate{now.year, now.month, 1}).id;  // the day does not matter
   const int k = FindAccount(OrEmpty(name));
   if (k == kNoAccount) return window;
   const AccountRecord& account = settings.accounts[k];
