@@ -13,7 +13,6 @@ UsageWarningHooks usageWarningHooks;
 
 namespace {
 
-constexpr int64_t kSecondsPerDay = 86400;
 constexpr uint32_t kCardMark = 1;  // a card has no periods: shown for this card
 
 double Hours(int64_t seconds) { return static_cast<double>(seconds) / 3600.0; }
