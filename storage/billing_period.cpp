@@ -125,6 +125,7 @@ uint32_t CountingPeriodId(uint32_t startDay, const SessionRecord& record) {
 }
 
 BillingPeriod PeriodById(uint32_t startDay, uint32_t id) {
+  if (id == kNoPeriod) return PeriodOf(startDay, CalendarDate{});
   return PeriodFrom(startDay, StartIn(startDay, CalendarDate{id / 12, id % 12 + 1, 1}));
 }
 

@@ -53,6 +53,7 @@ TEST(BillingPeriod, Boundaries) {
     EXPECT_EQ(PeriodWithYears(0, DateOfDayNumber(DayNumber(d))), PeriodWithYears(0, d)) << d.year;
   }
   EXPECT_EQ(CountingPeriodId(0, UsedRecord("a", 1, 12, 2002)), 2002u * 12 + 11) << "December counts";
+  EXPECT_EQ(PeriodText(PeriodById(14, CountingPeriodId(14, UsedRecord("a", 1, 13, 2002)))), "") << "a damaged month";
 }
 
 SessionRecord Session(const char* name, CalendarDate ended, uint32_t onHour, uint32_t offHour, int32_t seconds) {
