@@ -106,7 +106,8 @@ TEST_F(Billing, UsageFollowsThePeriodAndTheRecharge) {
       {"limited from the 20th: last period", LimitedAccess, 20, {}, "0 56400 0 21.00"},
       {"limited from the 13th", LimitedAccess, 13, {}, "55800 56400 330 38.33"},
       {"card, never recharged", PrePaidCard, 0, {}, "55800 56400 0 0.00"},
-      {"card recharged on the 19th at noon", PrePaidCard, 0, {2003, 1, 19, 12, 0, 0, 0}, "55800 3600 0 32400.00"},
+      {"card recharged a second before the 13:00 session", PrePaidCard, 0, {2003, 1, 19, 12, 59, 59, 0},
+       "55800 3600 0 32400.00"},
       {"card recharged before every session", PrePaidCard, 0, {2002, 1, 1, 0, 0, 0, 0}, "55800 56400 0 0.00"},
       {"a start day on a card changes nothing", PrePaidCard, 14, {}, "55800 56400 0 0.00"},
   };
