@@ -116,11 +116,16 @@ bool CurrentBillingPeriod(const char* name, BillingPeriod& period) {
 LogUsageSums SumLogUsage(const char* name, const UsageWindow& window) {
   name = OrEmpty(name);
   LogUsageSums sums;
+  // Calendar months compare the record's own fields: the walk stays as quick as it was.
+  const bool calendar = window.periodStartDay == 0;
+  const uint32_t year = window.periodId / 12, month = window.periodId % 12 + 1;
   for (uint32_t i = 0; i < sessionLog.count && i < sessionLog.records.size(); ++i) {
     const SessionRecord& record = sessionLog.records[i];
     if (record.status == Deleted || !RecordNameMatches(record, name)) continue;
     sums.found = true;
-    if (window.periodId != kNoPeriod && CountingPeriodId(window.periodStartDay, record) == window.periodId) {
+    const bool counts = calendar ? record.year == year && record.month == month
+                                 : CountingPeriodId(window.periodStartDay, record) == window.periodId;
+    if (window.periodId != kNoPeriod && counts) {
       sums.monthSeconds = AddWrapping(sums.monthSeconds, record.durationSeconds);
     }
     if (window.cardFrom != 0 && LogOnMoment(record) < window.cardFrom) continue;  // an earlier card's
