@@ -223,6 +223,22 @@ std::string TotalHoursText(float totalSeconds) {
   return result;
 }
 
+std::string BillingPeriodLine(const char* connection) {
+  BillingPeriod period;
+  if (!CurrentBillingPeriod(connection, period)) return std::string();
+  return "\nPeriod : " + PeriodText(period);
+}
+
+namespace {
+// "\nSince : 14 Mar 2026" for a card recharged at some time, else empty.
+std::string RechargeLine(const char* connection) {
+  const int k = FindAccount(connection);
+  if (k == kNoAccount || settings.accounts[k].recharged.year == 0) return std::string();
+  const MomentStamp& at = settings.accounts[k].recharged;
+  return "\nSince : " + DayMonthText(CalendarDate{at.year, at.month, at.day}) + " " + std::to_string(at.year);
+}
+}  // namespace
+
 std::string AccountSummaryText(const char* connection) {
   // One walk of the log gives every figure the accessors would each walk again for.
   UsageSummary summary;
@@ -231,14 +247,14 @@ std::string AccountSummaryText(const char* connection) {
   switch (summary.kind) {
     case PrePaidCard:
       std::snprintf(text, sizeof text, "Prepaid Card\nAllotted Time : %d Hrs.", static_cast<int>(summary.allotted));
-      return text;
+      return text + RechargeLine(connection);
     case LimitedAccess: {
       // A damaged file may leave the currency without its terminator.
       char currency[kCurrencyNameSize + 1] = {};
       std::memcpy(currency, settings.currencyName, FixedTextLength(settings.currencyName, kCurrencyNameSize));
       std::snprintf(text, sizeof text, "Limited Access Account\nThis Month   : %d Mins.\nCurrent Cost : %.2f %s",
                     static_cast<int>(summary.secondsThisMonth / 60), static_cast<double>(summary.cost), currency);
-      return text;
+      return text + BillingPeriodLine(connection);
     }
     case UnlimitedAccess:
       return "Unlimited Access";

@@ -106,6 +106,9 @@ std::string TotalHoursText(float totalSeconds);
 
 // The account box's text for one connection (line breaks are "\n").
 std::string AccountSummaryText(const char* connection);
+// "\nPeriod : 14 Mar - 13 Apr" for an account billed from a day of its own, else
+// empty: the line the account summaries add where they have room.
+std::string BillingPeriodLine(const char* connection);
 
 // The distinct names of the log's InUse records in order of first appearance,
 // compared exactly, at most 50 including firstItem, which (when not empty) comes

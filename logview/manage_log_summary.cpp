@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "logview/log_view_lines.h"
 #include "storage/account_record.h"
 #include "storage/accounts.h"
 #include "platform/program_paths.h"
@@ -31,7 +32,7 @@ std::string ManageLogSummaryText(const char* connection) {
       std::snprintf(text, sizeof text, "Limited Access\nThis Month: %.2f Hrs\nLogged Total :%.2f Hrs",
                     Hours(static_cast<float>(SecondsThisMonth(connection))),
                     Hours(static_cast<float>(TotalSeconds(connection))));
-      return text;
+      return text + BillingPeriodLine(connection);
     case UnlimitedAccess:
       return "Unlimited Access";
     default:  // not chosen, no configured account, or a damaged kind

@@ -173,6 +173,14 @@
 #define IDC_ACCOUNTS_OK                   1
 #define IDC_ACCOUNTS_CANCEL               2
 #define IDC_ACCOUNTS_APPLY                902
+/* Added after the first release, in free room of the template: */
+#define IDC_ACCOUNTS_PERIOD_DAY_LABEL     930
+#define IDC_ACCOUNTS_PERIOD_DAY           931
+#define IDC_ACCOUNTS_WARN_PERCENT_LABEL   932
+#define IDC_ACCOUNTS_WARN_PERCENT         933
+#define IDC_ACCOUNTS_WARN_COST_LABEL      934
+#define IDC_ACCOUNTS_WARN_COST            935
+#define IDC_ACCOUNTS_RECHARGED            936
 
 /* ---- View Log (600) ------------------------------------------------------ */
 #define IDC_VIEWLOG_CLOSE            1
@@ -192,6 +200,7 @@
 #define IDC_VIEWLOG_CONNECTION_LABEL 607
 #define IDC_VIEWLOG_FILTER_FRAME     605
 #define IDC_VIEWLOG_REPORT           1000
+#define IDC_VIEWLOG_EXPORT           630  /* added after the first release */
 
 /* ---- Manage Log (1000) --------------------------------------------------- */
 #define IDC_MANAGE_LIST_FRAME        1001

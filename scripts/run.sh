@@ -157,6 +157,39 @@ driver post --title "Manage Log File" --msg WM_CLOSE >/dev/null
 driver wait-window --gone --title "Manage Log File" >/dev/null
 driver click --title "View Log File..." --id "$IDC_VIEWLOG_CLOSE" >/dev/null
 
+# Billing: a period from the 14th and low warnings on Home ISP, a session that
+# brings the warning, View Log's period line and its export dialog.
+driver click --title "$dialog" --id "$IDC_MAIN_CONFIGURE" >/dev/null
+driver wait-window --title "$sheet" >/dev/null
+driver post --title "$sheet" --msg "$PSM_SETCURSEL" --wparam 1 >/dev/null
+item=$(driver list --title "$sheet" --id "$IDC_ACCOUNTS_CONNECTION" | grep -nxF "Home ISP" | cut -d: -f1)
+driver select --title "$sheet" --id "$IDC_ACCOUNTS_CONNECTION" --index $(( ${item:-1} - 1 )) >/dev/null
+driver check --title "$sheet" --id "$IDC_ACCOUNTS_LIMITED" --value 1 >/dev/null
+for field in MONTHLY_CHARGE:20 BASIC_HOURS:1 EXCESS_PER_MINUTE:0.05 VAT:5 PERIOD_DAY:14 WARN_PERCENT:1 WARN_COST:25; do
+  id_name=IDC_ACCOUNTS_${field%%:*}
+  driver set-text --title "$sheet" --id "${!id_name}" --text "${field#*:}" >/dev/null
+done
+sleep 0.5
+shot settings-accounts-billing
+driver click --title "$sheet" --id "$IDOK" >/dev/null
+driver wait-window --gone --title "$sheet" >/dev/null
+dialup connect "Home ISP"
+shot_of usage-warning "Orvalen Usage Warning" 30000
+driver click --title "Orvalen Usage Warning" --id "$IDC_NOTICE_CLOSE" >/dev/null || true
+dialup disconnect
+driver text --title "$dialog" --id "$IDC_MAIN_FIRST_CAPTION" --equals "Your Last Logon was at :" --timeout-ms 10000 >/dev/null
+driver click --title "$dialog" --id "$IDC_MAIN_VIEW_LOG" >/dev/null
+driver wait-window --title "View Log File..." >/dev/null
+item=$(driver list --title "View Log File..." --id "$IDC_VIEWLOG_CONNECTION" | grep -nxF "Home ISP" | cut -d: -f1)
+driver select --title "View Log File..." --id "$IDC_VIEWLOG_CONNECTION" --index $(( ${item:-1} - 1 )) >/dev/null
+driver text --title "View Log File..." --id "$IDC_VIEWLOG_ACCOUNT" --contains "Period" --timeout-ms 10000 >/dev/null
+shot view-log-billing
+driver click --title "View Log File..." --id "$IDC_VIEWLOG_EXPORT" >/dev/null
+shot_of view-log-export "Export Log"
+driver click --title "Export Log" --id "$IDCANCEL" >/dev/null
+driver wait-window --gone --title "Export Log" >/dev/null
+driver click --title "View Log File..." --id "$IDC_VIEWLOG_CLOSE" >/dev/null
+
 driver command --class Orvalen --id "$IDM_TRAY_EXIT" >/dev/null
 shot_of quit-question ""
 driver answer-box --title "" --contains "quit Orvalen" --button yes >/dev/null

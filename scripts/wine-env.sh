@@ -412,7 +412,9 @@ orv_resource_ids() {
   [[ -r $header ]] || { echo "orv_resource_ids: no $header" >&2; return 1; }
   eval "$(sed -nE 's/^#define (ID[A-Z0-9_]+)[[:space:]]+([0-9]+)([^0-9].*)?$/\1=\2/p' "$header")"
   # Without a name in the header: the system's buttons, a property sheet's Apply
-  # and its page message, the tray icon's id and message (app/win32/tray_icon.h).
+  # and its page message, the tray icon's id and message (app/win32/tray_icon.h),
+  # the save dialog's file name box.
   IDOK=1 IDCANCEL=2 IDYES=6 IDNO=7 ID_APPLY_NOW=0x3021 PSM_SETCURSEL=WM_USER+101
   TRAY_ICON_ID=22 TRAY_MESSAGE=WM_APP+1
+  IDC_SAVE_FILE_NAME=0x47c  # cmb13: the file name box of the system's save dialog
 }

@@ -2,9 +2,11 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "storage/accounts.h"
+#include "storage/billing_period.h"
 #include "storage/settings.h"
 
 namespace {
@@ -36,6 +38,28 @@ float ReadFigure(const char* text) {
   return value;
 }
 
+float ReadAmount(const char* text) {
+  char* end = nullptr;
+  const char* p = OrEmpty(text);
+  const float value = std::strtof(p, &end);
+  while (end != nullptr && IsBlank(*end)) ++end;
+  if (end == p || end == nullptr || *end != '\0' || !std::isfinite(value) || value < 0.0f) return 0.0f;
+  return value;
+}
+
+namespace {
+
+void WholeOrEmpty(char (&text)[kFigureTextSize], uint32_t value) {
+  if (value != 0) std::snprintf(text, sizeof text, "%u", static_cast<unsigned>(value));
+}
+
+uint32_t ReadUpTo(const char* text, uint32_t limit) {
+  const uint32_t value = ReadWholeNumber(text);
+  return value > limit ? limit : value;
+}
+
+}  // namespace
+
 AccountEntryView ViewAccountEntry(const AccountRecord& entry) {
   AccountEntryView view;
   switch (entry.kind) {
@@ -47,6 +71,8 @@ AccountEntryView ViewAccountEntry(const AccountRecord& entry) {
       view.limitedControlsEnabled = false;
       view.fillCard = true;
       std::snprintf(view.cardHours, sizeof view.cardHours, "%d", static_cast<int>(entry.hours));
+      WholeOrEmpty(view.warnPercent, entry.warnPercent);
+      view.rechargeEnabled = true;
       break;
     case LimitedAccess:
       view.fillLimited = true;
@@ -55,6 +81,11 @@ AccountEntryView ViewAccountEntry(const AccountRecord& entry) {
       std::snprintf(view.excessPerMinute, sizeof view.excessPerMinute, "%.2f",
                     static_cast<double>(entry.excessPerMinute));
       std::snprintf(view.vatPercent, sizeof view.vatPercent, "%.1f", static_cast<double>(entry.vatPercent));
+      WholeOrEmpty(view.periodDay, entry.periodStartDay);
+      WholeOrEmpty(view.warnPercent, entry.warnPercent);
+      if (entry.warnCost > 0.0f) {
+        std::snprintf(view.warnCost, sizeof view.warnCost, "%.2f", static_cast<double>(entry.warnCost));
+      }
       break;
     case UnlimitedAccess:
       view.radio = UnlimitedAccess;
@@ -67,8 +98,24 @@ AccountEntryView ViewAccountEntry(const AccountRecord& entry) {
   return view;
 }
 
+namespace {
+
+void ApplyWarnPercent(AccountRecord& entry, const char* text) {
+  const uint8_t percent = static_cast<uint8_t>(ReadUpTo(text, 100));
+  if (percent == entry.warnPercent) return;
+  entry.warnPercent = percent;
+  entry.warnedPercent = 0;
+  entry.warnedFull = 0;
+}
+
+}  // namespace
+
 void ApplyAccountInput(AccountRecord& entry, const AccountPageInput& input) {
   entry.configured = 1;
+  if (input.checked != NotChosen && input.checked != entry.kind) {
+    // A card's marks and a plan's mean different things: another kind starts afresh.
+    entry.warnedPercent = entry.warnedFull = entry.warnedCost = 0;
+  }
   switch (input.checked) {
     case UnlimitedAccess:
       entry.kind = UnlimitedAccess;
@@ -76,6 +123,12 @@ void ApplyAccountInput(AccountRecord& entry, const AccountPageInput& input) {
     case PrePaidCard:
       entry.hours = ReadWholeNumber(input.cardHours);
       entry.kind = PrePaidCard;
+      ApplyWarnPercent(entry, input.warnPercent);
+      if (input.rechargedAt != nullptr) {
+        entry.recharged = StampOf(*input.rechargedAt);
+        entry.warnedPercent = 0;
+        entry.warnedFull = 0;
+      }
       break;
     case LimitedAccess:
       entry.hours = ReadWholeNumber(input.basicHours);
@@ -83,6 +136,12 @@ void ApplyAccountInput(AccountRecord& entry, const AccountPageInput& input) {
       entry.monthlyCharge = ReadFigure(input.monthlyCharge);
       entry.excessPerMinute = ReadFigure(input.excessPerMinute);
       entry.vatPercent = ReadFigure(input.vatPercent);
+      entry.periodStartDay = static_cast<uint8_t>(ReadUpTo(input.periodDay, 31));
+      ApplyWarnPercent(entry, input.warnPercent);
+      if (const float cost = ReadAmount(input.warnCost); cost != entry.warnCost) {
+        entry.warnCost = cost;
+        entry.warnedCost = 0;
+      }
       break;
     default:
       break;

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "platform/system_clock.h"
 #include "storage/account_record.h"
 
 // Money and VAT edits are read from their first 4 characters only ("100.75" reads
@@ -36,6 +37,13 @@ struct AccountEntryView {
   char monthlyCharge[kFigureTextSize] = {};
   char excessPerMinute[kFigureTextSize] = {};
   char vatPercent[kFigureTextSize] = {};
+  // The boxes added after the first release; empty for a zero setting. Filled for
+  // the kinds that use them (period day and cost: limited access; percent: card
+  // and limited access), cleared for the others.
+  char periodDay[kFigureTextSize] = {};
+  char warnPercent[kFigureTextSize] = {};
+  char warnCost[kFigureTextSize] = {};
+  bool rechargeEnabled = false;  // the card's Recharged button
 };
 AccountEntryView ViewAccountEntry(const AccountRecord& entry);
 
@@ -47,11 +55,19 @@ struct AccountPageInput {
   const char* monthlyCharge = "";       // IDC_ACCOUNTS_MONTHLY_CHARGE
   const char* excessPerMinute = "";     // IDC_ACCOUNTS_EXCESS_PER_MINUTE
   const char* vatPercent = "";          // IDC_ACCOUNTS_VAT
+  const char* periodDay = "";           // IDC_ACCOUNTS_PERIOD_DAY: 1 to 31, else 0
+  const char* warnPercent = "";         // IDC_ACCOUNTS_WARN_PERCENT: 1 to 100, else 0
+  const char* warnCost = "";            // IDC_ACCOUNTS_WARN_COST: the whole text, not four characters
+  const LocalTime* rechargedAt = nullptr;  // the Recharged button was pressed at this time
 };
+
+// A whole-text money amount: finite and not negative, else 0.0.
+float ReadAmount(const char* text);
 
 // Marks the entry configured and stores the checked kind with that kind's figures;
 // figures of the other kinds keep their stored values. With no kind radio checked
-// only the mark is set.
+// only the mark is set. A changed threshold re-arms its warnings; a recharge sets
+// the card's start moment and re-arms the card's warnings.
 void ApplyAccountInput(AccountRecord& entry, const AccountPageInput& input);
 
 // OK / Apply for the chosen connection: false, changing nothing, when no

@@ -91,27 +91,54 @@ bool DeleteAccount(const char* name) {
   return true;
 }
 
-LogUsageSums SumLogUsage(const char* name, uint32_t year, uint32_t month) {
+UsageWindow UsageWindowFor(const char* name, const LocalTime& now) {
+  UsageWindow window;
+  window.periodId = PeriodOf(0, CalendarDate{now.year, now.month, 1}).id;  // the day does not matter
+  const int k = FindAccount(OrEmpty(name));
+  if (k == kNoAccount) return window;
+  const AccountRecord& account = settings.accounts[k];
+  if (account.kind == LimitedAccess && account.periodStartDay != 0) {
+    window.periodStartDay = account.periodStartDay;
+    window.periodId = PeriodOf(account.periodStartDay, now).id;
+  }
+  if (account.kind == PrePaidCard) window.cardFrom = StampMoment(account.recharged);
+  return window;
+}
+
+bool CurrentBillingPeriod(const char* name, BillingPeriod& period) {
+  const LocalTime now = ReadLocalTime();
+  const UsageWindow window = UsageWindowFor(name, now);
+  if (window.periodStartDay == 0) return false;
+  period = PeriodOf(window.periodStartDay, now);
+  return true;
+}
+
+LogUsageSums SumLogUsage(const char* name, const UsageWindow& window) {
   name = OrEmpty(name);
   LogUsageSums sums;
+  // Calendar months compare the record's own fields: the walk stays as quick as it was.
+  const bool calendar = window.periodStartDay == 0;
+  const uint32_t year = window.periodId / 12, month = window.periodId % 12 + 1;
   for (uint32_t i = 0; i < sessionLog.count && i < sessionLog.records.size(); ++i) {
     const SessionRecord& record = sessionLog.records[i];
     if (record.status == Deleted || !RecordNameMatches(record, name)) continue;
-    if (record.year == year && record.month == month) {
+    sums.found = true;
+    const bool counts = calendar ? record.year == year && record.month == month
+                                 : CountingPeriodId(window.periodStartDay, record) == window.periodId;
+    if (window.periodId != kNoPeriod && counts) {
       sums.monthSeconds = AddWrapping(sums.monthSeconds, record.durationSeconds);
     }
+    if (window.cardFrom != 0 && LogOnMoment(record) < window.cardFrom) continue;  // an earlier card's
     // A 32-bit float, rounded at every addition: exact up to 2^24 seconds (about
     // 194 days), as the figures have always been computed.
     const float added = sums.allSeconds + static_cast<float>(record.durationSeconds);
     sums.allSeconds = added;
-    sums.found = true;
   }
   return sums;
 }
 
 float ComputeUsage(const char* name, UsageSummary& summary) {
-  const LocalTime now = ReadLocalTime();
-  return UsageFromLogSums(name, SumLogUsage(name, now.year, now.month), summary);
+  return UsageFromLogSums(name, SumLogUsage(name, UsageWindowFor(name, ReadLocalTime())), summary);
 }
 
 float UsageFromLogSums(const char* name, const LogUsageSums& sums, UsageSummary& summary) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "storage/account_record.h"
+#include "storage/billing_period.h"
 
 // What the lookups return when no entry has the name.
 constexpr int kNoAccount = -1;
@@ -48,15 +49,32 @@ bool DeleteAccount(const char* name);
 // name ignoring letter case; the account must match it exactly and be configured.
 float ComputeUsage(const char* name, UsageSummary& summary);
 
-// ComputeUsage in its two halves. The log's part for one connection in the given
-// month: seconds in that month, seconds in total (a 32-bit float sum, rounded at
-// every addition) and whether any record matched. It walks the whole log.
+// ComputeUsage in its two halves. What the log's part counts for one connection:
+// the month (or billing period) that counts as "this month", and the moment from
+// which a pre-paid card's hours count.
+struct UsageWindow {
+  uint32_t periodStartDay = 0;  // 0: calendar months, by the records' dates
+  uint32_t periodId = 0;        // the id of the month or period that counts (CountingPeriodId)
+  int64_t cardFrom = 0;         // 0: every session uses the card
+  bool operator==(const UsageWindow& other) const {
+    return periodStartDay == other.periodStartDay && periodId == other.periodId && cardFrom == other.cardFrom;
+  }
+};
+// The window of the connection's configured account on the given day: its billing
+// period for limited access with a start day, its recharge for a card.
+UsageWindow UsageWindowFor(const char* name, const LocalTime& now);
+// The account's current billing period; false when it has none (calendar months).
+bool CurrentBillingPeriod(const char* name, BillingPeriod& period);
+
+// The log's part: seconds in the window's month or period, seconds in total (a
+// 32-bit float sum, rounded at every addition; for a card only the sessions since
+// its recharge) and whether any record matched. It walks the whole log.
 struct LogUsageSums {
   bool found = false;
   int32_t monthSeconds = 0;
   float allSeconds = 0.0f;
 };
-LogUsageSums SumLogUsage(const char* name, uint32_t year, uint32_t month);
+LogUsageSums SumLogUsage(const char* name, const UsageWindow& window);
 // The account's part: the summary and the result of ComputeUsage from the sums.
 float UsageFromLogSums(const char* name, const LogUsageSums& sums, UsageSummary& summary);
 

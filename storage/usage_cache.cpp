@@ -20,6 +20,7 @@ struct Entry {
   bool used = false;
   uint32_t lastUse = 0;
   char key[kKeySize] = {};
+  UsageWindow window;
   LogUsageSums sums;
 };
 
@@ -61,10 +62,11 @@ const LogUsageSums& SumsFor(const char* name) {
   }
   char key[kKeySize];
   MakeKey(name, key);
+  const UsageWindow window = UsageWindowFor(key, now);
   ++cache.useClock;
   Entry* victim = &cache.entries[0];
   for (Entry& entry : cache.entries) {
-    if (entry.used && std::memcmp(entry.key, key, kKeySize) == 0) {
+    if (entry.used && std::memcmp(entry.key, key, kKeySize) == 0 && entry.window == window) {
       entry.lastUse = cache.useClock;
       return entry.sums;
     }
@@ -74,7 +76,8 @@ const LogUsageSums& SumsFor(const char* name) {
   victim->used = true;
   victim->lastUse = cache.useClock;
   std::memcpy(victim->key, key, kKeySize);
-  victim->sums = SumLogUsage(key, now.year, now.month);
+  victim->window = window;
+  victim->sums = SumLogUsage(key, window);
   ++cache.walks;
   return victim->sums;
 }

@@ -8,7 +8,10 @@
 //   - the log changed: every log operation moves LogGeneration() on (session
 //     recorded or recovered, record deleted, log cleared, loaded, created,
 //     converted), and the log's length is compared too;
-//   - the calendar month changed: the local date is read at every query.
+//   - the calendar month changed: the local date is read at every query;
+//   - the account's window changed: its billing period (a new period, or another
+//     start day) or a card's recharge; it is worked out at every query (a fixed
+//     50-entry lookup) and kept with each connection's sums.
 // The account's part (kind, card balance, cost) is not kept at all: it takes the
 // account table as it is at the moment of the query, a fixed 50-entry lookup, so a
 // change of the accounts needs no invalidation that a settings page could forget.

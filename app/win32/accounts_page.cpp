@@ -13,6 +13,7 @@
 #include "resources/resource_ids.h"
 #include "storage/account_figures.h"
 #include "storage/accounts.h"
+#include "platform/system_clock.h"
 #include "storage/settings.h"
 
 namespace {
@@ -30,7 +31,13 @@ constexpr std::size_t kChosenNameLength = 49;
 constexpr int kCardControls[] = {IDC_ACCOUNTS_CARD_HOURS_LABEL, IDC_ACCOUNTS_CARD_HOURS};
 constexpr int kKindRadios[] = {IDC_ACCOUNTS_CARD, IDC_ACCOUNTS_LIMITED, IDC_ACCOUNTS_UNLIMITED};
 constexpr int kFigureEdits[] = {IDC_ACCOUNTS_CARD_HOURS, IDC_ACCOUNTS_MONTHLY_CHARGE, IDC_ACCOUNTS_BASIC_HOURS,
-                                IDC_ACCOUNTS_EXCESS_PER_MINUTE, IDC_ACCOUNTS_VAT};
+                                IDC_ACCOUNTS_EXCESS_PER_MINUTE, IDC_ACCOUNTS_VAT, IDC_ACCOUNTS_PERIOD_DAY,
+                                IDC_ACCOUNTS_WARN_PERCENT, IDC_ACCOUNTS_WARN_COST};
+// The controls added after the first release, by the kind that uses them.
+constexpr int kLimitedOnlyControls[] = {IDC_ACCOUNTS_PERIOD_DAY_LABEL, IDC_ACCOUNTS_PERIOD_DAY,
+                                        IDC_ACCOUNTS_WARN_COST_LABEL, IDC_ACCOUNTS_WARN_COST};
+constexpr int kWarnPercentControls[] = {IDC_ACCOUNTS_WARN_PERCENT_LABEL, IDC_ACCOUNTS_WARN_PERCENT};
+constexpr char kRechargedBanner[] = "Card recharged: the card's hours count from now on once the details are saved.";
 
 // Each shown page or dialog keeps its own state. The sheet is owned by the main
 // status dialog, which no notice disables, so the sheet's page and the notice's
@@ -38,6 +45,8 @@ constexpr int kFigureEdits[] = {IDC_ACCOUNTS_CARD_HOURS, IDC_ACCOUNTS_MONTHLY_CH
 struct PageState {
   bool standAlone = false;  // opened from the notice, with its own OK and Cancel
   std::string chosen;       // the connection whose entry is edited; empty: none
+  bool recharged = false;   // Card Recharged was pressed for the chosen connection
+  LocalTime rechargedAt{};
 };
 
 PageState* StateOf(HWND page) { return reinterpret_cast<PageState*>(GetWindowLongPtrA(page, DWLP_USER)); }
@@ -48,6 +57,16 @@ void SetCaptionFor(HWND page, const std::string& name) {
 
 void EnableCardControls(HWND page, bool enable) {
   for (const int id : kCardControls) EnableControl(page, id, enable);
+}
+
+// The added controls follow the checked kind: period and cost for limited access,
+// the warning percent for a card too, Recharged for a card.
+void EnableAddedControls(HWND page, int kindId) {
+  for (const int id : kLimitedOnlyControls) EnableControl(page, id, kindId == IDC_ACCOUNTS_LIMITED);
+  for (const int id : kWarnPercentControls) {
+    EnableControl(page, id, kindId == IDC_ACCOUNTS_LIMITED || kindId == IDC_ACCOUNTS_CARD);
+  }
+  EnableControl(page, IDC_ACCOUNTS_RECHARGED, kindId == IDC_ACCOUNTS_CARD);
 }
 
 void CheckKind(HWND page, int checked) {
@@ -72,6 +91,7 @@ BOOL OnInitDialog(HWND page) {
   CheckKind(page, IDC_ACCOUNTS_LIMITED);
 
   if (state->standAlone) {
+    EnableAddedControls(page, IDC_ACCOUNTS_LIMITED);
     EnableControl(page, IDC_ACCOUNTS_CONNECTION, false);
     EnableControl(page, IDC_ACCOUNTS_HELP, true);
     ShowControl(page, IDC_ACCOUNTS_APPLY, false);
@@ -87,6 +107,7 @@ BOOL OnInitDialog(HWND page) {
     ShowControl(page, IDC_ACCOUNTS_APPLY, false);
     ShowControl(page, IDC_ACCOUNTS_CANCEL, false);
     EnableDetailControls(page, false);
+    EnableAddedControls(page, 0);
     SetDlgItemTextA(page, IDC_ACCOUNTS_BANNER, kAccountsBanner);
   }
   SetDlgItemTextA(page, IDC_ACCOUNTS_CONNECTION, kAccountsComboPrompt);
@@ -113,6 +134,10 @@ void ShowEntry(HWND page, const AccountEntryView& view) {
   CheckKind(page, radio);
   EnableCardControls(page, view.cardControlsEnabled);
   EnableDetailControls(page, view.limitedControlsEnabled);
+  EnableAddedControls(page, radio == IDC_ACCOUNTS_UNLIMITED ? 0 : radio);
+  SetDlgItemTextA(page, IDC_ACCOUNTS_PERIOD_DAY, view.periodDay);
+  SetDlgItemTextA(page, IDC_ACCOUNTS_WARN_PERCENT, view.warnPercent);
+  SetDlgItemTextA(page, IDC_ACCOUNTS_WARN_COST, view.warnCost);
   if (view.fillCard) SetDlgItemTextA(page, IDC_ACCOUNTS_CARD_HOURS, view.cardHours);
   if (view.fillLimited) {
     SetDlgItemTextA(page, IDC_ACCOUNTS_BASIC_HOURS, view.basicHours);
@@ -130,6 +155,7 @@ void OnConnectionChosen(HWND page, PageState& state) {
   if (k == kNoAccount) return;  // "Connection", or a name the table has no room for
   SetCaptionFor(page, name);
   state.chosen = name;
+  state.recharged = false;
   for (const int id : kKindRadios) EnableControl(page, id, true);
   const AccountEntryView view = ViewAccountEntry(settings.accounts[k]);
   if (view.known) ShowEntry(page, view);
@@ -138,6 +164,7 @@ void OnConnectionChosen(HWND page, PageState& state) {
 void OnKindChosen(HWND page, int id) {
   EnableCardControls(page, id == IDC_ACCOUNTS_CARD);
   EnableDetailControls(page, id == IDC_ACCOUNTS_LIMITED);
+  EnableAddedControls(page, id == IDC_ACCOUNTS_UNLIMITED ? 0 : id);
   EnableControl(page, IDC_ACCOUNTS_OK, true);
   EnableControl(page, IDC_ACCOUNTS_CANCEL, true);
 }
@@ -152,6 +179,9 @@ Stored StoreChosenEntry(HWND page, PageState& state) {
   const std::string monthlyCharge = ControlText(page, IDC_ACCOUNTS_MONTHLY_CHARGE);
   const std::string excessPerMinute = ControlText(page, IDC_ACCOUNTS_EXCESS_PER_MINUTE);
   const std::string vatPercent = ControlText(page, IDC_ACCOUNTS_VAT);
+  const std::string periodDay = ControlText(page, IDC_ACCOUNTS_PERIOD_DAY);
+  const std::string warnPercent = ControlText(page, IDC_ACCOUNTS_WARN_PERCENT);
+  const std::string warnCost = ControlText(page, IDC_ACCOUNTS_WARN_COST);
   AccountPageInput input;
   input.checked = IsChecked(page, IDC_ACCOUNTS_UNLIMITED) ? UnlimitedAccess
                   : IsChecked(page, IDC_ACCOUNTS_CARD)    ? PrePaidCard
@@ -162,8 +192,13 @@ Stored StoreChosenEntry(HWND page, PageState& state) {
   input.monthlyCharge = monthlyCharge.c_str();
   input.excessPerMinute = excessPerMinute.c_str();
   input.vatPercent = vatPercent.c_str();
+  input.periodDay = periodDay.c_str();
+  input.warnPercent = warnPercent.c_str();
+  input.warnCost = warnCost.c_str();
+  if (state.recharged) input.rechargedAt = &state.rechargedAt;
   if (!SaveAccountInput(state.chosen.c_str(), input)) return Stored::NoEntry;
   state.chosen.clear();
+  state.recharged = false;
   if (state.standAlone) unconfiguredState.ConnectionToConfigure[0] = '\0';
   return Stored::Saved;
 }
@@ -199,6 +234,15 @@ void OnCommand(HWND page, PageState& state, WORD id, WORD code) {
     return;
   }
   if (code != BN_CLICKED) return;
+  if (id == IDC_ACCOUNTS_RECHARGED) {
+    // Taken with the card's hours when the details are saved; the banner says so.
+    state.recharged = true;
+    state.rechargedAt = ReadLocalTime();
+    SetDlgItemTextA(page, IDC_ACCOUNTS_BANNER, kRechargedBanner);
+    EnableControl(page, IDC_ACCOUNTS_OK, true);
+    EnableControl(page, IDC_ACCOUNTS_CANCEL, true);
+    return;
+  }
   if (id == IDC_ACCOUNTS_CARD || id == IDC_ACCOUNTS_LIMITED || id == IDC_ACCOUNTS_UNLIMITED) {
     OnKindChosen(page, id);
     return;

@@ -3,6 +3,7 @@
 #include "ui/win32/app_state.h"
 #include "ui/win32/dialog_colours.h"
 #include "monitor/alarm.h"
+#include "monitor/usage_warning.h"
 #include "resources/resource_ids.h"
 
 namespace {
@@ -17,10 +18,15 @@ INT_PTR Close(HWND dialog, INT_PTR result) {
 
 }  // namespace
 
-INT_PTR CALLBACK AlarmNoticeProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
+INT_PTR CALLBACK AlarmNoticeProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_INITDIALOG:
-      SetDlgItemTextA(dialog, IDC_NOTICE_MESSAGE, alarmState.AlarmMessage);
+      if (lParam != 0) {  // a usage warning in the alarm notice's window
+        SetWindowTextA(dialog, kUsageWarningCaption);
+        SetDlgItemTextA(dialog, IDC_NOTICE_MESSAGE, reinterpret_cast<const char*>(lParam));
+      } else {
+        SetDlgItemTextA(dialog, IDC_NOTICE_MESSAGE, alarmState.AlarmMessage);
+      }
       SetTimer(dialog, kCloseTimer, kAlarmNoticeLifetimeMs, nullptr);
       return TRUE;
     case WM_COMMAND:
@@ -37,6 +43,11 @@ INT_PTR CALLBACK AlarmNoticeProc(HWND dialog, UINT message, WPARAM wParam, LPARA
     default:
       return FALSE;
   }
+}
+
+void ShowUsageWarningNotice(const char* text) {
+  DialogBoxParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_ALARM_NOTICE), nullptr, AlarmNoticeProc,
+                  reinterpret_cast<LPARAM>(text));
 }
 
 void ShowAlarmNotice() {

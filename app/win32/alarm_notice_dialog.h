@@ -7,3 +7,5 @@ INT_PTR CALLBACK AlarmNoticeProc(HWND dialog, UINT message, WPARAM wParam, LPARA
 
 // Modal, with no owner; returns when the notice closes.
 void ShowAlarmNotice();
+// The same window, captioned as a usage warning, showing the text.
+void ShowUsageWarningNotice(const char* text);

@@ -14,6 +14,7 @@
 #include "monitor/dial_up_probe.h"
 #include "monitor/session.h"
 #include "monitor/unconfigured_connections.h"
+#include "monitor/usage_warning.h"
 #include "resources/resource_ids.h"
 #include "storage/settings.h"
 #include "storage/startup.h"
@@ -32,16 +33,20 @@ void CALLBACK CheckpointTimerProc(HWND, UINT, UINT_PTR, DWORD) { OnCheckpointTim
 
 void CALLBACK AlarmTimerProc(HWND, UINT, UINT_PTR, DWORD) { OnAlarmTimer(); }
 
+void CALLBACK UsageWarningTimerProc(HWND, UINT, UINT_PTR, DWORD) { OnUsageWarningTimer(); }
+
 // The alarm period is taken once per session: Alarm page changes count from the
 // next session, and the reminders keep counting from this session's start.
 void StartSessionTimers() {
   SetTimer(appWindows.mainWindow, kCheckpointTimer, kCheckpointPeriodMs, CheckpointTimerProc);
   SetTimer(appWindows.mainWindow, kAlarmTimer, AlarmPeriodMs(), AlarmTimerProc);
+  SetTimer(appWindows.mainWindow, kUsageWarningTimer, kUsageWarningCheckMs, UsageWarningTimerProc);
 }
 
 void StopSessionTimers() {
   KillTimer(appWindows.mainWindow, kCheckpointTimer);
   KillTimer(appWindows.mainWindow, kAlarmTimer);
+  KillTimer(appWindows.mainWindow, kUsageWarningTimer);
 }
 
 bool startupDone = false;  // storage ready and the start-up notices answered
@@ -56,6 +61,8 @@ void OnCreate(HWND window) {
   sessionHooks.checkUnconfiguredConnections = [] { CheckUnconfiguredConnections(); };
   alarmHooks.playSound = PlayAlarmSound;
   alarmHooks.showNotice = ShowAlarmNotice;
+  usageWarningHooks.playSound = PlayAlarmSound;
+  usageWarningHooks.showNotice = ShowUsageWarningNotice;
   UseWindowsAccountNotice();
   installHooks.markFirstRun = [] { appWindows.showMainDialogOnce = true; };
   startupHooks = PlatformStartupHooks();  // the system's installation actions

@@ -7,6 +7,7 @@ constexpr UINT_PTR kStatusTimer = 5;        // 500 ms: status text
 constexpr UINT_PTR kSlowStatusTimer = 10;   // 10 s: status text
 constexpr UINT_PTR kCheckpointTimer = 20;   // 3 min, while a session is open
 constexpr UINT_PTR kAlarmTimer = 30;        // while a session is open
+constexpr UINT_PTR kUsageWarningTimer = 40; // 10 s, while a session is open
 
 // A second start sends this to the running program's main window; the answer is
 // the window to bring to the foreground (0 for none).

@@ -10,6 +10,7 @@
 #include "ui/win32/dialog_colours.h"
 #include "ui/win32/program_icon.h"
 #include "logview/win32/connection_name_box.h"
+#include "logview/win32/log_export.h"
 #include "logview/win32/editor_launch.h"
 #include "logview/log_view_lines.h"
 #include "logview/win32/manage_log_dialog.h"
@@ -81,7 +82,7 @@ void EmptyList(HWND dialog) { SendDlgItemMessageA(dialog, IDC_VIEWLOG_LIST, LB_R
 // Everything but Close: nothing is left to filter, report or manage.
 void DisableLogControls(HWND dialog) {
   for (int id : {IDC_VIEWLOG_MANAGE, IDC_VIEWLOG_CONNECTION, IDC_VIEWLOG_MONTH, IDC_VIEWLOG_YEAR,
-                 IDC_VIEWLOG_ACCOUNT, IDC_VIEWLOG_REPORT}) {
+                 IDC_VIEWLOG_ACCOUNT, IDC_VIEWLOG_REPORT, IDC_VIEWLOG_EXPORT}) {
     EnableControl(dialog, id, false);
   }
 }
@@ -184,6 +185,11 @@ INT_PTR OnCommand(HWND dialog, WORD id, WORD code) {
     case IDC_VIEWLOG_MANAGE:
       OnManageLog(dialog);
       return TRUE;
+    case IDC_VIEWLOG_EXPORT: {
+      BoxTexts texts = ReadBoxes(dialog);
+      ExportLog(dialog, texts.connection, texts.month, texts.year);
+      return TRUE;
+    }
     default:  // Close, and any other command
       CloseViewLog(dialog);
       return TRUE;

@@ -252,7 +252,7 @@ TEST_F(UsageCache, WalksTheLogOncePerConnectionAndNeverGoesStale) {
   for (int step = 0; step < 400; ++step) {
     const char* name = names[pick(5)];
     const uint32_t index = static_cast<uint32_t>(pick(static_cast<int>(sessionLog.count) + 1));
-    switch (pick(13)) {
+    switch (pick(15)) {
       case 0: {
         const uint32_t slot = FindFreeSlot();
         SetRecordStatus(slot, InUse);
@@ -280,6 +280,11 @@ TEST_F(UsageCache, WalksTheLogOncePerConnectionAndNeverGoesStale) {
           EXPECT_TRUE(ConvertLegacyLog());
         }
         break;
+      case 12:  // a billing period or a recharge
+        settings.accounts[pick(4)].periodStartDay = static_cast<uint8_t>(pick(32));
+        settings.accounts[pick(4)].recharged = {2002, static_cast<uint8_t>(1 + pick(4)), 1, 0, 0, 0, 0};
+        break;
+      case 13: clock_.now.day = 1 + static_cast<uint32_t>(pick(28)); break;
       default: ConfigureAccount(pick(6), name, static_cast<uint32_t>(pick(4)), 3, 9.5f, 0.1f, 17.5f); break;
     }
     ExpectSameAsFresh({names[pick(5)]});

@@ -9,7 +9,7 @@
 //   spread  COUNT NAMES today PER-DAY SECONDS               COUNT made-up sessions for
 //           measurements: NAMES (comma-separated) in turn, PER-DAY a day going back
 //           from today, each SECONDS to 2*SECONDS-1 long
-//   account NAME KIND [HOURS MONTHLY EXCESS VAT]            a configured account entry
+//   account NAME KIND [HOURS MONTHLY EXCESS VAT [WARN-%]]   a configured account entry
 //   setting currencyName|showMainWindowAtStart|alarmOn|alarmRepeatMinutes VALUE
 //
 // The day of week and the log-off time follow from the date, the log-on time and
@@ -78,6 +78,7 @@ void AddAccount(const std::vector<std::string>& f) {
       account.excessPerMinute = std::strtof(f[5].c_str(), nullptr);
       account.vatPercent = std::strtof(f[6].c_str(), nullptr);
     }
+    if (f.size() > 7) account.warnPercent = static_cast<uint8_t>(Number(f[7]));
     return;
   }
 }

@@ -1,0 +1,184 @@
+// Billing periods, a recharged card and the page's added boxes: which sessions
+// count in "this month" and on the card, and what zero settings leave unchanged.
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "logview/log_view_lines.h"
+#include "storage/account_figures.h"
+#include "storage/accounts.h"
+#include "storage/billing_period.h"
+#include "storage/settings.h"
+#include "storage/usage_cache.h"
+#include "test_support.h"
+
+namespace {
+
+class Billing : public ProgramStateTest {};
+
+std::string PeriodWithYears(uint32_t startDay, CalendarDate date) {
+  const BillingPeriod p = PeriodOf(startDay, date);
+  return PeriodText(p) + " " + std::to_string(p.first.year) + "-" + std::to_string(p.last.year);
+}
+
+TEST(BillingPeriod, Boundaries) {
+  const struct {
+    const char* what;
+    uint32_t startDay;
+    CalendarDate date;
+    const char* period;
+  } rows[] = {
+      {"day 31 in a leap February", 31, {2004, 2, 29}, "29 Feb - 30 Mar 2004-2004"},
+      {"day 31 in a common February", 31, {2003, 2, 28}, "28 Feb - 30 Mar 2003-2003"},
+      {"the day before it", 31, {2003, 2, 27}, "31 Jan - 27 Feb 2003-2003"},
+      {"day 31 in April", 31, {2003, 4, 30}, "30 Apr - 30 May 2003-2003"},
+      {"day 1 is the calendar month", 1, {2003, 4, 30}, "1 Apr - 30 Apr 2003-2003"},
+      {"day 0 too", 0, {2004, 2, 10}, "1 Feb - 29 Feb 2004-2004"},
+      {"the start day itself", 14, {2003, 3, 14}, "14 Mar - 13 Apr 2003-2003"},
+      {"the last day", 14, {2003, 4, 13}, "14 Mar - 13 Apr 2003-2003"},
+      {"across the year's end", 15, {2003, 1, 5}, "15 Dec - 14 Jan 2002-2003"},
+      {"a damaged date", 15, {2003, 13, 5}, " 0-0"},
+  };
+  for (const auto& row : rows) EXPECT_EQ(PeriodWithYears(row.startDay, row.date), row.period) << row.what;
+  const BillingPeriod march = PeriodOf(14, CalendarDate{2003, 3, 20});
+  EXPECT_EQ(PeriodText(NextPeriod(14, march)), "14 Apr - 13 May");
+  EXPECT_EQ(NextPeriod(14, march).id, march.id + 1);
+  EXPECT_EQ(PeriodDays(march), 31u);
+  EXPECT_EQ(PeriodDaysUpTo(march, CalendarDate{2003, 3, 20}), 7u);
+  std::string days;  // month 0 and 13 come from damaged records
+  for (uint32_t month = 0; month <= 13; ++month) days += std::to_string(DaysInMonth(2003, month)) + " ";
+  EXPECT_EQ(days, "31 31 28 31 30 31 30 31 31 30 31 30 31 31 ");
+  for (const CalendarDate d : {CalendarDate{2000, 2, 29}, CalendarDate{1969, 12, 31}, CalendarDate{2100, 3, 1}}) {
+    EXPECT_EQ(PeriodWithYears(0, DateOfDayNumber(DayNumber(d))), PeriodWithYears(0, d)) << d.year;
+  }
+  EXPECT_EQ(CountingPeriodId(0, UsedRecord("a", 1, 12, 2002)), 2002u * 12 + 11) << "December counts";
+  EXPECT_EQ(PeriodText(PeriodById(14, CountingPeriodId(14, UsedRecord("a", 1, 13, 2002)))), "") << "a damaged month";
+}
+
+SessionRecord Session(const char* name, CalendarDate ended, uint32_t onHour, uint32_t offHour, int32_t seconds) {
+  SessionRecord record = UsedRecord(name, seconds, ended.month, ended.year);
+  record.day = ended.day;
+  record.logOnHour = onHour;
+  record.logOffHour = offHour;
+  return record;
+}
+
+TEST(BillingPeriod, LogOnDate) {
+  const struct {
+    SessionRecord record;
+    CalendarDate logOn;
+  } rows[] = {
+      {Session("a", {2003, 3, 1}, 10, 12, 7200), {2003, 3, 1}},
+      {Session("a", {2003, 3, 1}, 23, 1, 7200), {2003, 2, 28}},       // across midnight
+      {Session("a", {2004, 1, 1}, 23, 1, 7200 + 86400), {2003, 12, 30}},  // a day and two hours
+  };
+  for (const auto& row : rows) {
+    const CalendarDate d = LogOnDate(row.record);
+    EXPECT_EQ(d.year * 10000 + d.month * 100 + d.day, row.logOn.year * 10000 + row.logOn.month * 100 + row.logOn.day);
+  }
+}
+
+constexpr const char* kIsp = "Meter ISP";
+
+// The figures of a limited plan (10 h, 20.0 + 0.05 a minute beyond, 5 % VAT) and a
+// 10-hour card on 20 January 2003, by start day and recharge.
+TEST_F(Billing, UsageFollowsThePeriodAndTheRecharge) {
+  clock_.now = {2003, 1, 1, 20, 12, 0, 0};
+  const SessionRecord log[] = {
+      Session(kIsp, {2003, 1, 13}, 10, 11, 3600),      // before the 14th
+      Session(kIsp, {2003, 1, 14}, 23, 1, 7200),       // logged on the 13th, ended on the 14th
+      Session(kIsp, {2003, 1, 14}, 9, 10, 1800),       // on the 14th
+      Session(kIsp, {2003, 1, 19}, 8, 18, 11 * 3600),  // logged on before noon
+      Session(kIsp, {2003, 1, 19}, 13, 14, 3600),      // after noon
+      Session(kIsp, {2002, 12, 31}, 10, 11, 600),      // last year
+  };
+  for (const SessionRecord& r : log) AppendToLog(r);
+  const struct {
+    const char* what;
+    uint32_t kind;
+    uint8_t startDay;
+    MomentStamp recharged;
+    const char* figures;  // seconds this period, total seconds, excess minutes, result
+  } rows[] = {
+      {"limited, calendar month: as before", LimitedAccess, 0, {}, "55800 56400 330 38.33"},
+      {"limited from the 14th", LimitedAccess, 14, {}, "45000 56400 150 28.88"},
+      {"limited from the 20th: last period", LimitedAccess, 20, {}, "0 56400 0 21.00"},
+      {"limited from the 13th", LimitedAccess, 13, {}, "55800 56400 330 38.33"},
+      {"card, never recharged", PrePaidCard, 0, {}, "55800 56400 0 0.00"},
+      {"card recharged a second before the 13:00 session", PrePaidCard, 0, {2003, 1, 19, 12, 59, 59, 0},
+       "55800 3600 0 32400.00"},
+      {"card recharged before every session", PrePaidCard, 0, {2002, 1, 1, 0, 0, 0, 0}, "55800 56400 0 0.00"},
+      {"a start day on a card changes nothing", PrePaidCard, 14, {}, "55800 56400 0 0.00"},
+  };
+  for (const auto& row : rows) {
+    AccountRecord& account = ConfigureAccount(0, kIsp, row.kind, 10, 20.0f, 0.05f, 5.0f);
+    account.periodStartDay = row.startDay;
+    account.recharged = row.recharged;
+    UsageSummary u;
+    const float result = ComputeUsage(kIsp, u);
+    char figures[80];
+    std::snprintf(figures, sizeof figures, "%d %d %d %.2f", u.secondsThisMonth, u.totalSeconds, u.excessMinutes,
+                  static_cast<double>(result));
+    EXPECT_EQ(std::string(figures), row.figures) << row.what;
+    UsageSummary cached;
+    EXPECT_EQ(CachedComputeUsage(kIsp, cached), result) << row.what << ": the cache follows the change";
+    EXPECT_EQ(cached.secondsThisMonth, u.secondsThisMonth) << row.what;
+  }
+  // The period's dates where the summaries have room; none for calendar months.
+  settings.accounts[0] = AccountRecord{};
+  ConfigureAccount(0, kIsp, LimitedAccess, 10, 20.0f, 0.05f, 5.0f);
+  EXPECT_EQ(AccountSummaryText(kIsp), "Limited Access Account\nThis Month   : 930 Mins.\nCurrent Cost : 38.33 ");
+  settings.accounts[0].periodStartDay = 14;
+  EXPECT_EQ(AccountSummaryText(kIsp),
+            "Limited Access Account\nThis Month   : 750 Mins.\nCurrent Cost : 28.88 \nPeriod : 14 Jan - 13 Feb");
+  ConfigureAccount(0, kIsp, PrePaidCard, 10).recharged = MomentStamp{2003, 1, 19, 12, 0, 0, 0};
+  EXPECT_EQ(AccountSummaryText(kIsp), "Prepaid Card\nAllotted Time : 10 Hrs.\nSince : 19 Jan 2003");
+}
+
+// The added boxes: shown empty for zero settings, read within their ranges, and a
+// changed threshold or a recharge re-arms the warnings.
+TEST_F(Billing, PageBoxes) {
+  AccountRecord& entry = ConfigureAccount(0, kIsp, LimitedAccess, 10, 20.0f, 0.05f, 5.0f);
+  AccountEntryView view = ViewAccountEntry(entry);
+  EXPECT_STREQ(view.periodDay, "");
+  EXPECT_STREQ(view.warnPercent, "");
+  EXPECT_STREQ(view.warnCost, "");
+  const struct {
+    const char* what;
+    AccountKind kind;
+    const char *day, *percent, *cost;
+    bool recharge;
+    const char* stored;  // day percent cost warned-marks recharged-year
+  } rows[] = {
+      {"limited: the three boxes", LimitedAccess, "14", "80", "30.5", false, "14 80 30.50 000 0"},
+      {"the same again keeps the marks", LimitedAccess, "14", "80", "30.5", false, "14 80 30.50 777 0"},
+      {"a new percent re-arms the hours' two", LimitedAccess, "14", "90", "30.5", false, "14 90 30.50 007 0"},
+      {"a new cost re-arms the cost's", LimitedAccess, "14", "90", "31", false, "14 90 31.00 770 0"},
+      {"beyond the ranges", LimitedAccess, "45", "250", "-3", false, "31 100 0.00 000 0"},
+      {"not numbers", LimitedAccess, "x", "", "abc", false, "0 0 0.00 007 0"},
+      {"card: the percent, not the period; another kind re-arms all", PrePaidCard, "9", "75", "5", false,
+       "0 75 0.00 000 0"},
+      {"a recharge re-arms the card's", PrePaidCard, "", "75", "", true, "0 75 0.00 007 2002"},
+  };
+  for (const auto& row : rows) {
+    entry.warnedPercent = entry.warnedFull = entry.warnedCost = 7;
+    const LocalTime now = clock_.now;
+    AccountPageInput input{row.kind, "10", "10", "20", "0.05", "5"};
+    input.periodDay = row.day;
+    input.warnPercent = row.percent;
+    input.warnCost = row.cost;
+    if (row.recharge) input.rechargedAt = &now;
+    ApplyAccountInput(entry, input);
+    char stored[80];
+    std::snprintf(stored, sizeof stored, "%u %u %.2f %u%u%u %u", entry.periodStartDay, entry.warnPercent,
+                  static_cast<double>(entry.warnCost), entry.warnedPercent, entry.warnedFull, entry.warnedCost,
+                  entry.recharged.year);
+    EXPECT_EQ(std::string(stored), row.stored) << row.what;
+  }
+  view = ViewAccountEntry(entry);
+  EXPECT_STREQ(view.warnPercent, "75");
+  EXPECT_TRUE(view.rechargeEnabled);
+}
+
+}  // namespace

@@ -1,0 +1,153 @@
+// Usage warnings: each comes once per crossing and again only after its re-arm,
+// survives a restart, and says what is used and where this rate leads.
+#include <cstdint>
+#include <cstring>
+#include <string>
+
+#include "monitor/session.h"
+#include "monitor/usage_warning.h"
+#include "storage/account_figures.h"
+#include "storage/settings.h"
+#include "test_support.h"
+
+namespace {
+
+constexpr const char* kIsp = "Meter ISP";
+constexpr int32_t kHour = 3600;
+using W = UsageWarningKind;
+
+class Warnings : public ProgramStateTest {
+ protected:
+  void SetUp() override {
+    ProgramStateTest::SetUp();
+    clock_.now = {2003, 3, 4, 20, 12, 0, 0};  // Thursday 20 March 2003
+    SessionRecord record = UsedRecord(kIsp, 7 * kHour, 3, 2003);
+    record.day = 10;
+    record.logOnHour = 1;
+    record.logOffHour = 8;
+    AppendToLog(record);
+  }
+  W Take(int32_t running) { return TakeDueWarning(kIsp, clock_.now, running, text_); }
+  std::string text_;
+};
+
+struct Step {
+  const char* what;
+  int32_t running;          // seconds of the open session
+  W expected;
+  uint32_t month = 3;       // of the clock
+  const char* percent = nullptr;  // typed into the page, nullptr: not applied
+  const char* cost = nullptr;
+  bool recharge = false;
+  const char* text = nullptr;  // the notice's text, when checked
+};
+
+void Apply(AccountRecord& entry, AccountKind kind, const Step& step, const LocalTime& now) {
+  if (step.percent == nullptr && !step.recharge) return;
+  AccountPageInput input{kind, "10", "10", "20", "0.05", "5"};
+  input.warnPercent = step.percent;
+  input.warnCost = step.cost != nullptr ? step.cost : "";
+  if (step.recharge) input.rechargedAt = &now;
+  ApplyAccountInput(entry, input);
+}
+
+// A plan of 10 h with 7 h logged on 10 March, 20.0 a month + 0.05 a minute beyond, 5 % VAT.
+TEST_F(Warnings, PlanWarningsComeOnceAndAgainAfterTheirReArm) {
+  AccountRecord& entry = ConfigureAccount(0, kIsp, LimitedAccess, 10, 20.0f, 0.05f, 5.0f);
+  const Step steps[] = {
+      {"zero thresholds: nothing", 5 * kHour, W::None},
+      {"80 %: not yet at 7.9 h", 54 * 60, W::None, 3, "80", ""},
+      {"crossed at 8 h", kHour, W::Share},
+      {"once", kHour + 60, W::None},
+      {"100 %", 3 * kHour, W::Full},
+      {"once", 4 * kHour, W::None},
+      {"a new threshold re-arms", 4 * kHour, W::Full, 3, "90", ""},
+      {"set at the same value: no re-arm", 4 * kHour, W::None, 3, "90", ""},
+      {"a cost threshold of 21.00", 4 * kHour, W::Cost, 3, "90", "21"},
+      {"the next period re-arms, with the running session only", 9 * kHour, W::Share, 4},
+      {"the clock set back brings nothing again", 4 * kHour, W::None, 3},
+  };
+  for (const Step& step : steps) {
+    clock_.now.month = step.month;
+    Apply(entry, LimitedAccess, step, clock_.now);
+    EXPECT_EQ(Take(step.running), step.expected) << step.what;
+  }
+}
+
+// A 10-hour card with the same 7 h on it.
+TEST_F(Warnings, CardWarningsComeOnceAndAgainAfterARecharge) {
+  AccountRecord& entry = ConfigureAccount(0, kIsp, PrePaidCard, 10);
+  const Step steps[] = {
+      {"75 %: crossed at 7.5 h", kHour / 2, W::Share, 3, "75", nullptr, false,
+       "\nMeter ISP: 75 % of the card used\n7.50 of 10 Hrs. used\nAt this rate it runs out around 27 Mar"},
+      {"once", kHour, W::None},
+      {"used up", 3 * kHour, W::Full, 3, nullptr, nullptr, false,
+       "\nMeter ISP: the card's hours are used up\n10.00 of 10 Hrs. used"},
+      {"once", 4 * kHour, W::None},
+      {"a recharge: the old sessions no longer count", 7 * kHour, W::None, 3, "75", nullptr, true},
+      {"the new card crosses", 8 * kHour, W::Share},
+      {"used up, at connect already: the share is implied", 11 * kHour, W::Full, 3, "75", nullptr, true},
+      {"nothing left to tell", 11 * kHour, W::None},
+  };
+  for (const Step& step : steps) {
+    Apply(entry, PrePaidCard, step, clock_.now);
+    EXPECT_EQ(Take(step.running), step.expected) << step.what;
+    if (step.text != nullptr) {
+      EXPECT_EQ(text_, step.text);
+    }
+  }
+}
+
+// The timer's way: the mark saved before the notice, shown once, and still shown
+// after the program is killed and started again.
+TEST_F(Warnings, OncePerCrossingAcrossARestart) {
+  ConfigureAccount(0, kIsp, LimitedAccess, 10, 20.0f, 0.05f, 5.0f).warnPercent = 80;
+  settings.alarmAction = kAlarmBoxAndSound;
+  static int notices, sounds;
+  static std::string shown;
+  notices = sounds = 0;
+  usageWarningHooks.playSound = [] { ++sounds; };
+  usageWarningHooks.showNotice = [](const char* text) {
+    ++notices;
+    shown = text;
+    OnUsageWarningTimer();  // the notice's message loop runs the timer: no second notice
+  };
+  sessionState.SessionOpen = 1;
+  std::strcpy(sessionState.SessionConnectionName, kIsp);
+  sessionState.SessionStartSeconds = clock_.tickMs / 1000 - 3600;  // on-line for an hour: 8 h
+  OnUsageWarningTimer();
+  OnUsageWarningTimer();
+  EXPECT_EQ(notices, 1);
+  EXPECT_EQ(sounds, 1);
+  EXPECT_EQ(shown,
+            "\nMeter ISP: 80 % of the included hours used\n8.00 of 10 Hrs. this period (1 Mar - 31 Mar)\n"
+            "At this rate: 12.40 Hrs. and 28.56  by 31 Mar");
+  std::memset(&settings, 0, sizeof settings);  // killed, and started again
+  ASSERT_TRUE(LoadSettings(SettingsPath()));
+  settings.alarmAction = kAlarmBoxOnly;
+  clock_.Advance(600);
+  OnUsageWarningTimer();
+  EXPECT_EQ(notices, 1);
+  clock_.Advance(2 * 3600);
+  OnUsageWarningTimer();
+  EXPECT_EQ(notices, 2) << "100 % still comes";
+  EXPECT_EQ(sounds, 1) << "no sound when the alarm's action has none";
+}
+
+TEST(WarningProjection, Figures) {
+  const BillingPeriod from14th = PeriodOf(14, CalendarDate{2003, 3, 20});
+  EXPECT_EQ(ProjectedSeconds(10 * kHour, from14th, CalendarDate{2003, 3, 20}), 10 * kHour * 31 / 7);
+  EXPECT_EQ(ProjectedSeconds(10 * kHour, from14th, CalendarDate{2003, 4, 13}), 10 * kHour);
+  const BillingPeriod march = PeriodOf(0, CalendarDate{2003, 3, 10});
+  const struct {
+    int64_t remaining, usedThisPeriod;
+    const char* runsOut;
+  } rows[] = {{6 * kHour, 4 * kHour, "25 Mar"}, {0, 4 * kHour, "10 Mar"}, {1, 4 * kHour, "11 Mar"}, {kHour, 0, ""}};
+  for (const auto& row : rows) {
+    CalendarDate date;
+    const bool known = CardRunOutDate(row.remaining, row.usedThisPeriod, march, CalendarDate{2003, 3, 10}, date);
+    EXPECT_EQ(known ? DayMonthText(date) : "", row.runsOut) << row.remaining;
+  }
+}
+
+}  // namespace
