@@ -66,10 +66,10 @@ std::string EditorCommandLine() { return "notepad.exe  " + ReportFilePath(); }
 
 void GenerateTextReport() {
   const std::string path = ReportFilePath();
-  // The write does not truncate, so the old file goes first: a shorter report must
-  // not leave the tail of a longer one behind. A missing file is fine.
-  std::remove(path.c_str());
-  WriteTextFile(logViewState.FinishedReport.c_str(), path.c_str());
+  // A new file each time, with no tail of an older, longer report (nor of one a
+  // held file left as "Log File.txt.new").
+  const WriteBlock block{logViewState.FinishedReport.data(), logViewState.FinishedReport.size()};
+  WriteFileStart(path.c_str(), &block, 1, false);
   if (reportHooks.launchEditor != nullptr) {
     reportHooks.launchEditor(EditorApplicationPath().c_str(), EditorCommandLine().c_str());
   }

@@ -30,6 +30,6 @@ std::string ReportFilePath();          // the program folder + "Log File.txt"
 std::string EditorApplicationPath();   // the Windows directory + "NOTEPAD.EXE"
 std::string EditorCommandLine();       // "notepad.exe  " and the report path, unquoted
 
-// Deletes the report file, writes FinishedReport to it and starts the editor,
+// Replaces the report file with FinishedReport and starts the editor,
 // whether or not the file was written. Results are ignored.
 void GenerateTextReport();

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "monitor/dial_up_probe.h"
+#include "monitor/pending_notices.h"
 #include "monitor/session.h"
 #include "monitor/time_text.h"
 #include "platform/program_paths.h"
@@ -144,6 +145,7 @@ TEST_F(Session, ADamagedCheckpointIsRepairedAndToldOrNotRecorded) {
     Restart();
     row.apply();
     RecoverInterruptedSession();
+    ShowPendingNotices();
     EXPECT_EQ(settings.sessionOpenMarker, 219);
     EXPECT_EQ(IsLogEmpty(), row.recorded == 0);
     EXPECT_EQ(sessionLog.records[0].durationSeconds, row.recorded) << "from its log-on and checkpoint times";

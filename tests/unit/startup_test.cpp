@@ -1,12 +1,14 @@
 // The start-up decision: first run, normal start, upgrade from an older release,
 // missing or damaged files, an unreadable configuration, saves that fail.
 #include <algorithm>
+#include <cerrno>
 #include <cctype>
 #include <cstring>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "monitor/pending_notices.h"
 #include "platform/binary_file.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
@@ -209,8 +211,9 @@ TEST_F(Startup, AnUnreadableFileIsToldOnceLeftAloneAndMergedWhenReadable) {
     const uint32_t slot = FindFreeSlot();
     SetRecordStatus(slot, InUse);
     SetRecordName(slot, "Run");
-    SaveLog(LogFilePath().c_str());
+    EXPECT_EQ(SaveLog(LogFilePath().c_str()), path == SettingsPath()) << "nothing saved while the log cannot be read";
     SaveSettings();
+    ShowPendingNotices();
     ASSERT_EQ(events.size(), 1u) << "told once, and no other message";
     EXPECT_EQ(events[0].rfind("problem: Orvalen cannot read " + path + " (", 0), 0u) << events[0];
     EXPECT_TRUE(std::filesystem::is_directory(path)) << "left as it is";
@@ -233,22 +236,28 @@ TEST_F(Startup, AFailedSaveIsToldOnceUntilASaveSucceedsAndTheDataStay) {
   WriteConfiguration("orvalen_v015");
   WriteCurrentLog({"Home ISP"});
   ASSERT_TRUE(InitialiseStorage(&owner_));
-  platformState.fileWriteCutoff = [](const char*, SaveStep, std::size_t size) { return size - 1; };  // a full disk
+  const auto fullDisk = [](std::FILE*) {
+    errno = ENOSPC;
+    return false;
+  };
+  platformState.fileCalls.commit = fullDisk;
   const std::vector<uint8_t> log = ReadBytes(LogFilePath());
   AppendToLog(UsedRecord("Run", 60));
   EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
   EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
   EXPECT_FALSE(SaveSettings());
+  ShowPendingNotices();
   EXPECT_EQ(ReadBytes(LogFilePath()), log);
   const std::string told = "problem: Orvalen could not save " + LogFilePath() + " (";
   ASSERT_EQ(events.size(), 2u) << "once for each file";
   EXPECT_EQ(events[0].rfind(told, 0), 0u) << events[0];
-  platformState.fileWriteCutoff = nullptr;
+  platformState.fileCalls.commit = nullptr;
   EXPECT_TRUE(SaveLog(LogFilePath().c_str()));
   EXPECT_EQ(U32At(ReadBytes(LogFilePath()), 0), 3u) << "the next save has it all";
-  platformState.fileWriteCutoff = [](const char*, SaveStep, std::size_t size) { return size - 1; };
+  platformState.fileCalls.commit = fullDisk;
   EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
-  platformState.fileWriteCutoff = nullptr;
+  platformState.fileCalls.commit = nullptr;
+  ShowPendingNotices();
   EXPECT_EQ(events.size(), 3u) << "a new run of failures is told again";
 }
 

@@ -10,6 +10,7 @@
 #include "app/status_text.h"
 #include "logview/logview_state.h"
 #include "monitor/monitor_state.h"
+#include "monitor/pending_notices.h"
 #include "monitor/session.h"
 #include "platform/platform_state.h"
 #include "platform/program_paths.h"
@@ -101,7 +102,10 @@ void ProgramStateTest::WriteBytes(const std::string& path, const std::vector<uin
   file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
 }
 
-void ProgramStateTest::Tick() { RunSessionStep(probe_); }
+void ProgramStateTest::Tick() {
+  RunSessionStep(probe_);
+  ShowPendingNotices();  // as the shell does once the step has returned
+}
 
 void ProgramStateTest::RunOnline(uint32_t seconds) {
   for (uint32_t elapsed = 1; elapsed <= seconds; ++elapsed) {
