@@ -27,7 +27,8 @@ void FakeClock::Advance(uint32_t seconds) {
   uint32_t total = now.hour * 3600 + now.minute * 60 + now.second + seconds;
   for (; total >= 86400; total -= 86400) {
     now.dayOfWeek = (now.dayOfWeek + 1) % 7;
-    if (++now.day <= kMonthDays[now.month - 1]) continue;
+    const bool leap = now.year % 4 == 0 && (now.year % 100 != 0 || now.year % 400 == 0);
+    if (++now.day <= kMonthDays[now.month - 1] + (now.month == 2 && leap ? 1u : 0u)) continue;
     now.day = 1;
     if (++now.month > 12) now.month = 1, ++now.year;
   }

@@ -1,0 +1,691 @@
+// A deterministic simulation of the whole portable core under faults. A seed
+// gives a schedule of a few days: dial-up events, Manage Log's deletions, settings
+// applied, the text report, Exit, shutdown, clock jumps, and faults: a file call
+// that fails, a write torn at any byte (then the power is gone), a full disk, a
+// file or its sibling held with or without read sharing, a folder in its place,
+// a kill at any file call. Every box the program shows runs the next events and
+// ticks while it is open, as its message loop does. The disk is in memory (its
+// FILE handles are glibc cookies), so a schedule takes about a millisecond.
+//
+// Checked throughout and after every start: each session the service showed is
+// in the log once once a save carried it (the log, or the checkpoint still on
+// disk), under its own name, no shorter than its last checkpoint on disk and no
+// longer than it was; no record or checkpoint of anything that did not happen;
+// every settings change reported saved is still there; no sibling file outlives
+// a save that worked; no log is replaced by one with fewer records; the session
+// timers run exactly while a session is open; a report file holds its report.
+//
+//   ORVALEN_SIM_SEEDS=1:1000 orvalen_unit_tests --gtest_filter='Simulation.*'
+//   ORVALEN_SIM_SEED=42 ...     one seed, its schedule printed
+//   ORVALEN_SIM_SEED=42 ORVALEN_SIM_SCHEDULE='c0 w600 k' ...   a schedule of that seed's start
+#include <cerrno>
+#include <cstdio>
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <iterator>
+#include <map>
+#include <random>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "logview/logview_state.h"
+#include "logview/manage_log_summary.h"
+#include "logview/text_report.h"
+#include "monitor/monitor_state.h"
+#include "monitor/pending_notices.h"
+#include "monitor/session.h"
+#include "monitor/unconfigured_connections.h"
+#include "platform/binary_file.h"
+#include "platform/program_paths.h"
+#include "storage/fixed_text.h"
+#include "storage/session_log.h"
+#include "storage/settings.h"
+#include "storage/startup.h"
+#include "test_support.h"
+
+#ifdef __GLIBC__  // the simulated disk hands out glibc cookie FILEs
+namespace {
+
+const char* const kNames[] = {"Home ISP", "Work ISP", "Other ISP"};
+
+// One step of a schedule; its text form is the op and its numbers ("w600",
+// "fT7.300", "hLn"), so a failing schedule can be pasted back as a table row.
+struct Step {
+  char op;              // see Sim::Do
+  int64_t a = 0, b = 0;
+  char file = 0;        // C(onfiguration), L(og), R(eport); or the armed fault K, F, T
+  char suffix = '_';    // _ the file itself, n ".new", p ".prev", t ".tmp"
+};
+
+std::string Text(const std::vector<Step>& steps) {
+  std::ostringstream out;
+  for (const Step& s : steps) {
+    out << ' ' << s.op;
+    if (s.op == 'f') out << s.file << s.a << '.' << s.b;
+    else if (s.op == 'h' || s.op == 'H' || s.op == 'o') out << s.file << s.suffix;
+    else if (std::strchr("cgxwjrF", s.op)) out << s.a;
+  }
+  return out.str().substr(1);
+}
+
+std::vector<Step> Parse(const std::string& text) {
+  std::vector<Step> steps;
+  std::istringstream in(text);
+  for (std::string word; in >> word;) {
+    Step s{word[0]};
+    if (s.op == 'f') {
+      s.file = word[1];
+      std::sscanf(word.c_str() + 2, "%ld.%ld", &s.a, &s.b);
+    } else if (s.op == 'h' || s.op == 'H' || s.op == 'o') {
+      s.file = word[1];
+      s.suffix = word[2];
+    } else if (word.size() > 1) {
+      s.a = std::atol(word.c_str() + 1);
+    }
+    steps.push_back(s);
+  }
+  return steps;
+}
+
+// A few days: on average one event every hour or so, sessions from a second to
+// 30 hours, a fault or a kill every few steps.
+std::vector<Step> Generate(uint64_t seed) {
+  std::mt19937_64 random(seed);
+  const auto pick = [&random](uint64_t n) { return static_cast<int64_t>(random() % n); };
+  std::vector<Step> steps;
+  const int64_t count = 30 + pick(120);
+  const char files[] = "CLR", suffixes[] = "_npt";
+  for (int64_t i = 0; i < count; ++i) {
+    const int64_t r = pick(100);
+    Step s{'w'};
+    if (r < 16) s = {'c', pick(3)};
+    else if (r < 26) s = {pick(4) == 0 ? 'v' : 'd'};
+    else if (r < 28) s = {'g', pick(3)};
+    else if (r < 50) {
+      const int64_t kind = pick(100);
+      s.a = kind < 55 ? 1 + pick(600) : kind < 85 ? 600 + pick(7200) : kind < 97 ? 7200 + pick(36000) : 36000 + pick(72000);
+    } else if (r < 53) s = {'j', pick(3) == 0 ? 86400 : pick(2) == 0 ? 3600 : -3600};
+    else if (r < 56) s = {'x', pick(3)};
+    else if (r < 57) s = {'e'};
+    else if (r < 61) s = {'s'};
+    else if (r < 63) s = {'r', pick(400)};
+    else if (r < 65) s = {'q'};
+    else if (r < 67) s = {'z'};
+    else if (r < 70) s = {'k'};
+    else if (r < 84) s = {'f', 1 + pick(14), pick(7000), "KFFT"[pick(4)]};
+    else if (r < 90) s = {pick(2) == 0 ? 'h' : 'H', 0, 0, files[pick(3)], suffixes[pick(4)]};
+    else if (r < 93) s = {'u'};
+    else if (r < 95) s = {'o', 0, 0, files[pick(3)], suffixes[pick(4)]};
+    else if (r < 97) s = {'O'};
+    else s = {'F', pick(2)};
+    steps.push_back(s);
+  }
+  return steps;
+}
+
+// A session as the service showed it to one run of the program.
+struct Truth {
+  std::string name;
+  uintptr_t handle;
+  LocalTime logOn, end;
+  uint32_t startTick, endTick = 0;
+  bool open = true;
+  bool inLog = false;    // a log save carrying it reached the disk
+  bool deleted = false;  // Manage Log deleted it since
+  int32_t floor = 0;     // the longest length a save carried
+};
+
+struct Node {
+  bool folder = false;
+  int held = 0;  // 1 with read sharing, 2 without
+  std::string data;
+};
+
+struct Cookie {
+  std::string path;
+  std::size_t position = 0;
+};
+
+struct Figures {
+  uint64_t schedules = 0, steps = 0, calls = 0, faults = 0, kills = 0, violations = 0;
+};
+
+class Sim;
+Sim* sim = nullptr;  // the one the hooks and the disk reach
+
+class Sim {
+ public:
+  explicit Sim(std::vector<Step> steps) : steps_(std::move(steps)) {
+    sim = this;
+    clock_.now = {2004, 2, 0, 27, 22, 0, 0};
+  }
+  ~Sim() { sim = nullptr; }
+
+  void Seed(uint64_t seed) {
+    std::mt19937_64 random(seed ^ 0x5157u);
+    clock_.now = {static_cast<uint32_t>(1999 + random() % 30), static_cast<uint32_t>(1 + random() % 12), 0,
+                  static_cast<uint32_t>(random() % 4 == 0 ? 28 : 1 + random() % 28),
+                  static_cast<uint32_t>(random() % 24), static_cast<uint32_t>(random() % 60), 0};
+    clock_.tickMs = static_cast<uint32_t>(random());
+  }
+
+  // The schedule, then the faults lifted, off-line, Exit and a last start.
+  std::vector<std::string> Play() {
+    Start();
+    while (next_ < steps_.size()) {
+      Do(steps_[next_++]);
+      while (dead_ || ended_) {
+        EndRun();
+        Start();
+      }
+    }
+    for (auto it = disk_.begin(); it != disk_.end();) {
+      it->second.held = 0;
+      it = it->second.folder ? disk_.erase(it) : std::next(it);
+    }
+    full_ = false;
+    armed_ = 0;
+    ras_.state = ScriptedRas::State::None;
+    Tick();
+    EndRun();
+    Start();
+    return violations_;
+  }
+
+  Figures figures;
+
+ private:
+  // --- The disk -------------------------------------------------------------
+  enum Fate { kHappens, kFails, kDies, kTears };
+
+  Fate Next(bool write) {
+    if (dead_) return kDies;
+    ++figures.calls;
+    if (++calls_ != armedAt_ || armed_ == 0) return kHappens;
+    const char armed = armed_;
+    armed_ = 0;
+    ++figures.faults;
+    if (armed == 'F') return kFails;
+    ++figures.kills;
+    if (armed == 'T' && write) return kTears;
+    dead_ = true;
+    return kDies;
+  }
+
+  static int Fail(int error) {
+    errno = error;
+    return -1;
+  }
+
+  Node* Find(const std::string& path) {
+    const auto it = disk_.find(path);
+    return it == disk_.end() ? nullptr : &it->second;
+  }
+
+  static std::FILE* Open(const char* path, const char* mode) {
+    if (sim->Next(false) != kHappens) return errno = EIO, nullptr;
+    const bool write = mode[0] == 'w';
+    Node* node = sim->Find(path);
+    if (node != nullptr && (node->folder || node->held == 2 || (write && node->held != 0))) return errno = EACCES, nullptr;
+    if (node == nullptr && !write) return errno = ENOENT, nullptr;
+    if (write) sim->disk_[path] = Node{};
+    static const cookie_io_functions_t calls = {Read, Write, Seek, Close};
+    return fopencookie(new Cookie{path}, mode, calls);
+  }
+
+  static ssize_t Read(void* cookie, char* buffer, std::size_t size) {
+    Cookie* c = static_cast<Cookie*>(cookie);
+    const Node* node = sim->Find(c->path);
+    if (sim->Next(false) != kHappens || node == nullptr) return Fail(EIO);
+    const std::size_t n = c->position < node->data.size() ? std::min(size, node->data.size() - c->position) : 0;
+    std::memcpy(buffer, node->data.data() + c->position, n);
+    c->position += n;
+    return static_cast<ssize_t>(n);
+  }
+
+  static ssize_t Write(void* cookie, const char* buffer, std::size_t size) {
+    Cookie* c = static_cast<Cookie*>(cookie);
+    Node* node = sim->Find(c->path);
+    const Fate fate = sim->Next(true);
+    if (fate == kTears && node != nullptr) {
+      node->data.append(buffer, std::min<std::size_t>(size, static_cast<std::size_t>(sim->tornAt_)));
+      sim->dead_ = true;  // the power is gone
+    }
+    if (fate != kHappens || node == nullptr) return Fail(EIO), 0;
+    if (sim->full_) return Fail(ENOSPC), 0;
+    if (node->data.size() < c->position) node->data.resize(c->position);
+    node->data.replace(c->position, size, buffer, size);
+    c->position += size;
+    return static_cast<ssize_t>(size);
+  }
+
+  static int Seek(void* cookie, off64_t* offset, int whence) {
+    Cookie* c = static_cast<Cookie*>(cookie);
+    const Node* node = sim->Find(c->path);
+    const off64_t base = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? static_cast<off64_t>(c->position)
+                                                 : static_cast<off64_t>(node != nullptr ? node->data.size() : 0);
+    if (base + *offset < 0) return Fail(EINVAL);
+    c->position = static_cast<std::size_t>(*offset = base + *offset);
+    return 0;
+  }
+
+  static int Close(void* cookie) {
+    delete static_cast<Cookie*>(cookie);
+    return 0;
+  }
+
+  static int Remove(const char* path) {
+    if (sim->Next(false) != kHappens) return Fail(EIO);
+    const Node* node = sim->Find(path);
+    if (node == nullptr) return Fail(ENOENT);
+    if (node->folder || node->held != 0) return Fail(EACCES);
+    sim->disk_.erase(path);
+    return 0;
+  }
+
+  static int Rename(const char* from, const char* to) {
+    if (sim->Next(false) != kHappens) return Fail(EIO);
+    const Node* node = sim->Find(from);
+    if (node == nullptr) return Fail(ENOENT);
+    if (node->folder || node->held != 0) return Fail(EACCES);
+    if (sim->Find(to) != nullptr) return Fail(EEXIST);
+    sim->disk_[to] = *node;
+    sim->disk_.erase(from);
+    const std::string source = from, target = to;
+    if (source.size() > 4 && source.compare(source.size() - 4, 4, ".tmp") == 0 &&
+        target.compare(target.size() - 4, 4, ".new") == 0) {
+      sim->committed_ = target.substr(0, target.size() - 4);
+      sim->Committed(sim->committed_, sim->disk_[to].data);
+    }
+    if (source == target + ".new") sim->Placed(target);
+    return 0;
+  }
+
+  static bool Exists(const char* path) { return sim->Find(path) != nullptr; }
+
+  static bool Commit(std::FILE* file) {
+    if (sim->Next(false) != kHappens) return errno = EIO, false;
+    return std::fflush(file) == 0;
+  }
+
+  std::string PathOf(char file, char suffix) const {
+    const std::string& base = file == 'C' ? settingsPath_ : file == 'L' ? logPath_ : reportPath_;
+    return base + (suffix == 'n' ? ".new" : suffix == 'p' ? ".prev" : suffix == 't' ? ".tmp" : "");
+  }
+
+  // --- What the saves carried ---------------------------------------------------
+  void Violation(const std::string& what) {
+    if (violations_.size() < 8) violations_.push_back(what + " (after step " + std::to_string(next_) + ")");
+  }
+
+  static int64_t Day(const LocalTime& t) { return DayNumber(t.year, t.month, t.day); }
+
+  // The session's length so far, and a second for the tick counter's rounding.
+  uint32_t LongestLength(const Truth& t) const {
+    return ((t.open ? clock_.tickMs : t.endTick) - t.startTick) / 1000u + 1;
+  }
+
+  // The session a record or a checkpoint stands for: its name, log-on second and
+  // the date it began (or, for a record made at its end, the date it ended). Of
+  // sessions begun in the same second, one that lasted as long and is not yet
+  // matched by another record is preferred.
+  int Match(const SessionRecord& r, bool startOnly, const std::vector<int>* seen = nullptr) const {
+    int found = -1, best = 0;
+    for (int i = 0; i < static_cast<int>(truths_.size()); ++i) {
+      const Truth& t = truths_[i];
+      const int64_t day = DayNumber(r.year, r.month, r.day);
+      if (t.name != r.connectionName || t.logOn.hour != r.logOnHour || t.logOn.minute != r.logOnMinute ||
+          t.logOn.second != r.logOnSecond || (day != Day(t.logOn) && (startOnly || t.open || day != Day(t.end)))) {
+        continue;
+      }
+      const int score = 1 + (r.durationSeconds <= static_cast<int64_t>(LongestLength(t)) ? 2 : 0) +
+                        (seen == nullptr || (*seen)[i] == 0 ? 1 : 0);
+      if (score > best) found = i, best = score;
+    }
+    return found;
+  }
+
+  void Carried(int i, int32_t length, const char* what) {
+    Truth& t = truths_[i];
+    if (length < 0 || static_cast<uint32_t>(length) > LongestLength(t)) Violation(std::string(what) + " longer than " + t.name + "'s session");
+    if (length > t.floor) t.floor = length;
+  }
+
+  void Committed(const std::string& base, const std::string& data) {
+    if (base == settingsPath_ && data.size() >= sizeof(Settings)) {
+      Settings saved;
+      std::memcpy(&saved, data.data(), sizeof saved);
+      checkpointOf_ = -1;
+      if (saved.sessionOpenMarker != kSessionOpen) return;
+      SessionRecord checkpoint{};
+      CopyFixedText(checkpoint.connectionName, saved.checkpointName);
+      checkpoint.logOnHour = saved.checkpointLogOn.hour;
+      checkpoint.logOnMinute = saved.checkpointLogOn.minute;
+      checkpoint.logOnSecond = saved.checkpointLogOn.second;
+      checkpoint.year = saved.checkpointYear;
+      checkpoint.month = saved.checkpointMonth;
+      checkpoint.day = saved.checkpointDay;
+      checkpoint.durationSeconds = static_cast<int32_t>(saved.checkpointElapsed);
+      checkpointOf_ = Match(checkpoint, true);
+      if (checkpointOf_ < 0) return Violation("a checkpoint of no session: " + std::string(checkpoint.connectionName));
+      Carried(checkpointOf_, static_cast<int32_t>(saved.checkpointElapsed), "a checkpoint");
+    } else if (base == logPath_) {
+      const std::size_t count = data.size() >= 8 ? (data.size() - 8) / sizeof(SessionRecord) : 0;
+      if (count < logRecords_) Violation("the log replaced by one with fewer records");
+      logRecords_ = count;
+      for (std::size_t k = 0; k < count; ++k) {
+        SessionRecord r;
+        std::memcpy(&r, data.data() + 8 + k * sizeof r, sizeof r);
+        if (r.status != InUse) continue;
+        const int i = Match(r, false);
+        if (i < 0) {
+          Violation("a record of no session: " + std::string(r.connectionName));
+          continue;
+        }
+        truths_[i].inLog = true;
+        Carried(i, r.durationSeconds, "a record");
+      }
+    }
+  }
+
+  // A save put its content in place (a start's settling of a leftover is no save).
+  void Placed(const std::string& path) {
+    placed_ = path;
+    if (committed_ != path) return;
+    committed_.clear();
+    const Node* temporary = Find(path + ".tmp");
+    const Node* previous = Find(path + ".prev");
+    // Folders in their place and a ".tmp" another program holds are faults of ours.
+    if ((temporary != nullptr && !temporary->folder && temporary->held == 0) || (previous != nullptr && !previous->folder)) Violation("a sibling outlives a save of " + path);
+  }
+
+  // After a start: what the program has now against what happened.
+  void CheckStart() {
+    if (dead_) return;
+    const bool configRead = !FileHeld(kConfigurationFile);
+    if (configRead && values_.count(settings.alarmRepeatHours) == 0) {
+      Violation("a setting reported saved is lost: " + std::to_string(settings.alarmRepeatHours));
+    }
+    if (FileHeld(kLogFile)) return;
+    std::vector<int> seen(truths_.size());
+    for (const SessionRecord& r : sessionLog.records) {
+      if (r.status != InUse) continue;
+      const int i = Match(r, false, &seen);
+      if (i < 0) {
+        Violation("recorded, never happened: " + std::string(r.connectionName));
+        continue;
+      }
+      if (++seen[i] > 1) Violation(truths_[i].name + " recorded twice");
+      Carried(i, r.durationSeconds, "a recorded length");
+      if (!truths_[i].deleted && r.durationSeconds < truths_[i].floor) {
+        Violation(truths_[i].name + " shorter than its checkpoint");
+      }
+    }
+    for (std::size_t i = 0; i < truths_.size(); ++i) {
+      const bool kept = truths_[i].inLog || (configRead && checkpointOf_ == static_cast<int>(i));
+      if (kept && !truths_[i].deleted && seen[i] == 0) Violation(truths_[i].name + "'s session is lost");
+    }
+  }
+
+  // --- The program ---------------------------------------------------------------
+  void CheckTimers() {
+    if (!dead_ && timersOn_ != (sessionState.SessionOpen != 0)) Violation("session timers without a session or none with one");
+  }
+
+  // The poll timer's tick, with what the shell does once the step returned.
+  void Tick() {
+    if (dead_) return;
+    const bool up = ras_.state == ScriptedRas::State::Connected;
+    if (open_ >= 0 && (!up || truths_[open_].handle != ras_.handle)) CloseTruth();
+    if (up && open_ < 0) {
+      truths_.push_back(Truth{ras_.name, ras_.handle, clock_.now, clock_.now, clock_.tickMs});
+      open_ = static_cast<int>(truths_.size()) - 1;
+      jumped_ = 0;
+    }
+    RunSessionStep(probe_);
+    CheckTimers();
+    ShowPendingNotices();
+  }
+
+  void CloseTruth() {
+    if (open_ < 0) return;
+    truths_[open_].open = false;
+    truths_[open_].end = clock_.now;
+    truths_[open_].endTick = clock_.tickMs;
+    open_ = -1;
+  }
+
+  void Wait(int64_t seconds) {
+    while (!dead_ && timersOn_ && toCheckpoint_ <= seconds) {
+      const int64_t due = std::max<int64_t>(toCheckpoint_, 0);
+      seconds -= due;
+      clock_.Advance(static_cast<uint32_t>(due));
+      toCheckpoint_ = kCheckpointPeriodMs / 1000;
+      OnCheckpointTimer();
+      CheckTimers();
+      ShowPendingNotices();
+    }
+    if (dead_) return;
+    if (timersOn_) toCheckpoint_ -= seconds;
+    clock_.Advance(static_cast<uint32_t>(seconds));
+    Tick();
+  }
+
+  // A box's message loop: what happens outside the program goes on, a few steps.
+  void Box() {
+    for (int n = 0; n < 2 && polling_ && !dead_ && next_ < steps_.size() && std::strchr("cgdvwjkfhHuoOF", steps_[next_].op); ++n) {
+      Do(steps_[next_++]);
+    }
+  }
+
+  void Start() {
+    dead_ = ended_ = polling_ = timersOn_ = false;
+    committed_.clear();
+    ResetStorageState();
+    ResetMonitorState();
+    ResetLogViewState();
+    platformState.fileCalls = FileCalls{Open, Remove, Rename, Exists, Commit};
+    UseClock(&clock_);
+    UseRasService(&ras_);
+    SetWindowsDirectory("/sim/windows");
+    SetProgramFolder("/sim/program");
+    // Copied: SettingsPath() rebuilds the text a save's path may point into.
+    settingsPath_ = SettingsPath();
+    logPath_ = LogFilePath();
+    reportPath_ = ReportFilePath();
+    startupHooks.showFileProblem = [](const char*, const char*) { sim->Box(); };
+    sessionHooks.startSessionTimers = [] { sim->timersOn_ = true, sim->toCheckpoint_ = kCheckpointPeriodMs / 1000; };
+    sessionHooks.stopSessionTimers = [] { sim->timersOn_ = false; };
+    sessionHooks.reportOutOfSpace = [] { sim->Box(); };
+    sessionHooks.checkUnconfiguredConnections = [] { CheckUnconfiguredConnections(); };
+    unconfiguredHooks.showConfigureNotice = [](const char*, const char*) { sim->Box(); };
+    unconfiguredHooks.showNotSetUp = [](const char*, const char*) { sim->Box(); };
+    unconfiguredHooks.runAccountDialog = []() -> intptr_t { return sim->Box(), 0; };
+    probe_ = DialUpProbe{};
+    InitialiseStorage(nullptr);
+    RecoverInterruptedSession();
+    ShowPendingNotices();  // before the poll starts: nothing runs meanwhile
+    CheckStart();
+    polling_ = true;
+    CheckUnconfiguredConnections();
+    ShowPendingNotices();
+  }
+
+  void EndRun() { CloseTruth(); }
+
+  void Do(const Step& s) {
+    ++figures.steps;
+    switch (s.op) {
+      case 'c':  // connect: a connection already up goes down first, dialling takes 30 s
+        if (ras_.state == ScriptedRas::State::Connected) Do(Step{'d'});
+        Do(Step{'g', s.a});
+        Wait(30);
+        ras_.state = ScriptedRas::State::Connected;
+        return Tick();
+      case 'g':  // dialling
+        ras_.Connect(kNames[s.a % 3]);
+        ras_.state = ScriptedRas::State::Dialling;
+        return Tick();
+      case 'd':
+      case 'v':  // gone from the list without a "disconnected" state
+        ras_.state = s.op == 'd' ? ScriptedRas::State::Disconnected : ScriptedRas::State::Vanished;
+        return Tick();
+      case 'w':
+        return Wait(s.a);
+      case 'j':  // the clock set on or back, the tick counter going on; on by a day at most in a session
+        if (open_ >= 0 && s.a > 0 && (jumped_ += s.a) > 86400) return;
+        if (s.a > 0) clock_.Advance(static_cast<uint32_t>(s.a)), clock_.tickMs -= static_cast<uint32_t>(s.a) * 1000u;
+        else if (clock_.now.hour > 0) --clock_.now.hour;
+        return;
+      case 'x':
+      case 'e':
+        if (s.op == 'x') DeleteConnectionEntries(kNames[s.a % 3]);
+        else ClearEntireLog();
+        for (Truth& t : truths_) t.deleted = t.deleted || (!t.open && (s.op == 'e' || t.name == kNames[s.a % 3]));
+        return ShowPendingNotices();
+      case 's': {  // the settings sheet's OK
+        const int value = 2 + static_cast<int>(next_ % 100);
+        settings.alarmRepeatHours = static_cast<int8_t>(value);
+        const bool saved = SaveSettings();
+        if (saved && !dead_) values_.clear();
+        values_.insert(value);
+        return ShowPendingNotices();
+      }
+      case 'r': {
+        const std::string report(static_cast<std::size_t>(s.a), static_cast<char>('a' + next_ % 26));
+        logViewState.FinishedReport = report;
+        placed_.clear();
+        GenerateTextReport();
+        const Node* file = Find(reportPath_);
+        if (!dead_ && placed_ == reportPath_ && (file == nullptr || file->data != report)) Violation("the report file holds another text");
+        return;
+      }
+      case 'q':
+        ended_ = true;
+        return;
+      case 'z':
+        CloseTruth();  // the session ends now, recorded as it stands
+        RecordSessionAtShutdown();
+        ended_ = true;
+        return;
+      case 'k':
+        dead_ = true;
+        ++figures.kills;
+        return;
+      case 'f':
+        armed_ = s.file;
+        armedAt_ = calls_ + static_cast<uint64_t>(s.a);
+        tornAt_ = s.b;
+        return;
+      case 'h':
+      case 'H':
+        if (Node* node = Find(PathOf(s.file, s.suffix)); node != nullptr && !node->folder) {
+          node->held = s.op == 'h' ? 1 : 2;
+          ++figures.faults;
+        }
+        return;
+      case 'u':
+        for (auto& entry : disk_) entry.second.held = 0;
+        return;
+      case 'o':
+        if (Find(PathOf(s.file, s.suffix)) == nullptr) disk_[PathOf(s.file, s.suffix)].folder = true, ++figures.faults;
+        return;
+      case 'O':
+        for (auto it = disk_.begin(); it != disk_.end();) it = it->second.folder ? disk_.erase(it) : std::next(it);
+        return;
+      case 'F':
+        full_ = s.a != 0;
+        figures.faults += full_ ? 1 : 0;
+        return;
+      default:
+        return;
+    }
+  }
+
+  std::vector<Step> steps_;
+  std::size_t next_ = 0;
+  FakeClock clock_;
+  ScriptedRas ras_;
+  DialUpProbe probe_;
+  std::map<std::string, Node> disk_;
+  int64_t jumped_ = 0;  // how far the clock was set on during the open session
+  bool full_ = false, dead_ = false, ended_ = false, polling_ = false, timersOn_ = false;
+  uint64_t calls_ = 0, armedAt_ = 0;
+  int64_t tornAt_ = 0, toCheckpoint_ = 0;
+  char armed_ = 0;
+  std::string placed_;     // the last file a save put in place
+  std::string committed_;  // the file whose save gave its ".new" last
+  std::string settingsPath_, logPath_, reportPath_;
+  std::vector<Truth> truths_;
+  int open_ = -1;          // the session open now
+  int checkpointOf_ = -1;  // the session whose checkpoint the configuration on disk holds
+  std::size_t logRecords_ = 0;
+  std::set<int> values_ = {1};  // the setting's values the configuration may hold
+  std::vector<std::string> violations_;
+};
+
+std::vector<std::string> Simulate(const std::vector<Step>& steps, uint64_t seed, Figures* figures = nullptr) {
+  Sim run(steps);
+  run.Seed(seed);
+  std::vector<std::string> violations = run.Play();
+  if (figures != nullptr) {
+    figures->steps += run.figures.steps;
+    figures->calls += run.figures.calls;
+    figures->faults += run.figures.faults;
+    figures->kills += run.figures.kills;
+  }
+  ResetPlatformState();
+  ResetStorageState();
+  ResetMonitorState();
+  ResetLogViewState();
+  return violations;
+}
+
+// The shortest schedule that still fails: steps dropped in halves, quarters, ...
+std::vector<Step> Shrink(std::vector<Step> steps, uint64_t seed) {
+  for (std::size_t chunk = steps.size() / 2; chunk >= 1; chunk /= 2) {
+    for (std::size_t at = 0; at + chunk <= steps.size();) {
+      std::vector<Step> trial = steps;
+      trial.erase(trial.begin() + static_cast<long>(at), trial.begin() + static_cast<long>(at + chunk));
+      if (!Simulate(trial, seed).empty()) steps = trial;
+      else at += chunk;
+    }
+  }
+  return steps;
+}
+
+TEST(Simulation, EverySessionOnceUnderFaultsForEachSeed) {
+  uint64_t first = 1, count = 100;
+  if (const char* seeds = std::getenv("ORVALEN_SIM_SEEDS")) std::sscanf(seeds, "%lu:%lu", &first, &count);
+  if (const char* one = std::getenv("ORVALEN_SIM_SEED")) first = std::strtoull(one, nullptr, 10), count = 1;
+  Figures figures;
+  if (const char* schedule = std::getenv("ORVALEN_SIM_SCHEDULE")) {
+    for (const std::string& v : Simulate(Parse(schedule), first)) ADD_FAILURE() << v;
+    return;
+  }
+  for (uint64_t seed = first; seed < first + count; ++seed) {
+    const std::vector<Step> steps = Generate(seed);
+    ++figures.schedules;
+    const std::vector<std::string> violations = Simulate(steps, seed, &figures);
+    if (count == 1) std::printf("schedule: %s\n", Text(steps).c_str());
+    if (violations.empty()) continue;
+    ++figures.violations;
+    const std::vector<Step> shortest = Shrink(steps, seed);
+    std::string told;
+    for (const std::string& v : Simulate(shortest, seed)) told += "\n  " + v;
+    ADD_FAILURE() << "seed " << seed << ": " << violations[0] << "\nrepeat: ORVALEN_SIM_SEED=" << seed
+                  << " orvalen_unit_tests --gtest_filter='Simulation.*'\nshortest schedule, the same seed: ORVALEN_SIM_SCHEDULE='"
+                  << Text(shortest) << "'" << told;
+    break;
+  }
+  std::printf("simulation: %lu schedules from seed %lu, %lu steps, %lu file calls, %lu faults, %lu kills, %lu "
+              "violations\n",
+              figures.schedules, first, figures.steps, figures.calls, figures.faults, figures.kills,
+              figures.violations);
+}
+
+}  // namespace
+#endif
