@@ -255,6 +255,9 @@ TEST_F(LogView, ConnectionNamesAndTheInitialFilter) {
   EXPECT_EQ(ConnectionNames("").size(), 50u);
   EXPECT_EQ(ConnectionNames("").back(), "ISP 49");
   EXPECT_EQ(ConnectionNames("All Connections").back(), "ISP 48");
+  // The first item (the initial filter: a previous session's name has 51 characters) is cut only to the box's field.
+  EXPECT_EQ(ConnectionNames(std::string(50, 'f').c_str()).front(), std::string(50, 'f'));
+  EXPECT_EQ(ConnectionNames(std::string(150, 'f').c_str()).front(), std::string(kFilterConnectionSize - 1, 'f'));
 
   CopyFixedText(settings.previousSession.connectionName, "Previous ISP");
   CopyFixedText(probeState.CurrentConnectionName, "Active ISP");
