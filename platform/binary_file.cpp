@@ -172,9 +172,10 @@ void FinishInterruptedSave(const char* path) {
   RemoveFile(Sibling(path, ".tmp").c_str());
   const std::string fresh = Sibling(path, ".new");
   const std::string previous = Sibling(path, ".prev");
-  // With "<name>.new" there, "<name>.prev" is older; without it, a save was killed
-  // after setting its predecessor aside, and that one is the newest complete copy.
-  if (IsOnDisk(fresh.c_str())) {
+  // With a readable "<name>.new" there, "<name>.prev" is older; without one, a save
+  // was killed after setting its predecessor aside, and that one is the newest
+  // complete copy (a folder or a held file of that name is no newer copy).
+  if (FileExists(fresh.c_str())) {
     // Put in place only once ".prev" is gone, or it would outlive the newer file.
     if (IsOnDisk(previous.c_str()) && RemoveFile(previous.c_str()) != 0) return;
   } else if (IsOnDisk(previous.c_str()) && RenameFile(previous.c_str(), fresh.c_str()) != 0) {

@@ -726,6 +726,8 @@ TEST(Simulation, FoundFaultsStayFixed) {
       {.fault = "a session of a day, 23:59:59 to 00:00:40, recorded twice",
        .schedule = "w7169 c0 w86399 F1 w2 F0 w40 fK8.0 d"},
       {.fault = "a report kept the tail of one a held file left", .schedule = "r300 hR_ r200 u r18"},
+      {.fault = "a start took a folder named .new for the newest copy and deleted the .prev that was",
+       .schedule = "hL_ c0 w60 d c1 w60 fK6.0 d u oLn c2 w60 d"},
   };
   for (const Row& row : rows) {
     for (const std::string& v : Simulate(Parse(row.schedule), 0)) ADD_FAILURE() << row.fault << ": " << v;
