@@ -50,7 +50,7 @@ void PrependReportHeader(int count, float totalSeconds) {
 
 bool WriteTextFile(const char* text, const char* path) {
   const WriteBlock block{text, text != nullptr ? std::strlen(text) : 0};
-  return WriteFileStart(path, &block, 1, true);
+  return WriteFileStart(path, &block, 1, false);
 }
 
 // The report follows the program folder (tests and tools move it); in the installed
@@ -66,10 +66,7 @@ std::string EditorCommandLine() { return "notepad.exe  " + ReportFilePath(); }
 
 void GenerateTextReport() {
   const std::string path = ReportFilePath();
-  // A new file each time, with no tail of an older, longer report (nor of one a
-  // held file left as "Log File.txt.new").
-  const WriteBlock block{logViewState.FinishedReport.data(), logViewState.FinishedReport.size()};
-  WriteFileStart(path.c_str(), &block, 1, false);
+  WriteTextFile(logViewState.FinishedReport.c_str(), path.c_str());
   if (reportHooks.launchEditor != nullptr) {
     reportHooks.launchEditor(EditorApplicationPath().c_str(), EditorCommandLine().c_str());
   }

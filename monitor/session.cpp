@@ -64,16 +64,8 @@ int64_t CheckpointDay() {
 }
 
 // Whether the log already holds the checkpointed session (SameSession).
-bool IsCheckpointRecorded(const char* name) {
-  SessionRecord checkpoint{};
-  CopyFixedText(checkpoint.connectionName, name);
-  checkpoint.logOnHour = settings.checkpointLogOn.hour;
-  checkpoint.logOnMinute = settings.checkpointLogOn.minute;
-  checkpoint.logOnSecond = settings.checkpointLogOn.second;
-  checkpoint.year = settings.checkpointYear;
-  checkpoint.month = settings.checkpointMonth;
-  checkpoint.day = settings.checkpointDay;
-  checkpoint.durationSeconds = static_cast<int32_t>(std::min<uint32_t>(settings.checkpointElapsed, 0x7FFFFFFFu));
+bool IsCheckpointRecorded() {
+  const SessionRecord checkpoint = CheckpointRecord(settings);
   for (const SessionRecord& record : sessionLog.records) {
     if (record.status == InUse && SameSession(record, checkpoint)) return true;
   }
@@ -227,7 +219,7 @@ void RecoverInterruptedSession() {
   bool done = true;  // nothing (more) to record
   // A program stopped between saving the log and saving the cleared marker left
   // the session already recorded; recording it again would count it twice.
-  if (IsCheckpointWhole(name) && !IsCheckpointRecorded(name)) {
+  if (IsCheckpointWhole(name) && !IsCheckpointRecorded()) {
     int32_t elapsed = PlausibleElapsed();
     if (elapsed < 0) {
       // A damaged length: the checkpoint's own times tell how long the session ran.

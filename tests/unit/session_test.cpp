@@ -95,32 +95,6 @@ TEST_F(Session, ConnectThenDisconnectRecordsOneSession) {
   EXPECT_STREQ(previous.connectionName, "Home ISP");
 }
 
-TEST_F(Session, AClockMovedDuringASessionNeverChangesItsLength) {
-  // The clock set back or forward an hour (daylight saving) or a day while on-line;
-  // the session ends, or is cut short and recovered from its checkpoint of 360 s.
-  const int jumps[][2] = {{-1, 0}, {1, 0}, {0, -1}, {0, 1}};  // hours, days
-  for (const auto& jump : jumps) {
-    for (const bool killed : {false, true}) {
-      SCOPED_TRACE(std::to_string(jump[0]) + " h " + std::to_string(jump[1]) + " d" + (killed ? ", killed" : ""));
-      ConnectAfresh();
-      RunOnline(180);
-      clock_.now.hour += jump[0];
-      clock_.now.day += jump[1];
-      RunOnline(200);
-      ras_.state = State::Disconnected;
-      if (killed) {
-        Restart();
-        RecoverInterruptedSession();
-      } else {
-        Tick();
-      }
-      ASSERT_EQ(sessionLog.records[0].status, InUse);
-      EXPECT_EQ(sessionLog.records[0].durationSeconds, killed ? 360 : 380);
-      EXPECT_EQ(MarkerOnDisk(), 219);
-    }
-  }
-}
-
 TEST_F(Session, ADamagedCheckpointIsRepairedAndToldOrNotRecorded) {
   const struct {
     const char* damage;

@@ -4,8 +4,8 @@
 // that fails, a write torn at any byte (then the power is gone), a full disk, a
 // file or its sibling held with or without read sharing, a folder in its place,
 // a kill at any file call. Every box the program shows runs the next events and
-// ticks while it is open, as its message loop does. The disk is in memory (its
-// FILE handles are glibc cookies), so a schedule takes about a millisecond.
+// ticks while it is open, as its message loop does. The disk is in memory
+// (platform/posix/simulated_disk.h), so a schedule takes a millisecond or two.
 //
 // Checked throughout and after every start: each session the service showed is
 // in the log once once a save carried it (the log, or the checkpoint still on
@@ -37,8 +37,10 @@
 #include "monitor/monitor_state.h"
 #include "monitor/pending_notices.h"
 #include "monitor/session.h"
+#include "monitor/session_settings.h"
 #include "monitor/unconfigured_connections.h"
 #include "platform/binary_file.h"
+#include "platform/posix/simulated_disk.h"
 #include "platform/program_paths.h"
 #include "storage/fixed_text.h"
 #include "storage/session_log.h"
@@ -51,77 +53,46 @@ namespace {
 
 const char* const kNames[] = {"Home ISP", "Work ISP", "Other ISP"};
 
-// One step of a schedule; its text form is the op and its numbers ("w600",
-// "fT7.300", "hLn"), so a failing schedule can be pasted back as a table row.
-struct Step {
-  char op;              // see Sim::Do
-  int64_t a = 0, b = 0;
-  char file = 0;        // C(onfiguration), L(og), R(eport); or the armed fault K, F, T
-  char suffix = '_';    // _ the file itself, n ".new", p ".prev", t ".tmp"
-};
+// A schedule is a list of steps, each a word: the op (see Sim::Do) and its
+// numbers ("w600", "fT7.300", "hLn"), so a failing schedule can be pasted back as
+// a table row.
+using Steps = std::vector<std::string>;
 
-std::string Text(const std::vector<Step>& steps) {
-  std::ostringstream out;
-  for (const Step& s : steps) {
-    out << ' ' << s.op;
-    if (s.op == 'f') out << s.file << s.a << '.' << s.b;
-    else if (s.op == 'h' || s.op == 'H' || s.op == 'o') out << s.file << s.suffix;
-    else if (std::strchr("cgxwjrF", s.op)) out << s.a;
-  }
-  return out.str().substr(1);
+std::string Text(const Steps& steps) {
+  std::string text;
+  for (const std::string& step : steps) text += (text.empty() ? "" : " ") + step;
+  return text;
 }
 
-std::vector<Step> Parse(const std::string& text) {
-  std::vector<Step> steps;
+Steps Parse(const std::string& text) {
   std::istringstream in(text);
-  for (std::string word; in >> word;) {
-    Step s{word[0]};
-    if (s.op == 'f') {
-      s.file = word[1];
-      std::sscanf(word.c_str() + 2, "%ld.%ld", &s.a, &s.b);
-    } else if (s.op == 'h' || s.op == 'H' || s.op == 'o') {
-      s.file = word[1];
-      s.suffix = word[2];
-    } else if (word.size() > 1) {
-      s.a = std::atol(word.c_str() + 1);
-    }
-    steps.push_back(s);
-  }
-  return steps;
+  return Steps(std::istream_iterator<std::string>(in), std::istream_iterator<std::string>());
 }
 
 // A few days: on average one event every hour or so, sessions from a second to
 // 30 hours, a fault or a kill every few steps.
-std::vector<Step> Generate(uint64_t seed) {
+Steps Generate(uint64_t seed) {
   std::mt19937_64 random(seed);
-  const auto pick = [&random](uint64_t n) { return static_cast<int64_t>(random() % n); };
-  std::vector<Step> steps;
-  const int64_t count = 30 + pick(120);
-  const char files[] = "CLR", suffixes[] = "_npt";
-  for (int64_t i = 0; i < count; ++i) {
-    const int64_t r = pick(100);
-    Step s{'w'};
-    if (r < 16) s = {'c', pick(3)};
-    else if (r < 26) s = {pick(4) == 0 ? 'v' : 'd'};
-    else if (r < 28) s = {'g', pick(3)};
-    else if (r < 50) {
-      const int64_t kind = pick(100);
-      s.a = kind < 55 ? 1 + pick(600) : kind < 85 ? 600 + pick(7200) : kind < 97 ? 7200 + pick(36000) : 36000 + pick(72000);
-    } else if (r < 53) s = {'j', pick(3) == 0 ? 86400 : pick(2) == 0 ? 3600 : -3600};
-    else if (r < 56) s = {'x', pick(3)};
-    else if (r < 57) s = {'e'};
-    else if (r < 61) s = {'s'};
-    else if (r < 63) s = {'r', pick(400)};
-    else if (r < 65) s = {'q'};
-    else if (r < 67) s = {'z'};
-    else if (r < 70) s = {'k'};
-    else if (r < 84) s = {'f', 1 + pick(14), pick(7000), "KFFT"[pick(4)]};
-    else if (r < 90) s = {pick(2) == 0 ? 'h' : 'H', 0, 0, files[pick(3)], suffixes[pick(4)]};
-    else if (r < 93) s = {'u'};
-    else if (r < 95) s = {'o', 0, 0, files[pick(3)], suffixes[pick(4)]};
-    else if (r < 97) s = {'O'};
-    else s = {'F', pick(2)};
-    steps.push_back(s);
+  const auto pick = [&random](uint64_t n) { return std::to_string(random() % n); };
+  const auto file = [&random] { return std::string(1, "CLR"[random() % 3]) + "_npt"[random() % 4]; };
+  Steps steps;
+  for (uint64_t i = 0, count = 30 + random() % 120; i < count; ++i) {
+    const uint64_t r = random() % 100, kind = random() % 100;
+    if (r < 16) steps.push_back("c" + pick(3));
+    else if (r < 26) steps.push_back(kind < 25 ? "v" : "d");
+    else if (r < 28) steps.push_back("g" + pick(3));
+    else if (r < 50) steps.push_back("w" + pick(kind < 55 ? 600 : kind < 85 ? 7200 : kind < 97 ? 36000 : 108000));
+    else if (r < 53) steps.push_back(kind < 33 ? "j86400" : kind < 66 ? "j3600" : "j-3600");
+    else if (r < 56) steps.push_back("x" + pick(3));
+    else if (r < 57) steps.push_back("e");
+    else if (r < 61) steps.push_back("s");
+    else if (r < 63) steps.push_back("r" + pick(400));
+    else if (r < 70) steps.push_back(r < 65 ? "q" : r < 67 ? "z" : "k");
+    else if (r < 84) steps.push_back(std::string("f") + "KFFT"[kind % 4] + std::to_string(1 + random() % 14) + "." + pick(7000));
+    else if (r < 90) steps.push_back((kind < 50 ? "h" : "H") + file());
+    else if (r < 93) steps.push_back("u");
+    else if (r < 95) steps.push_back("o" + file());
+    else steps.push_back(r < 97 ? "O" : "F" + pick(2));
   }
   return steps;
 }
@@ -138,29 +109,20 @@ struct Truth {
   int32_t floor = 0;     // the longest length a save carried
 };
 
-struct Node {
-  bool folder = false;
-  int held = 0;  // 1 with read sharing, 2 without
-  std::string data;
-};
-
-struct Cookie {
-  std::string path;
-  std::size_t position = 0;
-};
-
 struct Figures {
   uint64_t schedules = 0, steps = 0, calls = 0, faults = 0, kills = 0, violations = 0;
 };
 
 class Sim;
-Sim* sim = nullptr;  // the one the hooks and the disk reach
+Sim* sim = nullptr;  // the one the hooks reach
 
 class Sim {
  public:
-  explicit Sim(std::vector<Step> steps) : steps_(std::move(steps)) {
+  explicit Sim(Steps steps) : steps_(std::move(steps)) {
     sim = this;
     clock_.now = {2004, 2, 0, 27, 22, 0, 0};
+    disk_.committed = [this](const std::string& path, const std::string& data) { Committed(path, data); };
+    disk_.placed = [this](const std::string& path) { Placed(path); };
   }
   ~Sim() { sim = nullptr; }
 
@@ -179,19 +141,14 @@ class Sim {
   std::vector<std::string> Play() {
     Restart();
     while (next_ < steps_.size()) {
-      if (down_ && !std::strchr("fhHuoOFj", steps_[next_].op)) {
+      if (down_ && !std::strchr("fhHuoOFj", steps_[next_][0])) {
         Restart();  // its boxes may take the next steps
         continue;
       }
       Do(steps_[next_++]);
-      if (dead_ || ended_) EndRun();
+      if (disk_.dead || ended_) EndRun();
     }
-    for (auto it = disk_.begin(); it != disk_.end();) {
-      it->second.held = 0;
-      it = it->second.folder ? disk_.erase(it) : std::next(it);
-    }
-    full_ = false;
-    armed_ = 0;
+    disk_.Heal();
     ras_.state = ScriptedRas::State::None;
     if (down_) Restart();
     Tick();
@@ -200,123 +157,15 @@ class Sim {
     return violations_;
   }
 
-  Figures figures;
+  void Count(Figures* figures) const {
+    figures->steps += stepsRun_;
+    figures->calls += disk_.calls;
+    figures->faults += disk_.faults + faults_;
+    figures->kills += disk_.kills + kills_;
+  }
 
  private:
-  // --- The disk -------------------------------------------------------------
-  enum Fate { kHappens, kFails, kDies, kTears };
-
-  Fate Next(bool write) {
-    if (dead_) return kDies;
-    ++figures.calls;
-    if (++calls_ != armedAt_ || armed_ == 0) return kHappens;
-    const char armed = armed_;
-    armed_ = 0;
-    ++figures.faults;
-    if (armed == 'F') return kFails;
-    ++figures.kills;
-    if (armed == 'T' && write) return kTears;
-    dead_ = true;
-    return kDies;
-  }
-
-  static int Fail(int error) {
-    errno = error;
-    return -1;
-  }
-
-  Node* Find(const std::string& path) {
-    const auto it = disk_.find(path);
-    return it == disk_.end() ? nullptr : &it->second;
-  }
-
-  static std::FILE* Open(const char* path, const char* mode) {
-    if (sim->Next(false) != kHappens) return errno = EIO, nullptr;
-    const bool write = mode[0] == 'w';
-    Node* node = sim->Find(path);
-    if (node != nullptr && (node->folder || node->held == 2 || (write && node->held != 0))) return errno = EACCES, nullptr;
-    if (node == nullptr && !write) return errno = ENOENT, nullptr;
-    if (write) sim->disk_[path] = Node{};
-    static const cookie_io_functions_t calls = {Read, Write, Seek, Close};
-    return fopencookie(new Cookie{path}, mode, calls);
-  }
-
-  static ssize_t Read(void* cookie, char* buffer, std::size_t size) {
-    Cookie* c = static_cast<Cookie*>(cookie);
-    const Node* node = sim->Find(c->path);
-    if (sim->Next(false) != kHappens || node == nullptr) return Fail(EIO);
-    const std::size_t n = c->position < node->data.size() ? std::min(size, node->data.size() - c->position) : 0;
-    std::memcpy(buffer, node->data.data() + c->position, n);
-    c->position += n;
-    return static_cast<ssize_t>(n);
-  }
-
-  static ssize_t Write(void* cookie, const char* buffer, std::size_t size) {
-    Cookie* c = static_cast<Cookie*>(cookie);
-    Node* node = sim->Find(c->path);
-    const Fate fate = sim->Next(true);
-    if (fate == kTears && node != nullptr) {
-      node->data.append(buffer, std::min<std::size_t>(size, static_cast<std::size_t>(sim->tornAt_)));
-      sim->dead_ = true;  // the power is gone
-    }
-    if (fate != kHappens || node == nullptr) return Fail(EIO), 0;
-    if (sim->full_) return Fail(ENOSPC), 0;
-    if (node->data.size() < c->position) node->data.resize(c->position);
-    node->data.replace(c->position, size, buffer, size);
-    c->position += size;
-    return static_cast<ssize_t>(size);
-  }
-
-  static int Seek(void* cookie, off64_t* offset, int whence) {
-    Cookie* c = static_cast<Cookie*>(cookie);
-    const Node* node = sim->Find(c->path);
-    const off64_t base = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? static_cast<off64_t>(c->position)
-                                                 : static_cast<off64_t>(node != nullptr ? node->data.size() : 0);
-    if (base + *offset < 0) return Fail(EINVAL);
-    c->position = static_cast<std::size_t>(*offset = base + *offset);
-    return 0;
-  }
-
-  static int Close(void* cookie) {
-    delete static_cast<Cookie*>(cookie);
-    return 0;
-  }
-
-  static int Remove(const char* path) {
-    if (sim->Next(false) != kHappens) return Fail(EIO);
-    const Node* node = sim->Find(path);
-    if (node == nullptr) return Fail(ENOENT);
-    if (node->folder || node->held != 0) return Fail(EACCES);
-    sim->disk_.erase(path);
-    return 0;
-  }
-
-  static int Rename(const char* from, const char* to) {
-    if (sim->Next(false) != kHappens) return Fail(EIO);
-    const Node* node = sim->Find(from);
-    if (node == nullptr) return Fail(ENOENT);
-    if (node->folder || node->held != 0) return Fail(EACCES);
-    if (sim->Find(to) != nullptr) return Fail(EEXIST);
-    sim->disk_[to] = *node;
-    sim->disk_.erase(from);
-    const std::string source = from, target = to;
-    if (source.size() > 4 && source.compare(source.size() - 4, 4, ".tmp") == 0 &&
-        target.compare(target.size() - 4, 4, ".new") == 0) {
-      sim->committed_ = target.substr(0, target.size() - 4);
-      sim->Committed(sim->committed_, sim->disk_[to].data);
-    }
-    if (source == target + ".new") sim->Placed(target);
-    return 0;
-  }
-
-  static bool Exists(const char* path) { return sim->Find(path) != nullptr; }
-
-  static bool Commit(std::FILE* file) {
-    if (sim->Next(false) != kHappens) return errno = EIO, false;
-    return std::fflush(file) == 0;
-  }
-
-  std::string PathOf(char file, char suffix) const {
+  std::string PathOf(char file, char suffix) const {  // "L" "n": the log's ".new"
     const std::string& base = file == 'C' ? settingsPath_ : file == 'L' ? logPath_ : reportPath_;
     return base + (suffix == 'n' ? ".new" : suffix == 'p' ? ".prev" : suffix == 't' ? ".tmp" : "");
   }
@@ -360,23 +209,16 @@ class Sim {
   }
 
   void Committed(const std::string& base, const std::string& data) {
+    committed_ = base;
     if (base == settingsPath_ && data.size() >= sizeof(Settings)) {
       Settings saved;
       std::memcpy(&saved, data.data(), sizeof saved);
       checkpointOf_ = -1;
       if (saved.sessionOpenMarker != kSessionOpen) return;
-      SessionRecord checkpoint{};
-      CopyFixedText(checkpoint.connectionName, saved.checkpointName);
-      checkpoint.logOnHour = saved.checkpointLogOn.hour;
-      checkpoint.logOnMinute = saved.checkpointLogOn.minute;
-      checkpoint.logOnSecond = saved.checkpointLogOn.second;
-      checkpoint.year = saved.checkpointYear;
-      checkpoint.month = saved.checkpointMonth;
-      checkpoint.day = saved.checkpointDay;
-      checkpoint.durationSeconds = static_cast<int32_t>(saved.checkpointElapsed);
+      const SessionRecord checkpoint = CheckpointRecord(saved);
       checkpointOf_ = Match(checkpoint, true);
       if (checkpointOf_ < 0) return Violation("a checkpoint of no session: " + std::string(checkpoint.connectionName));
-      Carried(checkpointOf_, static_cast<int32_t>(saved.checkpointElapsed), "a checkpoint");
+      Carried(checkpointOf_, checkpoint.durationSeconds, "a checkpoint");
     } else if (base == logPath_) {
       const std::size_t count = data.size() >= 8 ? (data.size() - 8) / sizeof(SessionRecord) : 0;
       if (count < logRecords_) Violation("the log replaced by one with fewer records");
@@ -401,15 +243,15 @@ class Sim {
     placed_ = path;
     if (committed_ != path) return;
     committed_.clear();
-    const Node* temporary = Find(path + ".tmp");
-    const Node* previous = Find(path + ".prev");
+    const SimulatedFile* temporary = disk_.Find(path + ".tmp");
+    const SimulatedFile* previous = disk_.Find(path + ".prev");
     // Folders in their place and a ".tmp" another program holds are faults of ours.
     if ((temporary != nullptr && !temporary->folder && temporary->held == 0) || (previous != nullptr && !previous->folder)) Violation("a sibling outlives a save of " + path);
   }
 
   // After a start: what the program has now against what happened.
   void CheckStart() {
-    if (dead_) return;
+    if (disk_.dead) return;
     const bool configRead = !FileHeld(kConfigurationFile);
     if (configRead && values_.count(settings.alarmRepeatHours) == 0) {
       Violation("a setting reported saved is lost: " + std::to_string(settings.alarmRepeatHours));
@@ -437,12 +279,12 @@ class Sim {
 
   // --- The program ---------------------------------------------------------------
   void CheckTimers() {
-    if (!dead_ && timersOn_ != (sessionState.SessionOpen != 0)) Violation("session timers without a session or none with one");
+    if (!disk_.dead && timersOn_ != (sessionState.SessionOpen != 0)) Violation("session timers without a session or none with one");
   }
 
   // The poll timer's tick, with what the shell does once the step returned.
   void Tick() {
-    if (dead_) return;
+    if (disk_.dead) return;
     const bool up = ras_.state == ScriptedRas::State::Connected;
     if (open_ >= 0 && (!up || truths_[open_].handle != ras_.handle)) CloseTruth();
     if (up && open_ < 0) {
@@ -464,7 +306,7 @@ class Sim {
   }
 
   void Wait(int64_t seconds) {
-    while (!dead_ && timersOn_ && toCheckpoint_ <= seconds) {
+    while (!disk_.dead && timersOn_ && toCheckpoint_ <= seconds) {
       const int64_t due = std::max<int64_t>(toCheckpoint_, 0);
       seconds -= due;
       clock_.Advance(static_cast<uint32_t>(due));
@@ -473,7 +315,7 @@ class Sim {
       CheckTimers();
       ShowPendingNotices();
     }
-    if (dead_) return;
+    if (disk_.dead) return;
     if (timersOn_) toCheckpoint_ -= seconds;
     clock_.Advance(static_cast<uint32_t>(seconds));
     Tick();
@@ -481,18 +323,18 @@ class Sim {
 
   // A box's message loop: what happens outside the program goes on, a few steps.
   void Box() {
-    for (int n = 0; n < 2 && polling_ && !dead_ && next_ < steps_.size() && std::strchr("cgdvwjkfhHuoOF", steps_[next_].op); ++n) {
+    for (int n = 0; n < 2 && polling_ && !disk_.dead && next_ < steps_.size() && std::strchr("cgdvwjkfhHuoOF", steps_[next_][0]); ++n) {
       Do(steps_[next_++]);
     }
   }
 
   void Start() {
-    dead_ = ended_ = polling_ = timersOn_ = false;
+    disk_.dead = ended_ = polling_ = timersOn_ = false;
     committed_.clear();
     ResetStorageState();
     ResetMonitorState();
     ResetLogViewState();
-    platformState.fileCalls = FileCalls{Open, Remove, Rename, Exists, Commit};
+    disk_.Use();
     UseClock(&clock_);
     UseRasService(&ras_);
     SetWindowsDirectory("/sim/windows");
@@ -527,112 +369,104 @@ class Sim {
   void Restart() {
     do {
       Start();
-      if (dead_) EndRun();
-    } while (dead_);
+      if (disk_.dead) EndRun();
+    } while (disk_.dead);
     down_ = false;
   }
 
-  void Do(const Step& s) {
-    ++figures.steps;
-    switch (s.op) {
+  void Do(const std::string& step) {
+    ++stepsRun_;
+    const char op = step[0];
+    const int64_t a = std::atoll(step.c_str() + (op == 'f' ? 2 : 1));
+    const char* name = kNames[a % 3];
+    switch (op) {
       case 'c':  // connect: a connection already up goes down first, dialling takes 30 s
-        if (ras_.state == ScriptedRas::State::Connected) Do(Step{'d'});
-        Do(Step{'g', s.a});
+        if (ras_.state == ScriptedRas::State::Connected) Do("d");
+        Do("g" + std::to_string(a));
         Wait(30);
         ras_.state = ScriptedRas::State::Connected;
         return Tick();
       case 'g':  // dialling
-        ras_.Connect(kNames[s.a % 3]);
+        ras_.Connect(name);
         ras_.state = ScriptedRas::State::Dialling;
         return Tick();
       case 'd':
       case 'v':  // gone from the list without a "disconnected" state
-        ras_.state = s.op == 'd' ? ScriptedRas::State::Disconnected : ScriptedRas::State::Vanished;
+        ras_.state = op == 'd' ? ScriptedRas::State::Disconnected : ScriptedRas::State::Vanished;
         return Tick();
       case 'w':
-        return Wait(s.a);
+        return Wait(a);
       case 'j':  // the clock set on or back, the tick counter going on; on by a day at most in a session
-        if (open_ >= 0 && s.a > 0 && (jumped_ += s.a) > 86400) return;
-        if (s.a > 0) clock_.Advance(static_cast<uint32_t>(s.a)), clock_.tickMs -= static_cast<uint32_t>(s.a) * 1000u;
+        if (open_ >= 0 && a > 0 && (jumped_ += a) > 86400) return;
+        if (a > 0) clock_.Advance(static_cast<uint32_t>(a)), clock_.tickMs -= static_cast<uint32_t>(a) * 1000u;
         else if (clock_.now.hour > 0) --clock_.now.hour;
         return;
       case 'x':
       case 'e':
-        if (s.op == 'x') DeleteConnectionEntries(kNames[s.a % 3]);
+        if (op == 'x') DeleteConnectionEntries(name);
         else ClearEntireLog();
-        for (Truth& t : truths_) t.deleted = t.deleted || (!t.open && (s.op == 'e' || t.name == kNames[s.a % 3]));
+        for (Truth& t : truths_) t.deleted = t.deleted || (!t.open && (op == 'e' || t.name == name));
         return ShowPendingNotices();
       case 's': {  // the settings sheet's OK
         const int value = 2 + static_cast<int>(next_ % 100);
         settings.alarmRepeatHours = static_cast<int8_t>(value);
-        const bool saved = SaveSettings();
-        if (saved && !dead_) values_.clear();
+        if (SaveSettings() && !disk_.dead) values_.clear();
         values_.insert(value);
         return ShowPendingNotices();
       }
       case 'r': {
-        const std::string report(static_cast<std::size_t>(s.a), static_cast<char>('a' + next_ % 26));
+        const std::string report(static_cast<std::size_t>(a), static_cast<char>('a' + next_ % 26));
         logViewState.FinishedReport = report;
         placed_.clear();
         GenerateTextReport();
-        const Node* file = Find(reportPath_);
-        if (!dead_ && placed_ == reportPath_ && (file == nullptr || file->data != report)) Violation("the report file holds another text");
+        const SimulatedFile* file = disk_.Find(reportPath_);
+        if (!disk_.dead && placed_ == reportPath_ && (file == nullptr || file->data != report)) {
+          Violation("the report file holds another text");
+        }
         return;
       }
-      case 'q':
-        ended_ = true;
-        return;
       case 'z':
         CloseTruth();  // the session ends now, recorded as it stands
         RecordSessionAtShutdown();
+        [[fallthrough]];
+      case 'q':
         ended_ = true;
         return;
       case 'k':
-        dead_ = true;
-        ++figures.kills;
+        disk_.dead = true;
+        ++kills_;
         return;
       case 'f':
-        armed_ = s.file;
-        armedAt_ = calls_ + static_cast<uint64_t>(s.a);
-        tornAt_ = s.b;
-        return;
+        return disk_.Arm(step[1], static_cast<uint64_t>(a), std::strtoull(std::strchr(step.c_str(), '.') + 1, nullptr, 10));
       case 'h':
       case 'H':
-        if (Node* node = Find(PathOf(s.file, s.suffix)); node != nullptr && !node->folder) {
-          node->held = s.op == 'h' ? 1 : 2;
-          ++figures.faults;
-        }
+      case 'o':
+        faults_ += op == 'o' ? disk_.PutFolder(PathOf(step[1], step[2])) : disk_.Hold(PathOf(step[1], step[2]), op == 'h');
         return;
       case 'u':
-        for (auto& entry : disk_) entry.second.held = 0;
-        return;
-      case 'o':
-        if (Find(PathOf(s.file, s.suffix)) == nullptr) disk_[PathOf(s.file, s.suffix)].folder = true, ++figures.faults;
-        return;
+        return disk_.ReleaseHolds();
       case 'O':
-        for (auto it = disk_.begin(); it != disk_.end();) it = it->second.folder ? disk_.erase(it) : std::next(it);
-        return;
+        return disk_.RemoveFolders();
       case 'F':
-        full_ = s.a != 0;
-        figures.faults += full_ ? 1 : 0;
+        disk_.full = a != 0;
+        faults_ += a != 0;
         return;
       default:
         return;
     }
   }
 
-  std::vector<Step> steps_;
+  Steps steps_;
   std::size_t next_ = 0;
   FakeClock clock_;
   ScriptedRas ras_;
   DialUpProbe probe_;
-  std::map<std::string, Node> disk_;
+  SimulatedDisk disk_;
+  uint64_t stepsRun_ = 0, faults_ = 0, kills_ = 0;  // besides the disk's own
   int64_t jumped_ = 0;  // how far the clock was set on during the open session
   bool down_ = true;  // the program is not running
-  bool full_ = false, dead_ = false, ended_ = false, polling_ = false, timersOn_ = false;
-  uint64_t calls_ = 0, armedAt_ = 0;
-  int64_t tornAt_ = 0, toCheckpoint_ = 0;
-  char armed_ = 0;
+  bool ended_ = false, polling_ = false, timersOn_ = false;
+  int64_t toCheckpoint_ = 0;
   std::string placed_;     // the last file a save put in place
   std::string committed_;  // the file whose save gave its ".new" last
   std::string settingsPath_, logPath_, reportPath_;
@@ -644,16 +478,11 @@ class Sim {
   std::vector<std::string> violations_;
 };
 
-std::vector<std::string> Simulate(const std::vector<Step>& steps, uint64_t seed, Figures* figures = nullptr) {
+std::vector<std::string> Simulate(const Steps& steps, uint64_t seed, Figures* figures = nullptr) {
   Sim run(steps);
   run.Seed(seed);
   std::vector<std::string> violations = run.Play();
-  if (figures != nullptr) {
-    figures->steps += run.figures.steps;
-    figures->calls += run.figures.calls;
-    figures->faults += run.figures.faults;
-    figures->kills += run.figures.kills;
-  }
+  if (figures != nullptr) run.Count(figures);
   ResetPlatformState();
   ResetStorageState();
   ResetMonitorState();
@@ -662,10 +491,10 @@ std::vector<std::string> Simulate(const std::vector<Step>& steps, uint64_t seed,
 }
 
 // The shortest schedule that still fails: steps dropped in halves, quarters, ...
-std::vector<Step> Shrink(std::vector<Step> steps, uint64_t seed) {
+Steps Shrink(Steps steps, uint64_t seed) {
   for (std::size_t chunk = steps.size() / 2; chunk >= 1; chunk /= 2) {
     for (std::size_t at = 0; at + chunk <= steps.size();) {
-      std::vector<Step> trial = steps;
+      Steps trial = steps;
       trial.erase(trial.begin() + static_cast<long>(at), trial.begin() + static_cast<long>(at + chunk));
       if (!Simulate(trial, seed).empty()) steps = trial;
       else at += chunk;
@@ -684,13 +513,13 @@ TEST(Simulation, EverySessionOnceUnderFaultsForEachSeed) {
     return;
   }
   for (uint64_t seed = first; seed < first + count; ++seed) {
-    const std::vector<Step> steps = Generate(seed);
+    const Steps steps = Generate(seed);
     ++figures.schedules;
     const std::vector<std::string> violations = Simulate(steps, seed, &figures);
     if (count == 1) std::printf("schedule: %s\n", Text(steps).c_str());
     if (violations.empty()) continue;
     ++figures.violations;
-    const std::vector<Step> shortest = Shrink(steps, seed);
+    const Steps shortest = Shrink(steps, seed);
     std::string told;
     for (const std::string& v : Simulate(shortest, seed)) told += "\n  " + v;
     ADD_FAILURE() << "seed " << seed << ": " << violations[0] << "\nrepeat: ORVALEN_SIM_SEED=" << seed
@@ -720,7 +549,7 @@ TEST(Simulation, FoundFaultsStayFixed) {
       {.fault = "recovered while the log could not be read, then kept beside the file's copy",
        .schedule = "c0 w700 fK5.0 d HLn w60 u c1 w60 d"},
       {.fault = "a lone .prev outlived later saves and brought old content back",
-       .schedule = "hL_ c0 w60 d c1 w60 fK6.0 d u fF4.0 c2 w60 d q c0 w60 d"},
+       .schedule = "hL_ c0 w60 d c1 w60 fK6.0 d u fF6.0 c2 w60 d q c0 w60 d"},
       {.fault = "start-up missed the configuration's held .new: a first run", .schedule = "s c0 w60 fK13.0 d HCn c1 w60 d"},
       {.fault = "start-up missed the log's held .new: an empty log", .schedule = "s c0 w60 fK6.0 d HLn c1 w60 d"},
       {.fault = "a session of a day, 23:59:59 to 00:00:40, recorded twice",
