@@ -165,12 +165,6 @@ TEST_F(LogView, ReportPiecesAndFiles) {
   EXPECT_EQ(FillAll().lines.size(), 0u);
   EXPECT_NE(logViewState.FinishedReport.find("\r\n0 connection(s) displayed\r\n0.00 hour(s)"), std::string::npos);
 
-  const std::string note = Path("note.txt");
-  ASSERT_TRUE(WriteTextFile("0123456789", note.c_str()));
-  ASSERT_TRUE(WriteTextFile("abc", note.c_str()));
-  EXPECT_EQ(FileText(note), "abc") << "a new file each time";
-  EXPECT_FALSE(WriteTextFile("x", Path("missing-folder/x.txt").c_str()));
-
   // No list yet: an empty file. The editor starts with its fixed command line, even when the write fails.
   logViewState.FinishedReport.clear();
   WriteBytes(Path("Log File.txt"), {'o', 'l', 'd'});

@@ -128,31 +128,6 @@ TEST_F(Session, ADamagedCheckpointIsRepairedAndToldOrNotRecorded) {
   startupHooks.showFileProblem = nullptr;
 }
 
-TEST_F(Session, KilledTenMinutesInIsRecordedFromItsThirdCheckpoint) {
-  clock_.now = {2001, 12, 6, 1, 23, 55, 0};  // Saturday 1 December, before midnight
-  ras_.Connect("Home ISP");
-  Tick();
-  RunOnline(600);
-  // The process dies here; the next start finds the marker 218.
-  Restart();
-  clock_.Advance(3600);
-  RecoverInterruptedSession();
-
-  EXPECT_EQ(Fields(sessionLog.records[0]), "1 Home ISP 540s 6/12/1/2001 23:55:0-0:4:0") << "dated on the day it began";
-  const PreviousSession& previous = settings.previousSession;  // the main dialog's summary
-  EXPECT_EQ(std::vector<uint32_t>({previous.dayOfWeek, previous.day, previous.logOff.hour, previous.logOff.minute}),
-            std::vector<uint32_t>({6, 1, 0, 4}));
-  EXPECT_EQ(MarkerOnDisk(), 219);
-  EXPECT_STREQ(GetLastDurationText(), "0 Hr : 9 Min : 0 sec");
-
-  Restart();
-  RecoverInterruptedSession();
-  EXPECT_EQ(sessionLog.records[1].status, Blank) << "recorded once only";
-  Tick();  // still connected: a new session opens
-  EXPECT_EQ(sessionState.SessionOpen, 1u);
-  EXPECT_EQ(MarkerOnDisk(), 218);
-}
-
 TEST_F(Session, OutOfSpaceIsReportedOnceAndTheNextSessionWorks) {
   for (SessionRecord& record : sessionLog.records) record.status = InUse;
   logState.LogRecordLimit = 2;
