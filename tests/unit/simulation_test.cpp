@@ -492,7 +492,7 @@ Steps Shrink(Steps steps, uint64_t seed) {
 }
 
 TEST(Simulation, EverySessionOnceUnderFaultsForEachSeed) {
-  uint64_t first = 1, count = 100;
+  uint64_t first = 1, count = 1000;
   if (const char* seeds = std::getenv("ORVALEN_SIM_SEEDS")) std::sscanf(seeds, "%lu:%lu", &first, &count);
   if (const char* one = std::getenv("ORVALEN_SIM_SEED")) first = std::strtoull(one, nullptr, 10), count = 1;
   Figures figures{};
