@@ -106,9 +106,7 @@ struct Truth {
   int32_t floor = 0;     // the longest length a save carried
 };
 
-struct Figures {
-  uint64_t schedules, steps, calls, faults, kills, violations;
-};
+struct Figures { uint64_t schedules, steps, calls, faults, kills, violations; };
 
 class Sim;
 Sim* sim = nullptr;  // the one the hooks reach
@@ -173,10 +171,15 @@ class Sim {
     return ((t.open ? clock_.tickMs : t.endTick) - t.startTick) / 1000u + 1;
   }
 
+  // Whether a record has the session's whole length (a second each way), not a checkpoint's.
+  bool Whole(const SessionRecord& r, const Truth& t) const {
+    return static_cast<uint32_t>(r.durationSeconds) + 2 >= LongestLength(t);
+  }
+
   // The session a record or a checkpoint stands for: its name, log-on second and
   // the date it began (or, for a record made at its end, the date it ended). Of
-  // sessions begun in the same second, one that lasted as long and is not yet
-  // matched by another record is preferred.
+  // sessions begun in the same second (a clock set back, or a day apart), one that
+  // lasted as long, dated as such a record is, and not yet matched is preferred.
   int Match(const SessionRecord& r, bool startOnly, const std::vector<int>* seen = nullptr) const {
     int found = -1, best = 0;
     for (int i = 0; i < static_cast<int>(truths_.size()); ++i) {
@@ -186,8 +189,8 @@ class Sim {
           t.logOn.second != r.logOnSecond || (day != Day(t.logOn) && (startOnly || t.open || day != Day(t.end)))) {
         continue;
       }
-      const int score = 1 + (r.durationSeconds <= static_cast<int64_t>(LongestLength(t)) ? 2 : 0) +
-                        (seen == nullptr || (*seen)[i] == 0 ? 1 : 0);
+      const int score = 1 + (r.durationSeconds <= static_cast<int64_t>(LongestLength(t)) ? 4 : 0) +
+                        (day == Day(Whole(r, t) ? t.end : t.logOn) ? 2 : 0) + (seen == nullptr || (*seen)[i] == 0 ? 1 : 0);
       if (score > best) found = i, best = score;
     }
     return found;
@@ -257,8 +260,9 @@ class Sim {
         continue;
       }
       if (++seen[i] > 1) Violation(truths_[i].name + " recorded twice");
-      const bool whole = static_cast<uint32_t>(r.durationSeconds) + 2 >= LongestLength(truths_[i]);  // a second each way
-      if (!whole && DayNumber(r.year, r.month, r.day) != Day(truths_[i].logOn)) Violation("a recovered session not dated on its start");
+      if (!Whole(r, truths_[i]) && DayNumber(r.year, r.month, r.day) != Day(truths_[i].logOn)) {
+        Violation("a recovered session not dated on its start");
+      }
       Carried(i, r.durationSeconds, "a recorded length");
       if (!truths_[i].deleted && r.durationSeconds < truths_[i].floor) {
         Violation(truths_[i].name + " shorter than its checkpoint");
