@@ -50,7 +50,7 @@ void PrependReportHeader(int count, float totalSeconds) {
 
 bool WriteTextFile(const char* text, const char* path) {
   const WriteBlock block{text, text != nullptr ? std::strlen(text) : 0};
-  return WriteFileStart(path, &block, 1, true);
+  return WriteFileStart(path, &block, 1, false);
 }
 
 // The report follows the program folder (tests and tools move it); in the installed
@@ -66,9 +66,6 @@ std::string EditorCommandLine() { return "notepad.exe  " + ReportFilePath(); }
 
 void GenerateTextReport() {
   const std::string path = ReportFilePath();
-  // The write does not truncate, so the old file goes first: a shorter report must
-  // not leave the tail of a longer one behind. A missing file is fine.
-  std::remove(path.c_str());
   WriteTextFile(logViewState.FinishedReport.c_str(), path.c_str());
   if (reportHooks.launchEditor != nullptr) {
     reportHooks.launchEditor(EditorApplicationPath().c_str(), EditorCommandLine().c_str());

@@ -22,14 +22,15 @@ void PrependReportHeader(int count, float totalSeconds);
 // The seven header lines, each ending in CR LF.
 std::string ReportHeader(int count, float totalSeconds);
 
-// Writes the text without its NUL from the start of the file, creating it when
-// missing and never truncating it: an older, longer file keeps its tail.
+// Replaces the file with the text without its NUL. A new file each time: no
+// tail of an older, longer report is kept, nor of one a held file left as
+// "<name>.new".
 bool WriteTextFile(const char* text, const char* path);
 
 std::string ReportFilePath();          // the program folder + "Log File.txt"
 std::string EditorApplicationPath();   // the Windows directory + "NOTEPAD.EXE"
 std::string EditorCommandLine();       // "notepad.exe  " and the report path, unquoted
 
-// Deletes the report file, writes FinishedReport to it and starts the editor,
+// Replaces the report file with FinishedReport and starts the editor,
 // whether or not the file was written. Results are ignored.
 void GenerateTextReport();

@@ -10,6 +10,7 @@
 #include "platform/system_clock.h"
 #include "monitor/time_text.h"
 #include "storage/fixed_text.h"
+#include "storage/notice_queue.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
@@ -58,43 +59,23 @@ bool StoreNameAndSave(uint32_t slot, const char* name) {
   return logged;
 }
 
-// Days since 1 March of year 0 (any fixed origin does), for whole-day differences.
-int64_t DayNumber(int64_t year, int64_t month, int64_t day) {
-  if (month <= 2) --year;
-  const int64_t shifted = (month + 9) % 12;  // March = 0
-  return 365 * year + year / 4 - year / 100 + year / 400 + (153 * shifted + 2) / 5 + day - 1;
-}
-
 int64_t CheckpointDay() {
   return DayNumber(settings.checkpointYear, settings.checkpointMonth, settings.checkpointDay);
 }
 
-// Whether the log already holds the checkpointed session: the same connection,
-// begun at the same second. A session recorded at its end carries the date it
-// ended on, so its date may be any day from the checkpoint's (its start) to the
-// last one its length reaches, plus the one its last minutes may have crossed.
-bool IsCheckpointRecorded(const char* name) {
-  const int64_t first = CheckpointDay();
-  const int64_t last = first + settings.checkpointElapsed / 86400 + 1;
-  for (uint32_t i = 0; i < sessionLog.records.size(); ++i) {
-    const SessionRecord& record = sessionLog.records[i];
-    if (record.status != InUse) continue;
-    const int64_t day = DayNumber(record.year, record.month, record.day);
-    if (day < first || day > last || record.logOnHour != settings.checkpointLogOn.hour ||
-        record.logOnMinute != settings.checkpointLogOn.minute ||
-        record.logOnSecond != settings.checkpointLogOn.second) {
-      continue;
-    }
-    if (std::strncmp(RecordName(i), name, kCheckpointNameSize) == 0) return true;
+// Whether the log already holds the checkpointed session (SameSession).
+bool IsCheckpointRecorded() {
+  const SessionRecord checkpoint = CheckpointRecord(settings);
+  for (const SessionRecord& record : sessionLog.records) {
+    if (record.status == InUse && SameSession(record, checkpoint)) return true;
   }
   return false;
 }
 
 void TellDamagedCheckpoint(const char* name) {
-  if (!startupHooks.showFileProblem) return;
   char text[kCheckpointNameSize + sizeof kDamagedCheckpointFormat];
   std::snprintf(text, sizeof text, kDamagedCheckpointFormat, name);
-  startupHooks.showFileProblem(text, kFileProblemCaption);
+  QueueNotice(NoticeKind::kFileProblem, text);
 }
 
 bool IsTimeOfDay(const TimeOfDay& time) { return time.hour < 24 && time.minute < 60 && time.second < 60; }
@@ -127,8 +108,8 @@ int32_t PlausibleElapsed() {
 void RunSessionStep(DialUpProbe& probe) {
   const bool connected = probe.IsConnected();
   sessionState.TickConnected = connected ? 1 : 0;
-  // The flags change before anything that can open a message box, so a tick that
-  // runs inside that box neither opens nor closes the same session twice.
+  // Nothing here opens a box (notices wait in their queue), so no tick runs
+  // until this one has opened or closed its session whole.
   if (connected && sessionState.SessionOpen == 0) {
     sessionState.SessionClosed = 0;
     sessionState.SessionOpen = 1;
@@ -143,8 +124,19 @@ void RunSessionStep(DialUpProbe& probe) {
     CallHook(sessionHooks.stopSessionTimers);
     settings.sessionOpenMarker = kNoSessionOpen;
     alarmState.OneShotFired = 0;
-    if (!EndSession()) CallHook(sessionHooks.reportOutOfSpace);
+    if (!EndSession()) QueueNotice(NoticeKind::kOutOfSpace);
   }
+}
+
+void RecordSessionAtShutdown() {
+  if (sessionState.SessionOpen != 0) {
+    sessionState.SessionOpen = 0;
+    sessionState.SessionClosed = 1;
+    CallHook(sessionHooks.stopSessionTimers);
+    alarmState.OneShotFired = 0;
+    EndSession();
+  }
+  ClearNotices();
 }
 
 void StartSession() {
@@ -185,21 +177,25 @@ bool EndSession() {
   SetRecordLogOff(slot, sessionState.LogOffHour, sessionState.LogOffMinute, sessionState.LogOffSecond);
   SetPreviousSessionLogOff(now.hour, now.minute, now.second);
 
-  if (!StoreNameAndSave(slot, sessionState.SessionConnectionName)) {
+  // Its own name, not the slot's: a save that read a held log again moves the
+  // run's records to other slots.
+  char name[sizeof sessionState.SessionConnectionName];
+  CopyFixedText(name, sessionState.SessionConnectionName);
+  if (!StoreNameAndSave(slot, name)) {
     // The log did not save: the checkpoint takes the whole session, which a start
     // after a kill then records.
-    SetCheckpointTime(RecordName(slot), sessionState.LogOffHour, sessionState.LogOffMinute,
+    SetCheckpointTime(name, sessionState.LogOffHour, sessionState.LogOffMinute,
                       sessionState.LogOffSecond, static_cast<uint32_t>(elapsed));
     SaveSettings();
   }
-  CallHook(sessionHooks.checkUnconfiguredConnections);
+  QueueNotice(NoticeKind::kAccountCheck);
   return true;
 }
 
 void CheckpointSession() {
   const int32_t elapsed = ElapsedSeconds();
   const LocalTime now = ReadLocalTime();
-  SetCheckpointTime(probeState.CurrentConnectionName, now.hour, now.minute, now.second,
+  SetCheckpointTime(sessionState.SessionConnectionName, now.hour, now.minute, now.second,
                     static_cast<uint32_t>(elapsed));
   // The previous-session date, end and name follow the open session; its log-on
   // time and duration stay those of the session recorded before.
@@ -223,7 +219,7 @@ void RecoverInterruptedSession() {
   bool done = true;  // nothing (more) to record
   // A program stopped between saving the log and saving the cleared marker left
   // the session already recorded; recording it again would count it twice.
-  if (IsCheckpointWhole(name) && !IsCheckpointRecorded(name)) {
+  if (IsCheckpointWhole(name) && !IsCheckpointRecorded()) {
     int32_t elapsed = PlausibleElapsed();
     if (elapsed < 0) {
       // A damaged length: the checkpoint's own times tell how long the session ran.

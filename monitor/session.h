@@ -33,6 +33,7 @@ extern SessionState sessionState;
 struct SessionHooks {
   void (*startSessionTimers)() = nullptr;  // checkpoint and alarm timers
   void (*stopSessionTimers)() = nullptr;
+  // Shown once the step has returned (monitor/pending_notices.h).
   void (*reportOutOfSpace)() = nullptr;    // "Out of space to record session"
   void (*checkUnconfiguredConnections)() = nullptr;
 };
@@ -42,6 +43,11 @@ extern SessionHooks sessionHooks;
 // while no session is open opens one, down while one is open closes it) and
 // which stays in TickConnected.
 void RunSessionStep(DialUpProbe& probe);
+
+// The system shuts down or the user logs off: an open session is recorded as it
+// stands now, and no notice is kept that would hold the shutdown up. Out of space
+// or a failed save leaves the marker set, so the next start records it.
+void RecordSessionAtShutdown();
 
 void StartSession();
 bool EndSession();

@@ -1,5 +1,8 @@
 #include "monitor/session_settings.h"
 
+#include <algorithm>
+#include <cstring>
+
 #include "storage/fixed_text.h"
 #include "storage/settings.h"
 
@@ -37,4 +40,20 @@ void SetCheckpointStart(const char* name, uint32_t hour, uint32_t minute, uint32
   settings.checkpointDay = day;
   settings.checkpointMonth = month;
   settings.checkpointYear = year;
+}
+
+SessionRecord CheckpointRecord(const Settings& saved) {
+  SessionRecord checkpoint{};
+  checkpoint.status = InUse;
+  char name[kCheckpointNameSize + 1] = {};  // the field may be unterminated in a damaged file
+  std::memcpy(name, saved.checkpointName, kCheckpointNameSize);
+  CopyFixedText(checkpoint.connectionName, name);
+  checkpoint.logOnHour = saved.checkpointLogOn.hour;
+  checkpoint.logOnMinute = saved.checkpointLogOn.minute;
+  checkpoint.logOnSecond = saved.checkpointLogOn.second;
+  checkpoint.year = saved.checkpointYear;
+  checkpoint.month = saved.checkpointMonth;
+  checkpoint.day = saved.checkpointDay;
+  checkpoint.durationSeconds = static_cast<int32_t>(std::min<uint32_t>(saved.checkpointElapsed, 0x7FFFFFFFu));
+  return checkpoint;
 }

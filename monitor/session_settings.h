@@ -3,6 +3,10 @@
 #pragma once
 #include <cstdint>
 
+#include "storage/session_record.h"
+
+struct Settings;
+
 void SetPreviousSessionLogOff(uint32_t hour, uint32_t minute, uint32_t second);
 void SetPreviousSessionLogOn(uint32_t hour, uint32_t minute, uint32_t second);
 void SetPreviousSessionDate(uint32_t dayOfWeek, uint32_t month, uint32_t day, uint32_t year);
@@ -11,3 +15,6 @@ void SetCheckpointTime(const char* name, uint32_t hour, uint32_t minute, uint32_
                        uint32_t elapsed);
 void SetCheckpointStart(const char* name, uint32_t hour, uint32_t minute, uint32_t second,
                         uint32_t dayOfWeek, uint32_t day, uint32_t month, uint32_t year);
+// The checkpoint of a configuration as a record (InUse, its name, log-on, the
+// date it began and its length), to be compared with the log's records.
+SessionRecord CheckpointRecord(const Settings& saved);

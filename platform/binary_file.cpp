@@ -17,17 +17,12 @@ namespace {
 
 std::string Sibling(const char* path, const char* suffix) { return std::string(path) + suffix; }
 
-// How much of a step happens: all of it unless a crash test cuts it.
-std::size_t Allowed(const char* path, SaveStep step, std::size_t size) {
-  const WriteCutoff cutoff = platformState.fileWriteCutoff;
-  return cutoff != nullptr ? std::min(size, cutoff(path, step, size)) : size;
-}
-
-bool Happens(const char* path, SaveStep step) { return Allowed(path, step, 1) == 1; }
+const FileCalls& Calls() { return platformState.fileCalls; }
 
 // Pushes the file's data to the disk before its old copy is deleted, so a power
 // cut after the deletion still finds the new copy whole.
 bool Commit(std::FILE* file) {
+  if (Calls().commit) return Calls().commit(file);
   if (std::fflush(file) != 0) return false;
 #ifdef _WIN32
   return _commit(_fileno(file)) == 0;
@@ -54,12 +49,23 @@ std::vector<char> TailPast(const char* path, std::size_t from) {
 
 }  // namespace
 
+std::FILE* OpenFile(const char* path, const char* mode) {
+  return Calls().open ? Calls().open(path, mode) : std::fopen(path, mode);
+}
+
+int RemoveFile(const char* path) { return Calls().remove ? Calls().remove(path) : std::remove(path); }
+
+int RenameFile(const char* from, const char* to) {
+  return Calls().rename ? Calls().rename(from, to) : std::rename(from, to);
+}
+
 bool FileCallFailed() {
   platformState.lastError = errno;
   return false;
 }
 
 bool IsOnDisk(const char* path) {
+  if (Calls().exists) return Calls().exists(path);
 #ifdef _WIN32
   return FileExists(path) || _access(path, 0) == 0;
 #else
@@ -67,17 +73,25 @@ bool IsOnDisk(const char* path) {
 #endif
 }
 
+bool StoredFileExists(const char* path) {
+  return IsOnDisk(path) || IsOnDisk(Sibling(path, ".new").c_str()) || IsOnDisk(Sibling(path, ".prev").c_str());
+}
+
 bool FileExists(const char* path) {
-  std::FILE* file = std::fopen(path, "rb");
+  std::FILE* file = OpenFile(path, "rb");
   if (file == nullptr) return false;
   std::fclose(file);
   return true;
 }
 
 std::FILE* OpenForReading(const char* path) {
-  const std::string fresh = Sibling(path, ".new");
-  std::FILE* file = std::fopen(fresh.c_str(), "rb");
-  if (file == nullptr) file = std::fopen(path, "rb");
+  // The newest complete copy: ".new", else a ".prev" a save set aside and could
+  // not put back, else the file. One that cannot be opened is still the newest:
+  // an older copy must not be read instead.
+  std::string newest = Sibling(path, ".new");
+  if (!IsOnDisk(newest.c_str())) newest = Sibling(path, ".prev");
+  if (!IsOnDisk(newest.c_str())) newest = path;
+  std::FILE* file = OpenFile(newest.c_str(), "rb");
   if (file == nullptr) FileCallFailed();
   return file;
 }
@@ -96,11 +110,10 @@ bool WriteFileStart(const char* path, const WriteBlock* blocks, std::size_t bloc
   std::size_t total = 0;
   for (std::size_t i = 0; i < blockCount; ++i) total += blocks[i].size;
   const std::vector<char> tail = keepTail ? TailPast(path, total) : std::vector<char>();
-  const std::size_t allowed = Allowed(path, SaveStep::Content, total);
 
   const std::string temporary = Sibling(path, ".tmp");
   const std::string fresh = Sibling(path, ".new");
-  std::FILE* file = std::fopen(temporary.c_str(), "wb");
+  std::FILE* file = OpenFile(temporary.c_str(), "wb");
   if (file == nullptr) return FileCallFailed();
   // A buffer that holds the whole content makes it one system write at the flush.
   // (Rounded up: some libraries round a buffer size down. The buffer is ours: with
@@ -113,23 +126,16 @@ bool WriteFileStart(const char* path, const WriteBlock* blocks, std::size_t bloc
     if (buffer) std::setvbuf(file, buffer.get(), _IOFBF, size);
   }
   bool written = true;
-  std::size_t left = allowed;
-  for (std::size_t i = 0; written && i < blockCount && left > 0; ++i) {
-    const std::size_t size = std::min(blocks[i].size, left);
-    if (size != 0) written = std::fwrite(blocks[i].data, 1, size, file) == size;
-    left -= size;
+  for (std::size_t i = 0; written && i < blockCount; ++i) {
+    if (blocks[i].size != 0) written = std::fwrite(blocks[i].data, 1, blocks[i].size, file) == blocks[i].size;
   }
-  if (written && allowed == total && !tail.empty()) {
-    written = std::fwrite(tail.data(), 1, tail.size(), file) == tail.size();
-  }
+  if (written && !tail.empty()) written = std::fwrite(tail.data(), 1, tail.size(), file) == tail.size();
   // A full disk shows up at the flush or the close.
-  // The crash tests model what reaches the disk themselves: no need to wait for it.
-  written = (platformState.fileWriteCutoff != nullptr || Commit(file)) && written;
+  written = Commit(file) && written;
   written = std::fclose(file) == 0 && written;
-  if (allowed < total) return false;  // the process died while writing
   if (!written) {
     FileCallFailed();
-    std::remove(temporary.c_str());
+    RemoveFile(temporary.c_str());
     return false;
   }
 
@@ -140,53 +146,51 @@ bool WriteFileStart(const char* path, const WriteBlock* blocks, std::size_t bloc
   const std::string previous = Sibling(path, ".prev");
   const bool setAside = IsOnDisk(fresh.c_str());
   if (setAside) {
-    if (!Happens(path, SaveStep::SetAside)) return false;
-    std::remove(previous.c_str());  // older than ".new"
-    if (std::rename(fresh.c_str(), previous.c_str()) != 0) {
+    RemoveFile(previous.c_str());  // older than ".new"
+    if (RenameFile(fresh.c_str(), previous.c_str()) != 0) {
       FileCallFailed();
-      std::remove(temporary.c_str());
+      RemoveFile(temporary.c_str());
       return false;
     }
   }
-  if (!Happens(path, SaveStep::Commit)) return false;
-  if (std::rename(temporary.c_str(), fresh.c_str()) != 0) {
+  if (RenameFile(temporary.c_str(), fresh.c_str()) != 0) {
     FileCallFailed();
-    std::remove(temporary.c_str());
-    if (setAside) std::rename(previous.c_str(), fresh.c_str());  // the earlier copy back
+    RemoveFile(temporary.c_str());
+    if (setAside) RenameFile(previous.c_str(), fresh.c_str());  // the earlier copy back
     return false;
   }
-  // From here on the new content is what a start finds.
-  if (!Happens(path, SaveStep::RemoveOld)) return false;
-  // A ".prev" left beside no ".new" would be taken for the newest content at the
-  // next start: while it cannot go, ".new" stays and the start sorts the two out.
-  if (setAside && std::remove(previous.c_str()) != 0) return FileCallFailed();
-  if (IsOnDisk(path) && std::remove(path) != 0) return FileCallFailed();  // held: ".new" stays
-  if (!Happens(path, SaveStep::Rename)) return false;
-  return std::rename(fresh.c_str(), path) == 0 || FileCallFailed();
+  // From here on the new content is what a start finds. Any ".prev" is older,
+  // also one an earlier save or start could not clear: left beside no ".new" it
+  // would be taken for the newest content at the next start, so while it cannot
+  // go, ".new" stays and the start sorts the two out.
+  if (IsOnDisk(previous.c_str()) && RemoveFile(previous.c_str()) != 0) return FileCallFailed();
+  if (IsOnDisk(path) && RemoveFile(path) != 0) return FileCallFailed();  // held: ".new" stays
+  return RenameFile(fresh.c_str(), path) == 0 || FileCallFailed();
 }
 
 void FinishInterruptedSave(const char* path) {
-  std::remove(Sibling(path, ".tmp").c_str());
+  RemoveFile(Sibling(path, ".tmp").c_str());
   const std::string fresh = Sibling(path, ".new");
   const std::string previous = Sibling(path, ".prev");
-  // With "<name>.new" there, "<name>.prev" is older; without it, a save was killed
-  // after setting its predecessor aside, and that one is the newest complete copy.
-  if (IsOnDisk(fresh.c_str())) {
+  // With a readable "<name>.new" there, "<name>.prev" is older; without one, a save
+  // was killed after setting its predecessor aside, and that one is the newest
+  // complete copy (a folder or a held file of that name is no newer copy).
+  if (FileExists(fresh.c_str())) {
     // Put in place only once ".prev" is gone, or it would outlive the newer file.
-    if (IsOnDisk(previous.c_str()) && std::remove(previous.c_str()) != 0) return;
-  } else {
-    std::rename(previous.c_str(), fresh.c_str());
+    if (IsOnDisk(previous.c_str()) && RemoveFile(previous.c_str()) != 0) return;
+  } else if (IsOnDisk(previous.c_str()) && RenameFile(previous.c_str(), fresh.c_str()) != 0) {
+    return;
   }
   if (!FileExists(fresh.c_str())) return;
-  if (!IsOnDisk(path) || std::remove(path) == 0) std::rename(fresh.c_str(), path);
+  if (!IsOnDisk(path) || RemoveFile(path) == 0) RenameFile(fresh.c_str(), path);
 }
 
 bool CanCreate(const char* path) {
   const std::string temporary = Sibling(path, ".tmp");
-  std::FILE* file = std::fopen(temporary.c_str(), "wb");
+  std::FILE* file = OpenFile(temporary.c_str(), "wb");
   if (file == nullptr) return false;
   std::fclose(file);
-  std::remove(temporary.c_str());
+  RemoveFile(temporary.c_str());
   return true;
 }
 

@@ -10,8 +10,17 @@
 // True when something of that name is on disk, file or folder, readable or not.
 bool IsOnDisk(const char* path);
 
+// The file or a complete copy a save left beside it ("<name>.new", "<name>.prev"):
+// what a load reads.
+bool StoredFileExists(const char* path);
+
 // True when the file exists and can be opened for reading.
 bool FileExists(const char* path);
+
+// The C library's calls, or the disk platformState.fileCalls puts in.
+std::FILE* OpenFile(const char* path, const char* mode);
+int RemoveFile(const char* path);
+int RenameFile(const char* from, const char* to);
 
 // Opens the newest complete copy of a file for reading only ("rb", which shares
 // reading and writing with other programs): a read-only file, or one another

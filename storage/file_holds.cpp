@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "platform/binary_file.h"
-#include "storage/startup_hooks.h"
+#include "storage/notice_queue.h"
 
 namespace {
 
@@ -12,11 +12,10 @@ bool failing[2] = {false, false};  // told already; quiet until a save succeeds
 
 void TellOnce(StoredFile file, const char* format, const char* path) {
   if (failing[file]) return;
-  failing[file] = true;  // before the box: saves in its message loop stay quiet
-  if (!startupHooks.showFileProblem) return;
+  failing[file] = true;
   char text[768];
   std::snprintf(text, sizeof text, format, path, LastFileError().c_str());
-  startupHooks.showFileProblem(text, kFileProblemCaption);
+  QueueNotice(NoticeKind::kFileProblem, text);
 }
 
 }  // namespace

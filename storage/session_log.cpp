@@ -116,12 +116,21 @@ std::vector<SessionRecord> LegacyRecords() {
   return records;
 }
 
+bool InRecords(const std::vector<SessionRecord>& records, const SessionRecord& session) {
+  for (const SessionRecord& record : records) {
+    if (record.status == InUse && SameSession(record, session)) return true;
+  }
+  return false;
+}
+
 // The log becomes the file's records, and the sessions recorded while it was held
-// go into its free slots, as the recorder would have put them.
+// go into its free slots, as the recorder would have put them. One the file holds
+// already (recovered from a checkpoint while the file could not be read) is not
+// added again.
 void KeepRunSessionsOver(std::vector<SessionRecord> records) {
   std::vector<SessionRecord> run;
   for (const SessionRecord& record : sessionLog.records) {
-    if (record.status == InUse) run.push_back(record);
+    if (record.status == InUse && !InRecords(records, record)) run.push_back(record);
   }
   sessionLog.records.swap(records);
   sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
@@ -272,6 +281,26 @@ void SetRecordStatus(uint32_t index, RecordStatus status) {
 const char* RecordName(uint32_t index) {
   const SessionRecord* record = RecordAt(index);
   return record != nullptr && record->status == InUse ? record->connectionName : nullptr;
+}
+
+int64_t DayNumber(int64_t year, int64_t month, int64_t day) {
+  if (month <= 2) --year;
+  const int64_t shifted = (month + 9) % 12;  // March = 0
+  return 365 * year + year / 4 - year / 100 + year / 400 + (153 * shifted + 2) / 5 + day - 1;
+}
+
+bool SameSession(const SessionRecord& a, const SessionRecord& b) {
+  if (a.logOnHour != b.logOnHour || a.logOnMinute != b.logOnMinute || a.logOnSecond != b.logOnSecond ||
+      std::strncmp(a.connectionName, b.connectionName, kCheckpointNameSize - 1) != 0) {
+    return false;
+  }
+  // The longer one is the later record: made at the end, or the whole session.
+  const SessionRecord& later = a.durationSeconds >= b.durationSeconds ? a : b;
+  const SessionRecord& earlier = &later == &a ? b : a;
+  const int64_t reach =
+      (a.logOnHour * 3600 + a.logOnMinute * 60 + a.logOnSecond + std::max(later.durationSeconds, 0)) / 86400 + 1;
+  const int64_t apart = DayNumber(later.year, later.month, later.day) - DayNumber(earlier.year, earlier.month, earlier.day);
+  return apart >= -1 && apart <= reach;
 }
 
 bool MarkConnectionDeleted(const char* name) {

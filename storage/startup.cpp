@@ -6,6 +6,7 @@
 #include "platform/binary_file.h"
 #include "storage/accounts.h"
 #include "storage/fixed_text.h"
+#include "storage/notice_queue.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
@@ -48,9 +49,9 @@ void LoadCurrentLog(const std::string& path) {
 void LoadFirstRunLog() {
   const std::string current = LogFilePath();
   const std::string legacy = LegacyLogPath();
-  if (IsOnDisk(current.c_str())) {
+  if (StoredFileExists(current.c_str())) {
     LoadCurrentLog(current);
-  } else if (IsOnDisk(legacy.c_str())) {
+  } else if (StoredFileExists(legacy.c_str())) {
     if (LoadLegacyLog(legacy.c_str())) {
       ConvertLegacyLog();
     } else {
@@ -85,7 +86,7 @@ bool InitialiseStorage(void* owner) {
   FinishInterruptedSave(path.c_str());
   FinishInterruptedSave(log.c_str());
 
-  if (!IsOnDisk(path.c_str()) || IsEmptyFile(path.c_str())) {
+  if (!StoredFileExists(path.c_str()) || IsEmptyFile(path.c_str())) {
     if (startupHooks.showWelcome) startupHooks.showWelcome(owner);
     if (!installHooks.installProgram) installHooks.installProgram = InstallProgram;
     CreateSettings(path.c_str());
@@ -103,7 +104,7 @@ bool InitialiseStorage(void* owner) {
     ReportUnreadable(kConfigurationFile, path.c_str());
     std::memset(&settings, 0, sizeof settings);
     ApplyDefaultSettings();
-    if (IsOnDisk(log.c_str())) {
+    if (StoredFileExists(log.c_str())) {
       LoadCurrentLog(log);
     } else {
       // Whether a log is missing or an older one waits for conversion, only the
@@ -116,9 +117,9 @@ bool InitialiseStorage(void* owner) {
   bool reinstallCheck = true;
   // A current log on disk is always loaded, also beside a configuration that looks
   // like an older release's: a damaged marker must not cost the recorded sessions.
-  if (HasCurrentFormatMarker() || IsOnDisk(log.c_str())) {
+  if (HasCurrentFormatMarker() || StoredFileExists(log.c_str())) {
     if (!HasCurrentFormatMarker()) CopyFixedText(settings.formatMarker, kFormatMarker);
-    if (!IsOnDisk(log.c_str())) {
+    if (!StoredFileExists(log.c_str())) {
       if (!FirstRunUnfinished()) ShowLogMissing(owner);
       CreateEmptyLog(log.c_str());
     } else {
@@ -128,7 +129,7 @@ bool InitialiseStorage(void* owner) {
     // Written by an older release: its log, if any, is converted; every other
     // field is taken as it is.
     const std::string legacy = LegacyLogPath();
-    if (!IsOnDisk(legacy.c_str())) {
+    if (!StoredFileExists(legacy.c_str())) {
       ShowLogMissing(owner);
       CreateEmptyLog(log.c_str());
       CopyFixedText(settings.formatMarker, kFormatMarker);
@@ -166,6 +167,7 @@ void ResetStorageState() {
   NoteLogChanged();
   ClearUsageCache();
   ResetFileHolds();
+  ClearNotices();
   cardSecondsRemaining = 0.0f;
   installHooks = InstallHooks{};
   startupHooks = StartupHooks{};

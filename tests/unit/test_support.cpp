@@ -10,6 +10,7 @@
 #include "app/status_text.h"
 #include "logview/logview_state.h"
 #include "monitor/monitor_state.h"
+#include "monitor/pending_notices.h"
 #include "monitor/session.h"
 #include "platform/platform_state.h"
 #include "platform/program_paths.h"
@@ -26,7 +27,8 @@ void FakeClock::Advance(uint32_t seconds) {
   uint32_t total = now.hour * 3600 + now.minute * 60 + now.second + seconds;
   for (; total >= 86400; total -= 86400) {
     now.dayOfWeek = (now.dayOfWeek + 1) % 7;
-    if (++now.day <= kMonthDays[now.month - 1]) continue;
+    const bool leap = now.year % 4 == 0 && (now.year % 100 != 0 || now.year % 400 == 0);
+    if (++now.day <= kMonthDays[now.month - 1] + (now.month == 2 && leap ? 1u : 0u)) continue;
     now.day = 1;
     if (++now.month > 12) now.month = 1, ++now.year;
   }
@@ -101,7 +103,10 @@ void ProgramStateTest::WriteBytes(const std::string& path, const std::vector<uin
   file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
 }
 
-void ProgramStateTest::Tick() { RunSessionStep(probe_); }
+void ProgramStateTest::Tick() {
+  RunSessionStep(probe_);
+  ShowPendingNotices();  // as the shell does once the step has returned
+}
 
 void ProgramStateTest::RunOnline(uint32_t seconds) {
   for (uint32_t elapsed = 1; elapsed <= seconds; ++elapsed) {

@@ -21,8 +21,8 @@ class FakeClock : public Clock {
   LocalTime Now() override { return now; }
   uint32_t TickCount() override { return tickMs; }
 
-  // Moves the tick counter and the clock on together, across midnight and month
-  // ends too (no leap years: the tests do not need them).
+  // Moves the tick counter and the clock on together, across midnight, month
+  // ends and 29 February.
   void Advance(uint32_t seconds);
 };
 
