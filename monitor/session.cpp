@@ -9,6 +9,7 @@
 #include "monitor/session_settings.h"
 #include "platform/system_clock.h"
 #include "monitor/time_text.h"
+#include "storage/billing_period.h"
 #include "storage/fixed_text.h"
 #include "storage/notice_queue.h"
 #include "platform/program_paths.h"
@@ -60,7 +61,7 @@ bool StoreNameAndSave(uint32_t slot, const char* name) {
 }
 
 int64_t CheckpointDay() {
-  return DayNumber(settings.checkpointYear, settings.checkpointMonth, settings.checkpointDay);
+  return DayNumber(CalendarDate{settings.checkpointYear, settings.checkpointMonth, settings.checkpointDay});
 }
 
 // Whether the log already holds the checkpointed session (SameSession).
@@ -98,7 +99,7 @@ int32_t PlausibleElapsed() {
   const uint32_t elapsed = settings.checkpointElapsed;
   if (elapsed > 0x7FFFFFFFu) return -1;
   const LocalTime now = ReadLocalTime();
-  const int64_t since = (DayNumber(now.year, now.month, now.day) - CheckpointDay()) * 86400 +
+  const int64_t since = (DayNumber(CalendarDate{now.year, now.month, now.day}) - CheckpointDay()) * 86400 +
                         now.hour * 3600 + now.minute * 60 + now.second - SecondsOfDay(settings.checkpointLogOn);
   return elapsed <= std::max<int64_t>(since, 0) + 86400 ? static_cast<int32_t>(elapsed) : -1;
 }

@@ -6,6 +6,7 @@
 #include <new>
 
 #include "platform/binary_file.h"
+#include "storage/billing_period.h"
 #include "storage/fixed_text.h"
 #include "platform/program_paths.h"
 #include "storage/settings.h"
@@ -283,12 +284,6 @@ const char* RecordName(uint32_t index) {
   return record != nullptr && record->status == InUse ? record->connectionName : nullptr;
 }
 
-int64_t DayNumber(int64_t year, int64_t month, int64_t day) {
-  if (month <= 2) --year;
-  const int64_t shifted = (month + 9) % 12;  // March = 0
-  return 365 * year + year / 4 - year / 100 + year / 400 + (153 * shifted + 2) / 5 + day - 1;
-}
-
 bool SameSession(const SessionRecord& a, const SessionRecord& b) {
   if (a.logOnHour != b.logOnHour || a.logOnMinute != b.logOnMinute || a.logOnSecond != b.logOnSecond ||
       std::strncmp(a.connectionName, b.connectionName, kCheckpointNameSize - 1) != 0) {
@@ -299,7 +294,8 @@ bool SameSession(const SessionRecord& a, const SessionRecord& b) {
   const SessionRecord& earlier = &later == &a ? b : a;
   const int64_t reach =
       (a.logOnHour * 3600 + a.logOnMinute * 60 + a.logOnSecond + std::max(later.durationSeconds, 0)) / 86400 + 1;
-  const int64_t apart = DayNumber(later.year, later.month, later.day) - DayNumber(earlier.year, earlier.month, earlier.day);
+  const int64_t apart = DayNumber(CalendarDate{later.year, later.month, later.day}) -
+                        DayNumber(CalendarDate{earlier.year, earlier.month, earlier.day});
   return apart >= -1 && apart <= reach;
 }
 

@@ -71,8 +71,6 @@ void SetRecordStatus(uint32_t index, RecordStatus status);
 // The record's name when it is InUse, otherwise nullptr.
 const char* RecordName(uint32_t index);
 
-// Days since a fixed origin, leap years included, for whole-day differences.
-int64_t DayNumber(int64_t year, int64_t month, int64_t day);
 // Whether two records are one session: the same connection, begun at the same
 // second, dated no further apart than its length reaches from its log-on (a
 // session recorded at its end carries its end date, one recovered from its

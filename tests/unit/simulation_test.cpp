@@ -39,6 +39,7 @@
 #include "monitor/unconfigured_connections.h"
 #include "platform/platform_state.h"
 #include "platform/posix/simulated_disk.h"
+#include "storage/billing_period.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
@@ -164,7 +165,7 @@ class Sim {
     if (violations_.size() < 8) violations_.push_back(what + " (after step " + std::to_string(next_) + ")");
   }
 
-  static int64_t Day(const LocalTime& t) { return DayNumber(t.year, t.month, t.day); }
+  static int64_t Day(const LocalTime& t) { return DayNumber(CalendarDate{t.year, t.month, t.day}); }
 
   // The session's length so far, and a second for the tick counter's rounding.
   uint32_t LongestLength(const Truth& t) const {
@@ -184,7 +185,7 @@ class Sim {
     int found = -1, best = 0;
     for (int i = 0; i < static_cast<int>(truths_.size()); ++i) {
       const Truth& t = truths_[i];
-      const int64_t day = DayNumber(r.year, r.month, r.day);
+      const int64_t day = DayNumber(CalendarDate{r.year, r.month, r.day});
       if (t.name != r.connectionName || t.logOn.hour != r.logOnHour || t.logOn.minute != r.logOnMinute ||
           t.logOn.second != r.logOnSecond || (day != Day(t.logOn) && (startOnly || t.open || day != Day(t.end)))) {
         continue;
@@ -260,7 +261,7 @@ class Sim {
         continue;
       }
       if (++seen[i] > 1) Violation(truths_[i].name + " recorded twice");
-      if (!Whole(r, truths_[i]) && DayNumber(r.year, r.month, r.day) != Day(truths_[i].logOn)) {
+      if (!Whole(r, truths_[i]) && DayNumber(CalendarDate{r.year, r.month, r.day}) != Day(truths_[i].logOn)) {
         Violation("a recovered session not dated on its start");
       }
       Carried(i, r.durationSeconds, "a recorded length");
