@@ -104,6 +104,16 @@ int32_t PlausibleElapsed() {
   return elapsed <= std::max<int64_t>(since, 0) + 86400 ? static_cast<int32_t>(elapsed) : -1;
 }
 
+// The one way a session closes: the flags, timers and one-shot alarm first, then
+// the record (EndSession clears the marker). False when the log had no room.
+bool CloseSession() {
+  sessionState.SessionClosed = 1;
+  sessionState.SessionOpen = 0;
+  CallHook(sessionHooks.stopSessionTimers);
+  alarmState.OneShotFired = 0;
+  return EndSession();
+}
+
 }  // namespace
 
 void RunSessionStep(DialUpProbe& probe) {
@@ -119,24 +129,11 @@ void RunSessionStep(DialUpProbe& probe) {
     SaveSettings();  // the file now holds the marker and the first checkpoint
     CallHook(sessionHooks.startSessionTimers);
   }
-  if (!connected && sessionState.SessionClosed == 0) {
-    sessionState.SessionClosed = 1;
-    sessionState.SessionOpen = 0;
-    CallHook(sessionHooks.stopSessionTimers);
-    settings.sessionOpenMarker = kNoSessionOpen;
-    alarmState.OneShotFired = 0;
-    if (!EndSession()) QueueNotice(NoticeKind::kOutOfSpace);
-  }
+  if (!connected && sessionState.SessionClosed == 0 && !CloseSession()) QueueNotice(NoticeKind::kOutOfSpace);
 }
 
 void RecordSessionAtShutdown() {
-  if (sessionState.SessionOpen != 0) {
-    sessionState.SessionOpen = 0;
-    sessionState.SessionClosed = 1;
-    CallHook(sessionHooks.stopSessionTimers);
-    alarmState.OneShotFired = 0;
-    EndSession();
-  }
+  if (sessionState.SessionOpen != 0) CloseSession();
   ClearNotices();
 }
 
