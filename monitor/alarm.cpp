@@ -65,8 +65,13 @@ void FireAlarm() {
   }
 
   const uint8_t action = settings.alarmAction;
-  if ((action == kAlarmSoundOnly || action == kAlarmBoxAndSound) && alarmHooks.playSound) alarmHooks.playSound();
+  PlayAlarmSoundIfChosen();
   if ((action == kAlarmBoxAndSound || action == kAlarmBoxOnly) && alarmHooks.showNotice) alarmHooks.showNotice();
+}
+
+void PlayAlarmSoundIfChosen() {
+  const uint8_t action = settings.alarmAction;
+  if ((action == kAlarmSoundOnly || action == kAlarmBoxAndSound) && alarmHooks.playSound) alarmHooks.playSound();
 }
 
 AlarmTime ClampAlarmTime(uint32_t hours, uint32_t minutes) {

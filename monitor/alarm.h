@@ -33,6 +33,10 @@ struct AlarmHooks {
 };
 extern AlarmHooks alarmHooks;
 
+// Plays the alarm's sound when the stored action has one (sound only, or box and
+// sound): the alarm's reminders and the usage warnings.
+void PlayAlarmSoundIfChosen();
+
 // Period of the alarm timer for a session opening now; kDefaultAlarmPeriodMs when none is set.
 // In repeating mode it also clears OneShotFired.
 uint32_t AlarmPeriodMs();

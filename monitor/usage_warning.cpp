@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "monitor/alarm.h"
 #include "monitor/session.h"
 #include "storage/accounts.h"
 #include "storage/fixed_text.h"
@@ -151,10 +152,7 @@ void OnUsageWarningTimer() {
     return;
   }
   SaveSettings();  // the mark first: a kill while the notice is up brings it no second time
-  const uint8_t action = settings.alarmAction;
-  if ((action == kAlarmSoundOnly || action == kAlarmBoxAndSound) && usageWarningHooks.playSound) {
-    usageWarningHooks.playSound();
-  }
+  PlayAlarmSoundIfChosen();
   if (usageWarningHooks.showNotice) {
     showing = true;
     usageWarningHooks.showNotice(text.c_str());

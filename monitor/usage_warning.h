@@ -19,8 +19,8 @@ constexpr char kUsageWarningCaption[] = "Orvalen Usage Warning";
 
 enum class UsageWarningKind { None, Share, Full, Cost };
 
+// The sound is the alarm's (alarmHooks.playSound).
 struct UsageWarningHooks {
-  void (*playSound)() = nullptr;                   // the alarm's sound
   void (*showNotice)(const char* text) = nullptr;  // the alarm notice's window; returns when it closes
 };
 extern UsageWarningHooks usageWarningHooks;

@@ -70,7 +70,6 @@ void OnCreate(HWND window) {
   sessionHooks.checkUnconfiguredConnections = [] { CheckUnconfiguredConnections(); };
   alarmHooks.playSound = PlayAlarmSound;
   alarmHooks.showNotice = ShowAlarmNotice;
-  usageWarningHooks.playSound = PlayAlarmSound;
   usageWarningHooks.showNotice = ShowUsageWarningNotice;
   UseWindowsAccountNotice();
   installHooks.markFirstRun = [] { appWindows.showMainDialogOnce = true; };

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <string>
 
+#include "monitor/alarm.h"
 #include "monitor/session.h"
 #include "monitor/usage_warning.h"
 #include "storage/account_figures.h"
@@ -106,7 +107,7 @@ TEST_F(Warnings, OncePerCrossingAcrossARestart) {
   static int notices, sounds;
   static std::string shown;
   notices = sounds = 0;
-  usageWarningHooks.playSound = [] { ++sounds; };
+  alarmHooks.playSound = [] { ++sounds; };
   usageWarningHooks.showNotice = [](const char* text) {
     ++notices;
     shown = text;
