@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <initializer_list>
 #include <map>
 
 #include "logview/log_view_lines.h"
@@ -55,19 +56,14 @@ std::string PeriodField(const BillingPeriod& period) {
   return period.id == kNoPeriod ? std::string() : IsoDate(period.first) + "/" + IsoDate(period.last);
 }
 
-void EndLine(std::string& line, std::string& out) {
-  out += line;
-  out += "\r\n";
-  line.clear();
-}
-
-void AppendRow(std::string& out, const std::vector<std::string>& fields, const CsvFormat& format) {
-  std::string line;
-  for (std::size_t i = 0; i < fields.size(); ++i) {
-    if (i != 0) line += format.separator;
-    AppendField(line, fields[i], format);
+void AppendRow(std::string& out, std::initializer_list<std::string> fields, const CsvFormat& format) {
+  bool first = true;
+  for (const std::string& field : fields) {
+    if (!first) out += format.separator;
+    first = false;
+    AppendField(out, field, format);
   }
-  EndLine(line, out);
+  out += "\r\n";
 }
 
 std::string RecordName(const SessionRecord& record) {
@@ -145,25 +141,17 @@ std::string SessionsCsv(const std::vector<uint32_t>& records, const CsvFormat& f
              "Billing period"},
             format);
   StartDays periodDays;
-  std::string line;
   for (const uint32_t i : records) {
     const SessionRecord& record = sessionLog.records[i];
     const std::string name = RecordName(record);
     const uint32_t day = periodDays.For(name);
-    const CalendarDate ended{record.year, record.month, record.day};
-    AppendField(line, name, format);
-    const std::string fields[] = {IsoDate(LogOnDate(record)),
-                                  ClockText(record.logOnHour, record.logOnMinute, record.logOnSecond),
-                                  IsoDate(ended),
-                                  ClockText(record.logOffHour, record.logOffMinute, record.logOffSecond),
-                                  DurationText(record.durationSeconds),
-                                  std::to_string(record.durationSeconds),
-                                  PeriodField(PeriodById(day, CountingPeriodId(day, record)))};
-    for (const std::string& field : fields) {
-      line += format.separator;
-      AppendField(line, field, format);
-    }
-    EndLine(line, out);
+    AppendRow(out,
+              {name, IsoDate(LogOnDate(record)), ClockText(record.logOnHour, record.logOnMinute, record.logOnSecond),
+               IsoDate(CalendarDate{record.year, record.month, record.day}),
+               ClockText(record.logOffHour, record.logOffMinute, record.logOffSecond),
+               DurationText(record.durationSeconds), std::to_string(record.durationSeconds),
+               PeriodField(PeriodById(day, CountingPeriodId(day, record)))},
+              format);
   }
   return out;
 }
