@@ -4,6 +4,7 @@
 #include <commctrl.h>
 
 #include "ui/win32/app_state.h"
+#include "ui/win32/controls.h"
 #include "ui/win32/dialog_colours.h"
 #include "app/win32/greeting_dialogs.h"
 #include "app/win32/main_window.h"
@@ -57,8 +58,7 @@ bool TakeTheOneInstance() {
 // View Log) their keyboard first: Tab, Enter and Esc. Modal dialogs run their
 // own loop, so a dialog here is always a modeless one.
 void Dispatch(MSG& message) {
-  HWND top = message.hwnd;
-  while (top != nullptr && (GetWindowLongA(top, GWL_STYLE) & WS_CHILD) != 0) top = GetParent(top);
+  HWND top = TopLevelWindow(message.hwnd);
   char className[8] = {};
   if (top != nullptr && GetClassNameA(top, className, sizeof className) > 0 && lstrcmpA(className, "#32770") == 0) {
     // Esc does what the dialog's close box does (in View Log, the Cancel id

@@ -2,18 +2,21 @@
 #pragma once
 #include <windows.h>
 
+// The top-level window a control belongs to (the window itself when it is one):
+// the dialog that owns the keyboard, also for a property sheet's pages.
+inline HWND TopLevelWindow(HWND window) {
+  while (window != nullptr && (GetWindowLongA(window, GWL_STYLE) & WS_CHILD) != 0 && GetParent(window) != nullptr) {
+    window = GetParent(window);
+  }
+  return window;
+}
+
 // Enables or disables a control. A disabled control cannot keep the keyboard
 // focus: left there, the focus is nowhere and Tab, Enter and Esc do nothing until
 // a click, so the dialog first moves it to its next control. Pages of a property
 // sheet are child dialogs: the top dialog owns the focus and the tab order.
 inline void EnableWindowKeepingFocus(HWND control, bool enable) {
-  if (!enable && GetFocus() == control) {
-    HWND dialog = GetParent(control);
-    while (dialog != nullptr && (GetWindowLongA(dialog, GWL_STYLE) & WS_CHILD) != 0 && GetParent(dialog) != nullptr) {
-      dialog = GetParent(dialog);
-    }
-    if (dialog != nullptr) SendMessageA(dialog, WM_NEXTDLGCTL, 0, FALSE);
-  }
+  if (!enable && GetFocus() == control) SendMessageA(TopLevelWindow(control), WM_NEXTDLGCTL, 0, FALSE);
   EnableWindow(control, enable ? TRUE : FALSE);
 }
 
