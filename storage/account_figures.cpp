@@ -58,6 +58,19 @@ uint32_t ReadUpTo(const char* text, uint32_t limit) {
   return value > limit ? limit : value;
 }
 
+// The share and the 100 % warnings come again.
+void RearmHoursWarnings(AccountRecord& entry) {
+  entry.warnedPercent = 0;
+  entry.warnedFull = 0;
+}
+
+void ApplyWarnPercent(AccountRecord& entry, const char* text) {
+  const uint8_t percent = static_cast<uint8_t>(ReadUpTo(text, 100));
+  if (percent == entry.warnPercent) return;
+  entry.warnPercent = percent;
+  RearmHoursWarnings(entry);
+}
+
 }  // namespace
 
 AccountEntryView ViewAccountEntry(const AccountRecord& entry) {
@@ -98,23 +111,12 @@ AccountEntryView ViewAccountEntry(const AccountRecord& entry) {
   return view;
 }
 
-namespace {
-
-void ApplyWarnPercent(AccountRecord& entry, const char* text) {
-  const uint8_t percent = static_cast<uint8_t>(ReadUpTo(text, 100));
-  if (percent == entry.warnPercent) return;
-  entry.warnPercent = percent;
-  entry.warnedPercent = 0;
-  entry.warnedFull = 0;
-}
-
-}  // namespace
-
 void ApplyAccountInput(AccountRecord& entry, const AccountPageInput& input) {
   entry.configured = 1;
   if (input.checked != NotChosen && input.checked != entry.kind) {
     // A card's marks and a plan's mean different things: another kind starts afresh.
-    entry.warnedPercent = entry.warnedFull = entry.warnedCost = 0;
+    RearmHoursWarnings(entry);
+    entry.warnedCost = 0;
   }
   switch (input.checked) {
     case UnlimitedAccess:
@@ -126,8 +128,7 @@ void ApplyAccountInput(AccountRecord& entry, const AccountPageInput& input) {
       ApplyWarnPercent(entry, input.warnPercent);
       if (input.rechargedAt != nullptr) {
         entry.recharged = StampOf(*input.rechargedAt);
-        entry.warnedPercent = 0;
-        entry.warnedFull = 0;
+        RearmHoursWarnings(entry);
       }
       break;
     case LimitedAccess:
