@@ -238,5 +238,5 @@ std::string DefaultExportName(const LocalTime& now) {
 
 bool WriteExportFile(const char* path, const std::string& text) {
   const WriteBlock block = {text.data(), text.size()};
-  return WriteFileStart(path, &block, 1, false);
+  return SaveWholeFile(path, &block, 1, false);
 }

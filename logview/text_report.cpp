@@ -50,7 +50,7 @@ void PrependReportHeader(int count, float totalSeconds) {
 
 bool WriteTextFile(const char* text, const char* path) {
   const WriteBlock block{text, text != nullptr ? std::strlen(text) : 0};
-  return WriteFileStart(path, &block, 1, false);
+  return SaveWholeFile(path, &block, 1, false);
 }
 
 // The report follows the program folder (tests and tools move it); in the installed

@@ -106,13 +106,12 @@ bool ReadFileStart(const char* path, void* buffer, std::size_t size, std::size_t
   return !failed;
 }
 
-bool WriteFileStart(const char* path, const WriteBlock* blocks, std::size_t blockCount, bool keepTail) {
+bool WriteSiblingFile(const char* path, const WriteBlock* blocks, std::size_t blockCount, bool keepTail) {
   std::size_t total = 0;
   for (std::size_t i = 0; i < blockCount; ++i) total += blocks[i].size;
   const std::vector<char> tail = keepTail ? TailPast(path, total) : std::vector<char>();
 
   const std::string temporary = Sibling(path, ".tmp");
-  const std::string fresh = Sibling(path, ".new");
   std::FILE* file = OpenFile(temporary.c_str(), "wb");
   if (file == nullptr) return FileCallFailed();
   // A buffer that holds the whole content makes it one system write at the flush.
@@ -133,16 +132,19 @@ bool WriteFileStart(const char* path, const WriteBlock* blocks, std::size_t bloc
   // A full disk shows up at the flush or the close.
   written = Commit(file) && written;
   written = std::fclose(file) == 0 && written;
-  if (!written) {
-    FileCallFailed();
-    RemoveFile(temporary.c_str());
-    return false;
-  }
+  if (written) return true;
+  FileCallFailed();
+  RemoveFile(temporary.c_str());
+  return false;
+}
 
-  // Complete and on the disk. A "<name>.new" an earlier save could not put in place
-  // (another program holds the file) is the newest complete content until this one
-  // has that name, so it is renamed "<name>.prev", never deleted first: a start then
-  // finds one of the two (FinishInterruptedSave).
+bool PutSiblingInPlace(const char* path) {
+  const std::string temporary = Sibling(path, ".tmp");
+  const std::string fresh = Sibling(path, ".new");
+  // A "<name>.new" an earlier save could not put in place (another program holds
+  // the file) is the newest complete content until this one has that name, so it
+  // is renamed "<name>.prev", never deleted first: a start then finds one of the
+  // two (FinishInterruptedSave).
   const std::string previous = Sibling(path, ".prev");
   const bool setAside = IsOnDisk(fresh.c_str());
   if (setAside) {
@@ -166,6 +168,10 @@ bool WriteFileStart(const char* path, const WriteBlock* blocks, std::size_t bloc
   if (IsOnDisk(previous.c_str()) && RemoveFile(previous.c_str()) != 0) return FileCallFailed();
   if (IsOnDisk(path) && RemoveFile(path) != 0) return FileCallFailed();  // held: ".new" stays
   return RenameFile(fresh.c_str(), path) == 0 || FileCallFailed();
+}
+
+bool SaveWholeFile(const char* path, const WriteBlock* blocks, std::size_t blockCount, bool keepTail) {
+  return WriteSiblingFile(path, blocks, blockCount, keepTail) && PutSiblingInPlace(path);
 }
 
 void FinishInterruptedSave(const char* path) {

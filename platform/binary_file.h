@@ -31,20 +31,25 @@ std::FILE* OpenForReading(const char* path);
 // cannot be opened, or the read fails; bytesRead tells how many came.
 bool ReadFileStart(const char* path, void* buffer, std::size_t size, std::size_t* bytesRead);
 
-// Replaces a file's content with the blocks, one after the other. The file is
-// never written in place: the whole new content goes to "<name>.tmp", which is
-// renamed "<name>.new" once complete and flushed; then the old file is deleted and
-// "<name>.new" takes its name (Windows 95 has no MoveFileEx to replace in one step).
-// A power cut or a kill at any point leaves the old file, or a complete "<name>.new"
-// that FinishInterruptedSave puts in place. An earlier "<name>.new" (left while the
-// old file was held) is renamed "<name>.prev" before the new one takes its name and
-// deleted after. With keepTail, bytes of the old file past the new content are kept,
-// as a write in place would have left them.
+// A save never writes the file in place; it takes two steps, so a power cut or a
+// kill at any point leaves the old file or a complete "<name>.new" that
+// FinishInterruptedSave puts in place.
 struct WriteBlock {
   const void* data;
   std::size_t size;
 };
-bool WriteFileStart(const char* path, const WriteBlock* blocks, std::size_t blockCount, bool keepTail);
+// Step one: the blocks, one after the other, into "<name>.tmp", flushed to the
+// disk. With keepTail, bytes of the old file past the new content are kept, as a
+// write in place would have left them. On failure nothing of it stays.
+bool WriteSiblingFile(const char* path, const WriteBlock* blocks, std::size_t blockCount, bool keepTail);
+// Step two: "<name>.tmp" becomes "<name>.new", the old file is deleted and
+// "<name>.new" takes its name (Windows 95 has no MoveFileEx to replace in one
+// step). An earlier "<name>.new" (left while the old file was held) is renamed
+// "<name>.prev" before the new one takes its name and deleted after. While the old
+// file cannot be deleted, "<name>.new" stays and is what the loads read.
+bool PutSiblingInPlace(const char* path);
+// Both steps.
+bool SaveWholeFile(const char* path, const WriteBlock* blocks, std::size_t blockCount, bool keepTail);
 
 // At start-up, before the file is looked at: deletes an unfinished "<name>.tmp",
 // keeps the newer of "<name>.new" and "<name>.prev" as "<name>.new" and puts it in

@@ -181,7 +181,7 @@ bool SaveLog(const char* path) {
   const WriteBlock blocks[] = {{header, sizeof header},
                                {sessionLog.records.data(), sessionLog.records.size() * kRecordSize}};
   // Written to its exact length: whole records past the count would load again.
-  return NoteSaveResult(kLogFile, path, WriteFileStart(path, blocks, 2, false));
+  return NoteSaveResult(kLogFile, path, SaveWholeFile(path, blocks, 2, false));
 }
 
 void KeepSessionsUntilLogRead(const char* path, bool legacy) {

@@ -46,7 +46,7 @@ bool SaveSettingsTo(const char* path) {
   // A configuration file that could not be read is never replaced by the defaults.
   if (FileHeld(kConfigurationFile)) return false;
   const WriteBlock block = {&settings, sizeof settings};
-  return NoteSaveResult(kConfigurationFile, path, WriteFileStart(path, &block, 1, true));
+  return NoteSaveResult(kConfigurationFile, path, SaveWholeFile(path, &block, 1, true));
 }
 
 bool SaveSettings() { return SaveSettingsTo(SettingsPath()); }
