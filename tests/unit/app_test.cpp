@@ -47,10 +47,17 @@ TEST_F(StatusText, SettingsPagesStoreWhatIsChecked) {
   }
   // The log page: show-all only for filter 1; neither radio keeps the filter.
   const struct {
+    uint8_t stored;
     bool showAll, previous, colours;
     uint8_t filter;
-  } rows[] = {{false, true, true, 2}, {false, false, false, 2}, {true, false, false, 1}};
+  } rows[] = {
+      {.stored = 1, .showAll = false, .previous = true, .colours = true, .filter = 2},
+      {.stored = 2, .showAll = false, .previous = false, .colours = false, .filter = 2},
+      {.stored = 1, .showAll = false, .previous = false, .colours = false, .filter = 1},
+      {.stored = 2, .showAll = true, .previous = false, .colours = false, .filter = 1},
+  };
   for (const auto& row : rows) {
+    settings.logInitialFilter = row.stored;
     StoreLogPage(row.showAll, row.previous, row.colours);
     EXPECT_EQ(settings.logInitialFilter, row.filter);
     EXPECT_EQ(settings.logSystemColours, row.colours ? 1u : 0u);
