@@ -1,4 +1,4 @@
-// The log of sessions: held whole in memory, rewritten whole after every change.
+// The log of sessions: held whole in memory, rewritten whole when it changed.
 #pragma once
 #include <cstdint>
 #include <vector>

@@ -45,8 +45,10 @@ bool LoadSettings(const char* path) {
 bool SaveSettingsTo(const char* path) {
   // A configuration file that could not be read is never replaced by the defaults.
   if (FileHeld(kConfigurationFile)) return false;
+  const std::string content(reinterpret_cast<const char*>(&settings), sizeof settings);
+  if (SavedAlready(kConfigurationFile, path, content)) return true;
   const WriteBlock block = {&settings, sizeof settings};
-  return NoteSaveResult(kConfigurationFile, path, SaveWholeFile(path, &block, 1, true));
+  return NoteSaveResult(kConfigurationFile, path, SaveWholeFile(path, &block, 1, true), content);
 }
 
 bool SaveSettings() { return SaveSettingsTo(SettingsPath()); }

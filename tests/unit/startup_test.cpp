@@ -249,6 +249,7 @@ TEST_F(Startup, AFailedSaveIsToldOnceUntilASaveSucceeds) {
   AppendToLog(UsedRecord("Run", 60));
   EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
   EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
+  settings.alarmOn ^= 1;
   EXPECT_FALSE(SaveSettings());
   ShowPendingNotices();
   const std::string told = "problem: Orvalen could not save " + LogFilePath() + " (";
@@ -257,6 +258,7 @@ TEST_F(Startup, AFailedSaveIsToldOnceUntilASaveSucceeds) {
   platformState.fileCalls.commit = nullptr;
   EXPECT_TRUE(SaveLog(LogFilePath().c_str()));
   platformState.fileCalls.commit = fullDisk;
+  AppendToLog(UsedRecord("Run", 60));
   EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
   platformState.fileCalls.commit = nullptr;
   ShowPendingNotices();

@@ -1,9 +1,11 @@
 // The two files on disk: the configuration block and the session log, with the
 // fixed-width text fields both are made of.
+#include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
 
+#include "platform/platform_state.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
@@ -35,6 +37,49 @@ TEST_F(SettingsFile, FirstRunWritesTheDefaultBytesAfterMarkingAndInstalling) {
       {22, 0x80}, {23, 0x3F}, {24, 1}, {43, 1}, {45, 2}, {53, 10}, {54, 30}, {55, 30}, {60, 1}, {133, 1}, {134, 219}};
   for (const auto& [offset, value] : setBytes) expected[offset] = value;
   EXPECT_EQ(ReadBytes(SettingsPath()), expected);
+}
+
+int writesOpened = 0;
+
+// A save writes only what changed since the last save that succeeded.
+TEST_F(SettingsFile, ASaveWritesOnlyWhatChanged) {
+  platformState.fileCalls.open = [](const char* path, const char* mode) {
+    writesOpened += mode[0] == 'w';
+    return std::fopen(path, mode);
+  };
+  const auto failingCommit = [](std::FILE*) { return false; };
+  const struct Row {
+    const char* what;
+    void (*change)();
+    bool (*commit)(std::FILE*);  // the first save's
+    int writes;                  // by the second save
+  } rows[] = {
+      {.what = "nothing changed", .change = [] {}, .commit = nullptr, .writes = 0},
+      {.what = "a setting and a record changed",
+       .change = [] {
+         settings.alarmOn ^= 1;
+         LogSession("b", 2);
+       },
+       .commit = nullptr, .writes = 2},
+      {.what = "the first save failed", .change = [] {}, .commit = failingCommit, .writes = 2},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.what);
+    LogSession("a", 1);  // both files have news for the first save
+    ++settings.alarmOnceHours;
+    platformState.fileCalls.commit = row.commit;
+    SaveSettingsTo(SettingsPath());
+    SaveLog(LogFilePath().c_str());
+    platformState.fileCalls.commit = nullptr;
+    row.change();
+    writesOpened = 0;
+    EXPECT_TRUE(SaveSettingsTo(SettingsPath()));
+    EXPECT_TRUE(SaveLog(LogFilePath().c_str()));
+    EXPECT_EQ(writesOpened, row.writes);
+  }
+  writesOpened = 0;
+  EXPECT_TRUE(SaveLog(Path("other.ovb").c_str()));
+  EXPECT_EQ(writesOpened, 1) << "another file is written";
 }
 
 class LogFile : public ProgramStateTest {
