@@ -114,6 +114,8 @@ TEST_F(Accounts, LongConnectionNamesAreCutTo31CharactersAndFoundAgain) {
   EXPECT_EQ(std::string(AccountName(0)), stored);
   AddAccountName(longName.c_str());
   EXPECT_STREQ(AccountName(1), "") << "the long name finds its entry again";
+  EXPECT_EQ(AccountName(-1), nullptr);
+  EXPECT_EQ(AccountName(static_cast<int>(kAccountCount)), nullptr);
   EXPECT_EQ(AccountIndexByName(stored.c_str()), 0);
   EXPECT_EQ(AccountIndexByName(stored.substr(0, 30).c_str()), kNoAccount);
   ConfigureAccount(0, longName.c_str(), UnlimitedAccess);

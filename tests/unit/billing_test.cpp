@@ -38,7 +38,14 @@ TEST(BillingPeriod, Boundaries) {
       {"the start day itself", 14, {2003, 3, 14}, "14 Mar - 13 Apr 2003-2003"},
       {"the last day", 14, {2003, 4, 13}, "14 Mar - 13 Apr 2003-2003"},
       {"across the year's end", 15, {2003, 1, 5}, "15 Dec - 14 Jan 2002-2003"},
-      {"a damaged date", 15, {2003, 13, 5}, " 0-0"},
+      {"December", 15, {2003, 12, 20}, "15 Dec - 14 Jan 2003-2004"},
+      {"the first and the last day of a month", 0, {2003, 1, 1}, "1 Jan - 31 Jan 2003-2003"},
+      {"", 0, {2003, 1, 31}, "1 Jan - 31 Jan 2003-2003"},
+      {"the last year a record can hold", 0, {99999, 1, 5}, "1 Jan - 31 Jan 99999-99999"},
+      {"a damaged month", 15, {2003, 13, 5}, " 0-0"},
+      {"a damaged day", 15, {2003, 1, 32}, " 0-0"},
+      {"day 0", 15, {2003, 1, 0}, " 0-0"},
+      {"a damaged year", 15, {100000, 1, 5}, " 0-0"},
   };
   for (const auto& row : rows) EXPECT_EQ(PeriodWithYears(row.startDay, row.date), row.period) << row.what;
   const BillingPeriod march = PeriodOf(14, CalendarDate{2003, 3, 20});
@@ -54,6 +61,7 @@ TEST(BillingPeriod, Boundaries) {
   }
   EXPECT_EQ(CountingPeriodId(0, UsedRecord("a", 1, 12, 2002)), 2002u * 12 + 11) << "December counts";
   EXPECT_EQ(PeriodText(PeriodById(14, CountingPeriodId(14, UsedRecord("a", 1, 13, 2002)))), "") << "a damaged month";
+  EXPECT_EQ(DayMonthText(CalendarDate{2003, 13, 1}), "?");
 }
 
 SessionRecord Session(const char* name, CalendarDate ended, uint32_t onHour, uint32_t offHour, int32_t seconds) {
@@ -137,7 +145,8 @@ TEST_F(Billing, UsageFollowsThePeriodAndTheRecharge) {
 }
 
 // The added boxes: shown empty for zero settings, read within their ranges, and a
-// changed threshold or a recharge re-arms the warnings.
+// changed threshold, another kind or a recharge re-arms the warnings. Every row
+// starts from a limited plan stored with day 14, 80 % and 30.50, all marks set.
 TEST_F(Billing, PageBoxes) {
   AccountRecord& entry = ConfigureAccount(0, kIsp, LimitedAccess, 10, 20.0f, 0.05f, 5.0f);
   AccountEntryView view = ViewAccountEntry(entry);
@@ -148,20 +157,30 @@ TEST_F(Billing, PageBoxes) {
     const char* what;
     AccountKind kind;
     const char *day, *percent, *cost;
-    bool recharge;
+    bool recharge = false;
     const char* stored;  // day percent cost warned-marks recharged-year
   } rows[] = {
-      {"limited: the three boxes", LimitedAccess, "14", "80", "30.5", false, "14 80 30.50 000 0"},
-      {"the same again keeps the marks", LimitedAccess, "14", "80", "30.5", false, "14 80 30.50 777 0"},
-      {"a new percent re-arms the hours' two", LimitedAccess, "14", "90", "30.5", false, "14 90 30.50 007 0"},
-      {"a new cost re-arms the cost's", LimitedAccess, "14", "90", "31", false, "14 90 31.00 770 0"},
-      {"beyond the ranges", LimitedAccess, "45", "250", "-3", false, "31 100 0.00 000 0"},
-      {"not numbers", LimitedAccess, "x", "", "abc", false, "0 0 0.00 007 0"},
-      {"card: the percent, not the period; another kind re-arms all", PrePaidCard, "9", "75", "5", false,
-       "0 75 0.00 000 0"},
-      {"a recharge re-arms the card's", PrePaidCard, "", "75", "", true, "0 75 0.00 007 2002"},
+      {.what = "the same again keeps the marks", .kind = LimitedAccess, .day = "14", .percent = "80",
+       .cost = "30.5", .stored = "14 80 30.50 777 0"},
+      {.what = "a new percent re-arms the hours' two", .kind = LimitedAccess, .day = "14", .percent = "90",
+       .cost = "30.5", .stored = "14 90 30.50 007 0"},
+      {.what = "a new cost re-arms the cost's", .kind = LimitedAccess, .day = "14", .percent = "80", .cost = "31",
+       .stored = "14 80 31.00 770 0"},
+      {.what = "beyond the ranges", .kind = LimitedAccess, .day = "45", .percent = "250", .cost = "-3",
+       .stored = "31 100 0.00 000 0"},
+      {.what = "not numbers", .kind = LimitedAccess, .day = "x", .percent = "", .cost = "abc",
+       .stored = "0 0 0.00 000 0"},
+      {.what = "card: the percent, not the period; another kind re-arms all", .kind = PrePaidCard, .day = "9",
+       .percent = "80", .cost = "5", .stored = "14 80 30.50 000 0"},
+      {.what = "a recharge re-arms the card's", .kind = PrePaidCard, .day = "", .percent = "80", .cost = "",
+       .recharge = true, .stored = "14 80 30.50 000 2002"},
   };
   for (const auto& row : rows) {
+    entry.kind = LimitedAccess;
+    entry.periodStartDay = 14;
+    entry.warnPercent = 80;
+    entry.warnCost = 30.5f;
+    entry.recharged = MomentStamp{};
     entry.warnedPercent = entry.warnedFull = entry.warnedCost = 7;
     const LocalTime now = clock_.now;
     AccountPageInput input{row.kind, "10", "10", "20", "0.05", "5"};
@@ -177,8 +196,10 @@ TEST_F(Billing, PageBoxes) {
     EXPECT_EQ(std::string(stored), row.stored) << row.what;
   }
   view = ViewAccountEntry(entry);
-  EXPECT_STREQ(view.warnPercent, "75");
+  EXPECT_STREQ(view.warnPercent, "80");
   EXPECT_TRUE(view.rechargeEnabled);
+  entry.kind = LimitedAccess;
+  EXPECT_STREQ(ViewAccountEntry(entry).periodDay, "14");
 }
 
 }  // namespace

@@ -192,10 +192,14 @@ TEST_F(Startup, AnUnreadableFileIsToldOnceLeftAloneAndMergedWhenReadable) {
     std::vector<std::string> afterSave;   // the log once the file can be read
   };
   const Row rows[] = {
-      {"orvalen_v015", [] { return std::string(SettingsPath()); }, true, false, {"Home ISP", "Run"}},
-      {"orvalen_v015", LogFilePath, false, true, {"Home ISP", "Run"}},
-      {"orvalen_v012", LegacyLogPath, false, true, {"Slot 0", "Run", "<blank>"}},
-      {nullptr, LegacyLogPath, false, true, {"Slot 0", "Run", "<blank>"}},
+      {.marker = "orvalen_v015", .path = [] { return std::string(SettingsPath()); }, .currentLogOnDisk = true,
+       .started = false, .afterSave = {"Home ISP", "Run"}},
+      {.marker = "orvalen_v015", .path = LogFilePath, .currentLogOnDisk = false, .started = true,
+       .afterSave = {"Home ISP", "Run"}},
+      {.marker = "orvalen_v012", .path = LegacyLogPath, .currentLogOnDisk = false, .started = true,
+       .afterSave = {"Slot 0", "Run", "<blank>"}},
+      {.marker = nullptr, .path = LegacyLogPath, .currentLogOnDisk = false, .started = true,
+       .afterSave = {"Slot 0", "Run", "<blank>"}},
   };
   for (const Row& row : rows) {
     const std::string path = row.path();
@@ -228,6 +232,7 @@ TEST_F(Startup, AnUnreadableFileIsToldOnceLeftAloneAndMergedWhenReadable) {
     if (path == LegacyLogPath()) WriteLegacyLog({0});
     if (path == SettingsPath()) WriteConfiguration(row.marker);
     ASSERT_TRUE(SaveLog(LogFilePath().c_str()));
+    EXPECT_FALSE(FileHeld(kLogFile)) << "the hold ends";
     EXPECT_EQ(LoadedNames(), row.afterSave);
     EXPECT_EQ(std::string(settings.formatMarker), "orvalen_v015");
     EXPECT_EQ(SaveSettings(), path != SettingsPath()) << "a configuration is read again at the next start";

@@ -39,6 +39,20 @@ TEST_F(SettingsFile, FirstRunWritesTheDefaultBytesAfterMarkingAndInstalling) {
   EXPECT_EQ(ReadBytes(SettingsPath()), expected);
 }
 
+// A longer file (a later release's) keeps its bytes past the block, as a write
+// in place would have left them.
+TEST_F(SettingsFile, ASaveKeepsTheBytesPastTheBlock) {
+  std::vector<uint8_t> bytes(sizeof(Settings) + 3, 0);
+  bytes[sizeof(Settings)] = 7;
+  bytes.back() = 9;
+  WriteBytes(SettingsPath(), bytes);
+  ASSERT_TRUE(LoadSettings(SettingsPath()));
+  settings.alarmOn = 1;
+  ASSERT_TRUE(SaveSettings());
+  bytes[52] = 1;
+  EXPECT_EQ(ReadBytes(SettingsPath()), bytes);
+}
+
 int writesOpened = 0;
 
 // A save writes only what changed since the last save that succeeded.
