@@ -71,26 +71,27 @@ Steps Parse(const std::string& text) {
 // 30 hours, a fault or a kill every few steps.
 Steps Generate(uint64_t seed) {
   std::mt19937_64 random(seed);
-  const auto pick = [&random](uint64_t n) { return std::to_string(random() % n); };
-  const auto file = [&random] { return std::string(1, "CLR"[random() % 3]) + "_npt"[random() % 4]; };
+  // Appended, never prefixed: GCC 12 warns falsely (-Wrestrict) on text + std::string&&.
+  const auto pick = [&random](const char* op, uint64_t n) { return std::string(op).append(std::to_string(random() % n)); };
+  const auto file = [&random](const char* op) { return std::string(op) + "CLR"[random() % 3] + "_npt"[random() % 4]; };
   Steps steps;
   for (uint64_t i = 0, count = 30 + random() % 120; i < count; ++i) {
     const uint64_t r = random() % 100, kind = random() % 100;
-    if (r < 16) steps.push_back("c" + pick(3));
+    if (r < 16) steps.push_back(pick("c", 3));
     else if (r < 26) steps.push_back(kind < 25 ? "v" : "d");
-    else if (r < 28) steps.push_back("g" + pick(3));
-    else if (r < 50) steps.push_back("w" + pick(kind < 55 ? 600 : kind < 85 ? 7200 : kind < 97 ? 36000 : 108000));
+    else if (r < 28) steps.push_back(pick("g", 3));
+    else if (r < 50) steps.push_back(pick("w", kind < 55 ? 600 : kind < 85 ? 7200 : kind < 97 ? 36000 : 108000));
     else if (r < 53) steps.push_back(kind < 33 ? "j86400" : kind < 66 ? "j3600" : "j-3600");
-    else if (r < 56) steps.push_back("x" + pick(3));
+    else if (r < 56) steps.push_back(pick("x", 3));
     else if (r < 57) steps.push_back("e");
     else if (r < 61) steps.push_back("s");
-    else if (r < 63) steps.push_back("r" + pick(400));
+    else if (r < 63) steps.push_back(pick("r", 400));
     else if (r < 70) steps.push_back(r < 65 ? "q" : r < 67 ? "z" : "k");
-    else if (r < 84) steps.push_back(std::string("f") + "KFFT"[kind % 4] + std::to_string(1 + random() % 14) + "." + pick(7000));
-    else if (r < 90) steps.push_back((kind < 50 ? "h" : "H") + file());
+    else if (r < 84) steps.push_back(pick((std::string("f") + "KFFT"[kind % 4]).append(std::to_string(1 + random() % 14)).append(".").c_str(), 7000));
+    else if (r < 90) steps.push_back(file(kind < 50 ? "h" : "H"));
     else if (r < 93) steps.push_back("u");
-    else if (r < 95) steps.push_back("o" + file());
-    else steps.push_back(r < 97 ? "O" : "F" + pick(2));
+    else if (r < 95) steps.push_back(file("o"));
+    else steps.push_back(r < 97 ? "O" : pick("F", 2));
   }
   return steps;
 }
