@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "monitor/pending_notices.h"
 #include "platform/binary_file.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
@@ -37,9 +36,6 @@ class Startup : public ProgramStateTest {
     startupHooks.createShortcuts = [] { events.push_back("shortcuts"); };
     startupHooks.setAutoStart = [](bool on) { events.push_back(on ? "autostart on" : "autostart off"); };
     startupHooks.currentDirectory = [] { return currentDirectory; };
-    startupHooks.showFileProblem = [](const char* text, const char* caption) {
-      events.push_back(std::string("problem: ") + text + " | " + caption);
-    };
     installHooks.markFirstRun = [] { events.push_back("mark first run"); };
   }
 
@@ -84,6 +80,11 @@ class Startup : public ProgramStateTest {
   }
 
   int owner_ = 0;  // stands for the main window
+  struct : MonitorShell {
+    void ShowFileProblem(const char* text, const char* caption) override {
+      events.push_back(std::string("problem: ") + text + " | " + caption);
+    }
+  } problems_;
 };
 
 const std::string kAlert = "alert: Your log file is missing, another one will be created | Orvalen Alert !!";
@@ -214,7 +215,7 @@ TEST_F(Startup, AnUnreadableFileIsToldOnceLeftAloneAndMergedWhenReadable) {
     SetRecordName(slot, "Run");
     EXPECT_EQ(SaveLog(LogFilePath().c_str()), path == SettingsPath()) << "nothing saved while the log cannot be read";
     SaveSettings();
-    ShowPendingNotices();
+    monitor_.ShowPendingNotices(problems_);
     const auto told = std::count_if(events.begin(), events.end(), [](const std::string& event) {
       return event.rfind("problem: ", 0) == 0 || event.rfind("alert: ", 0) == 0;
     });
@@ -250,7 +251,7 @@ TEST_F(Startup, AFailedSaveIsToldOnceUntilASaveSucceeds) {
   EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
   EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
   EXPECT_FALSE(SaveSettings());
-  ShowPendingNotices();
+  monitor_.ShowPendingNotices(problems_);
   const std::string told = "problem: Orvalen could not save " + LogFilePath() + " (";
   ASSERT_EQ(events.size(), 2u) << "once for each file";
   EXPECT_EQ(events[0].rfind(told, 0), 0u) << events[0];
@@ -259,7 +260,7 @@ TEST_F(Startup, AFailedSaveIsToldOnceUntilASaveSucceeds) {
   platformState.fileCalls.commit = fullDisk;
   EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
   platformState.fileCalls.commit = nullptr;
-  ShowPendingNotices();
+  monitor_.ShowPendingNotices(problems_);
   EXPECT_EQ(events.size(), 3u) << "a new run of failures is told again";
 }
 
