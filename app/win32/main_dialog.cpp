@@ -159,7 +159,7 @@ void OnButton(HWND dialog, WORD id) {
   switch (id) {
     case IDC_MAIN_CONFIGURE:
       ShowSettingsSheet(dialog);
-      SaveSettings();
+      (void)SaveSettings();  // a failure is told by the save; the choices stay in memory
       break;
     case IDC_MAIN_ABOUT:
       DialogBoxParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_ABOUT), dialog, AboutDialogProc, 0);

@@ -214,7 +214,7 @@ TEST_F(Startup, AnUnreadableFileIsToldOnceLeftAloneAndMergedWhenReadable) {
     SetRecordStatus(slot, InUse);
     SetRecordName(slot, "Run");
     EXPECT_EQ(SaveLog(LogFilePath().c_str()), path == SettingsPath()) << "nothing saved while the log cannot be read";
-    SaveSettings();
+    (void)SaveSettings();
     monitor_.ShowPendingNotices(problems_);
     const auto told = std::count_if(events.begin(), events.end(), [](const std::string& event) {
       return event.rfind("problem: ", 0) == 0 || event.rfind("alert: ", 0) == 0;
