@@ -93,15 +93,15 @@ enum Folder { FromProgramFolder, FromProgramFolderInCapitals, FromElsewhere, Fro
 
 struct StartRow {
   const char* what;
-  const char* marker;  // nullptr: no configuration; "": an empty file
-  uint32_t runAtStartup;
-  const Texts* log;    // nullptr: no current log
-  std::vector<std::size_t> legacySlots;
+  const char* marker = nullptr;  // nullptr: no configuration; "": an empty file
+  uint32_t runAtStartup = 1;
+  const Texts* log = nullptr;    // nullptr: no current log
+  std::vector<std::size_t> legacySlots = {};
   Folder folder;
   const Texts* events;
   Texts loaded;
-  const char* markerOnDisk;
-  std::size_t logSize;  // 0: the log as it was written
+  const char* markerOnDisk = "orvalen_v015";
+  std::size_t logSize = 0;  // 0: the log as it was written
   uint32_t previousSessionValid = 1;
 };
 
@@ -110,31 +110,36 @@ TEST_F(Startup, DecisionTable) {
   const Texts firstRun = {"welcome", "mark first run", "create folder", "copy files", "shortcuts", "autostart on",
                           "shortcuts", "autostart on"};
   const StartRow rows[] = {
-      {"first run", nullptr, 1, nullptr, {}, FromElsewhere, &firstRun, {"<blank>", "<blank>"}, "orvalen_v015", 392},
-      {"a first run cut short before the configuration was whole", "", 1, nullptr, {}, FromElsewhere, &firstRun,
-       {"<blank>", "<blank>"}, "orvalen_v015", 392},
-      {"a first run cut short before the log: no message", "orvalen_v015", 1, nullptr, {}, FromProgramFolder, &quiet,
-       {"<blank>", "<blank>"}, "orvalen_v015", 392, 0},
-      {"first run beside a current log", nullptr, 1, &two, {0}, FromProgramFolder, &firstRun,
-       {"Home ISP", "Office", "<blank>"}, "orvalen_v015", 0},
-      {"first run converts a legacy log silently", nullptr, 1, nullptr, {0, 5, 1999}, FromProgramFolder, &firstRun,
-       {"Slot 0", "Slot 5", "Slot 1999", "<blank>", "<blank>"}, "orvalen_v015", 8 + 5 * 192},
-      {"normal start from the program folder in capitals", "orvalen_v015", 1, &home, {}, FromProgramFolderInCapitals,
-       &quiet, {"Home ISP", "<blank>"}, "orvalen_v015", 0},
-      {"normal start from elsewhere reinstalls, autostart off or not", "orvalen_v015", 0, &none, {}, FromElsewhere,
-       &kReinstall, {"<blank>"}, "orvalen_v015", 0},
-      {"no current directory counts as elsewhere", "orvalen_v015", 1, &none, {}, FromNowhere, &kReinstall,
-       {"<blank>"}, "orvalen_v015", 0},
-      {"missing log: one message and a fresh log", "orvalen_v015", 1, nullptr, {}, FromProgramFolder, &alert,
-       {"<blank>", "<blank>"}, "orvalen_v015", 392},
-      {"marker in another letter case is current", "ORVALEN_V015", 1, &home, {0, 1}, FromProgramFolder, &quiet,
-       {"Home ISP", "<blank>"}, "ORVALEN_V015", 0},
-      {"upgrade converts a short legacy log", "orvalen_v012", 1, nullptr, {0, 5}, FromElsewhere, &kReinstall,
-       {"Slot 0", "Slot 5", "<blank>", "<blank>"}, "orvalen_v015", 8 + 4 * 192},
-      {"upgrade without a legacy log: the message, no reinstall", "orvalen_v012", 1, nullptr, {}, FromElsewhere,
-       &alert, {"<blank>", "<blank>"}, "orvalen_v015", 392},
-      {"damaged marker beside a current log keeps the log", "\x01garbage", 1, &home, {0}, FromProgramFolder, &quiet,
-       {"Home ISP", "<blank>"}, "orvalen_v015", 0},
+      {.what = "first run", .folder = FromElsewhere, .events = &firstRun, .loaded = {"<blank>", "<blank>"},
+       .logSize = 392},
+      {.what = "a first run cut short before the configuration was whole", .marker = "", .folder = FromElsewhere,
+       .events = &firstRun, .loaded = {"<blank>", "<blank>"}, .logSize = 392},
+      {.what = "a first run cut short before the log: no message", .marker = "orvalen_v015",
+       .folder = FromProgramFolder, .events = &quiet, .loaded = {"<blank>", "<blank>"}, .logSize = 392,
+       .previousSessionValid = 0},
+      {.what = "first run beside a current log", .log = &two, .legacySlots = {0}, .folder = FromProgramFolder,
+       .events = &firstRun, .loaded = {"Home ISP", "Office", "<blank>"}},
+      {.what = "first run converts a legacy log silently", .legacySlots = {0, 5, 1999}, .folder = FromProgramFolder,
+       .events = &firstRun, .loaded = {"Slot 0", "Slot 5", "Slot 1999", "<blank>", "<blank>"},
+       .logSize = 8 + 5 * 192},
+      {.what = "normal start from the program folder in capitals", .marker = "orvalen_v015", .log = &home,
+       .folder = FromProgramFolderInCapitals, .events = &quiet, .loaded = {"Home ISP", "<blank>"}},
+      {.what = "normal start from elsewhere reinstalls, autostart off or not", .marker = "orvalen_v015",
+       .runAtStartup = 0, .log = &none, .folder = FromElsewhere, .events = &kReinstall, .loaded = {"<blank>"}},
+      {.what = "no current directory counts as elsewhere", .marker = "orvalen_v015", .log = &none,
+       .folder = FromNowhere, .events = &kReinstall, .loaded = {"<blank>"}},
+      {.what = "missing log: one message and a fresh log", .marker = "orvalen_v015", .folder = FromProgramFolder,
+       .events = &alert, .loaded = {"<blank>", "<blank>"}, .logSize = 392},
+      {.what = "marker in another letter case is current", .marker = "ORVALEN_V015", .log = &home,
+       .legacySlots = {0, 1}, .folder = FromProgramFolder, .events = &quiet, .loaded = {"Home ISP", "<blank>"},
+       .markerOnDisk = "ORVALEN_V015"},
+      {.what = "upgrade converts a short legacy log", .marker = "orvalen_v012", .legacySlots = {0, 5},
+       .folder = FromElsewhere, .events = &kReinstall, .loaded = {"Slot 0", "Slot 5", "<blank>", "<blank>"},
+       .logSize = 8 + 4 * 192},
+      {.what = "upgrade without a legacy log: the message, no reinstall", .marker = "orvalen_v012",
+       .folder = FromElsewhere, .events = &alert, .loaded = {"<blank>", "<blank>"}, .logSize = 392},
+      {.what = "damaged marker beside a current log keeps the log", .marker = "\x01garbage", .log = &home,
+       .legacySlots = {0}, .folder = FromProgramFolder, .events = &quiet, .loaded = {"Home ISP", "<blank>"}},
   };
   for (const StartRow& row : rows) {
     SCOPED_TRACE(row.what);
