@@ -3,9 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "monitor/dial_up_probe.h"
-#include "monitor/session.h"
-#include "monitor/time_text.h"
+#include "monitor/monitor.h"
 #include "storage/accounts.h"
 #include "storage/fixed_text.h"
 #include "storage/settings.h"
@@ -46,27 +44,34 @@ std::string HoursText(float hours) {
   return Format("%.2f", static_cast<double>(hours)) + (hours > 1.0f ? " Hrs." : " Hr.");
 }
 
-void RefreshStatusText() { RefreshStatusTextWith(kCachedUsage); }
+StatusInputs StatusInputsOf(const Monitor& monitor) {
+  return {.connected = monitor.TickConnected(),
+          .connectionName = monitor.Probe().ConnectionName(),
+          .elapsedSeconds = monitor.ElapsedSeconds()};
+}
 
-void RefreshStatusTextWith(const UsageQueries& usage) {
-  const int32_t elapsed = ElapsedSeconds();
-  if (sessionState.TickConnected != 0) {
+void RefreshStatusText(const Monitor& monitor) { RefreshStatusTextWith(StatusInputsOf(monitor), kCachedUsage); }
+
+void RefreshStatusTextWith(const StatusInputs& inputs, const UsageQueries& usage) {
+  const int32_t elapsed = inputs.elapsedSeconds;
+  const char* const name = inputs.connectionName;
+  if (inputs.connected) {
     std::string kind;
     std::string detail;
-    switch (usage.accountKindOf(probeState.CurrentConnectionName)) {
+    switch (usage.accountKindOf(name)) {
       case NotChosen:
         kind = " Account info not yet configured for Orvalen's database";
         break;
       case PrePaidCard: {
         const float remaining =
-            usage.cardSecondsRemaining(probeState.CurrentConnectionName) - static_cast<float>(elapsed);
+            usage.cardSecondsRemaining(name) - static_cast<float>(elapsed);
         const float hours = remaining > 0.0f ? remaining * kHoursPerSecond : 0.0f;
         kind = "Pre-paid Internet Card ";
         detail = "Time remaining on this card : " + HoursText(hours);
         break;
       }
       case LimitedAccess: {
-        const float seconds = static_cast<float>(usage.secondsThisMonth(probeState.CurrentConnectionName) + elapsed);
+        const float seconds = static_cast<float>(usage.secondsThisMonth(name) + elapsed);
         kind = "Limited Access account";
         detail = "Time Consumed this month : " + HoursText(seconds * kHoursPerSecond);
         break;
@@ -87,9 +92,10 @@ void RefreshStatusTextWith(const UsageQueries& usage) {
 
 void ResetStatusState() { statusState = StatusState{}; }
 
-void OnMainWindowTimer(bool pollTick, bool statusShown, DialUpProbe& probe) {
-  if (pollTick) RunSessionStep(probe);
-  if (statusShown) RefreshStatusText();
+SessionChange OnMainWindowTimer(bool pollTick, bool statusShown, Monitor& monitor) {
+  const SessionChange change = pollTick ? monitor.OnPollTick() : SessionChange::kNone;
+  if (statusShown) RefreshStatusText(monitor);
+  return change;
 }
 
 std::vector<std::string> PreviousSessionLines() { return PreviousSessionLinesWith(kCachedUsage); }

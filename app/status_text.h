@@ -7,7 +7,8 @@
 
 #include "storage/usage_cache.h"
 
-class DialUpProbe;
+class Monitor;
+enum class SessionChange;
 
 constexpr std::size_t kStatusTextSize = 256;
 
@@ -22,17 +23,26 @@ void ResetStatusState();
 constexpr char kInitialStatusText[] = "\t\t   Status: \n\n        No  Active  Dial-Up  Connections...";
 constexpr char kOffLineStatusText[] = "\t\t      Status :\n\n           No  Active  Dial-Up  Connections ...";
 
-// Built on the answer of the latest poll tick (TickConnected), so it asks the
-// dial-up service nothing. Takes the account figures from the usage cache, so a
-// rebuild costs the same whatever the log's size; the With forms take them from
-// the family given.
-void RefreshStatusText();
-void RefreshStatusTextWith(const UsageQueries& usage);
+// What the status text is built on: the answer of the latest poll tick, the
+// connection it saw and the running session's length.
+struct StatusInputs {
+  bool connected = false;
+  const char* connectionName = "";
+  int32_t elapsedSeconds = 0;
+};
+StatusInputs StatusInputsOf(const Monitor& monitor);
+
+// Built on the monitor's latest poll tick, so it asks the dial-up service
+// nothing. Takes the account figures from the usage cache, so a rebuild costs the
+// same whatever the log's size; the With forms take them from the family given.
+void RefreshStatusText(const Monitor& monitor);
+void RefreshStatusTextWith(const StatusInputs& inputs, const UsageQueries& usage);
 
 // A tick of the main window's timers 2, 5 and 10: timer 2's tick (pollTick) runs
-// the session step, the one dial-up query of the tick; every tick rebuilds the
-// status text while the main status dialog exists to show it.
-void OnMainWindowTimer(bool pollTick, bool statusShown, DialUpProbe& probe);
+// the monitor's poll, the one dial-up query of the tick; every tick rebuilds the
+// status text while the main status dialog exists to show it. Returns what the
+// poll did to the session, for the shell's session timers.
+SessionChange OnMainWindowTimer(bool pollTick, bool statusShown, Monitor& monitor);
 
 // "0.50 Hr." / "1.01 Hrs.": an hour figure with its unit.
 std::string HoursText(float hours);

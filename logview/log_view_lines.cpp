@@ -282,10 +282,10 @@ std::vector<std::string> ConnectionNames(const char* firstItem) {
   return names;
 }
 
-std::string InitialConnectionFilter(bool connectedNow) {
+std::string InitialConnectionFilter(bool connectedNow, const DialUpProbe& probe) {
   if (settings.logInitialFilter != 2) return kAllConnections;
-  if (connectedNow && probeState.OnLineFlag == 1) {
-    const char* current = probeState.CurrentConnectionName;
+  if (connectedNow && probe.OnLine()) {
+    const char* current = probe.ConnectionName();
     return std::string(current, FixedTextLength(current, kConnectionNameSize));
   }
   const char* previous = settings.previousSession.connectionName;

@@ -10,6 +10,8 @@
 #include "logview/logview_state.h"
 #include "storage/session_record.h"
 
+class DialUpProbe;
+
 // The first items of the three filter boxes; they stand for "everything" and are
 // recognised whatever their letter case.
 constexpr char kAllConnections[] = "All Connections";
@@ -117,5 +119,5 @@ std::vector<std::string> ConnectionNames(const char* firstItem);
 
 // The connection the dialog opens on: "All Connections", or with logInitialFilter 2
 // the active connection (when a poll confirms it) or else the previous session's.
-// connectedNow is the answer of a fresh DialUpProbe::IsConnected().
-std::string InitialConnectionFilter(bool connectedNow);
+// connectedNow is the answer of a fresh poll of the monitor's probe, which names it.
+std::string InitialConnectionFilter(bool connectedNow, const DialUpProbe& probe);

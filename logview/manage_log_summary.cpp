@@ -14,9 +14,10 @@ namespace {
 // Seconds to hours in single precision, as every hour figure of the program.
 double Hours(float seconds) { return static_cast<double>(seconds * (1.0f / 3600.0f)); }
 
+// The deletions stay in memory either way; a failure was told by the save itself.
 void SaveLogAndSettings() {
-  SaveLog(LogFilePath().c_str());
-  SaveSettings();
+  (void)SaveLog(LogFilePath().c_str());
+  (void)SaveSettings();
 }
 
 }  // namespace

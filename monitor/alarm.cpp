@@ -2,10 +2,12 @@
 
 #include <cstdio>
 
-#include "monitor/dial_up_probe.h"
+#include "monitor/monitor.h"
+#include "monitor/monitor_shell.h"
+#include "storage/notice_queue.h"
 #include "storage/settings.h"
 
-AlarmHooks alarmHooks;
+AlarmState alarmState;
 
 namespace {
 
@@ -26,9 +28,9 @@ bool IsStoredAction(uint8_t action) {
 
 }  // namespace
 
-uint32_t AlarmPeriodMs() {
+uint32_t Monitor::AlarmPeriodMs() {
   if (settings.alarmMode == kAlarmEveryInterval) {
-    alarmState.OneShotFired = 0;
+    alarm_.OneShotFired = 0;
     return PeriodMs(settings.alarmRepeatHours, settings.alarmRepeatMinutes);
   }
   if (settings.alarmMode == kAlarmOnceAtEnd) {
@@ -39,16 +41,16 @@ uint32_t AlarmPeriodMs() {
   return kDefaultAlarmPeriodMs;
 }
 
-void OnAlarmTimer() {
-  if (probeState.OnLineFlag != 0) FireAlarm();
+void Monitor::OnAlarmTimer() {
+  if (probe_.OnLine()) FireAlarm();
 }
 
 void FormatAlarmPeriod(char* text, std::size_t size, int hours, int minutes) {
   std::snprintf(text, size, kAlarmPeriodFormat, hours, minutes);
 }
 
-void FireAlarm() {
-  if (probeState.OnLineFlag == 0 || settings.alarmOn == 0 || alarmState.OneShotFired == 1) return;
+void Monitor::FireAlarm() {
+  if (!probe_.OnLine() || settings.alarmOn == 0 || alarm_.OneShotFired == 1) return;
   const uint8_t mode = settings.alarmMode;
   if (mode != kAlarmEveryInterval && mode != kAlarmOnceAtEnd) return;
 
@@ -57,21 +59,24 @@ void FireAlarm() {
   FormatAlarmPeriod(repeating, sizeof repeating, settings.alarmRepeatHours, settings.alarmRepeatMinutes);
   FormatAlarmPeriod(once, sizeof once, settings.alarmOnceHours, settings.alarmOnceMinutes);
   if (mode == kAlarmOnceAtEnd) {
-    std::snprintf(alarmState.AlarmMessage, sizeof alarmState.AlarmMessage, kOneShotAlarmFormat, once);
+    std::snprintf(alarm_.AlarmMessage, sizeof alarm_.AlarmMessage, kOneShotAlarmFormat, once);
     // Set before the modal notice: its message loop keeps the alarm timer running.
-    alarmState.OneShotFired = 1;
+    alarm_.OneShotFired = 1;
   } else {
-    std::snprintf(alarmState.AlarmMessage, sizeof alarmState.AlarmMessage, kRepeatingAlarmFormat, repeating);
+    std::snprintf(alarm_.AlarmMessage, sizeof alarm_.AlarmMessage, kRepeatingAlarmFormat, repeating);
   }
-
-  const uint8_t action = settings.alarmAction;
-  PlayAlarmSoundIfChosen();
-  if ((action == kAlarmBoxAndSound || action == kAlarmBoxOnly) && alarmHooks.showNotice) alarmHooks.showNotice();
+  QueueNotice(NoticeKind::kAlarmReminder, alarm_.AlarmMessage);
 }
 
-void PlayAlarmSoundIfChosen() {
+void PlayAlarmSoundIfChosen(MonitorShell& shell) {
   const uint8_t action = settings.alarmAction;
-  if ((action == kAlarmSoundOnly || action == kAlarmBoxAndSound) && alarmHooks.playSound) alarmHooks.playSound();
+  if (action == kAlarmSoundOnly || action == kAlarmBoxAndSound) shell.PlayAlarmSound();
+}
+
+void ShowAlarmReminder(MonitorShell& shell, const char* text) {
+  const uint8_t action = settings.alarmAction;
+  PlayAlarmSoundIfChosen(shell);
+  if (action == kAlarmBoxAndSound || action == kAlarmBoxOnly) shell.ShowAlarmReminder(text);
 }
 
 AlarmTime ClampAlarmTime(uint32_t hours, uint32_t minutes) {
@@ -98,7 +103,4 @@ void StoreAlarmPage(uint32_t repeatHours, uint32_t repeatMinutes, uint32_t onceH
   settings.alarmOnceMinutes = once.minutes;
 }
 
-void ResetAlarmState() {
-  alarmState = AlarmState{};
-  alarmHooks = AlarmHooks{};
-}
+void ResetAlarmState() { alarmState = AlarmState{}; }

@@ -1,7 +1,8 @@
 // The alarm: while a session is open, the alarm timer reminds the user how long they
 // have been on-line, every period (repeating) or once per session (one-shot).
 // The sound, the notice window and the Alarm page belong to the window layer; this
-// is their logic, with what must be played or shown going through alarmHooks.
+// is their logic. The timer's part is the Monitor's (OnAlarmTimer, FireAlarm,
+// AlarmPeriodMs); a reminder is queued and shown through the MonitorShell.
 #pragma once
 #include <cstddef>
 #include <cstdint>
@@ -26,26 +27,13 @@ constexpr uint32_t kDefaultAlarmPeriodMs = 5u * 60u * 1000u;
 constexpr uint32_t kAlarmMaxHours = 24;
 constexpr uint32_t kAlarmMaxMinutes = 59;
 
-struct AlarmHooks {
-  void (*playSound)() = nullptr;   // kAlarmSoundPath, asynchronously
-  // Modal notice window (IDD_ALARM_NOTICE) showing AlarmMessage; returns when it closes.
-  void (*showNotice)() = nullptr;
-};
-extern AlarmHooks alarmHooks;
+class MonitorShell;
 
 // Plays the alarm's sound when the stored action has one (sound only, or box and
 // sound): the alarm's reminders and the usage warnings.
-void PlayAlarmSoundIfChosen();
-
-// Period of the alarm timer for a session opening now; kDefaultAlarmPeriodMs when none is set.
-// In repeating mode it also clears OneShotFired.
-uint32_t AlarmPeriodMs();
-
-// The alarm timer: a reminder only while on-line.
-void OnAlarmTimer();
-// One reminder when the settings and the session allow it. A stored mode that is
-// neither repeating nor one-shot has no reminder text, so it gives no reminder.
-void FireAlarm();
+void PlayAlarmSoundIfChosen(MonitorShell& shell);
+// Shows a queued reminder as the stored action says: its sound, its box or both.
+void ShowAlarmReminder(MonitorShell& shell, const char* text);
 
 // The text "%d Hr and  %d Min." of a period.
 void FormatAlarmPeriod(char* text, std::size_t size, int hours, int minutes);
@@ -67,5 +55,5 @@ void LoadAlarmPageState();
 // sheet's caller saves them).
 void StoreAlarmPage(uint32_t repeatHours, uint32_t repeatMinutes, uint32_t onceHours, uint32_t onceMinutes);
 
-// Back to the state of a freshly started process (tests, tools).
+// The page's choices back to those of a freshly started process (tests, tools).
 void ResetAlarmState();

@@ -3,8 +3,6 @@
 #include "platform/ras_service.h"
 #include "storage/fixed_text.h"
 
-ProbeState probeState;
-
 DialUpProbe::DialUpProbe()
     : connections_(), connectionCount_(0), bufferSize_(0), queriedHandle_(nullptr), status_() {}
 
@@ -24,11 +22,11 @@ bool DialUpProbe::IsConnected() {
 
   if (status_.rasconnstate == ras::kStateConnected) {
     // Entry names may be 256 characters long; the shared name keeps the first 49.
-    CopyFixedText(probeState.CurrentConnectionName, connections_[0].szEntryName);
-    probeState.OnLineFlag = 1;
-    probeState.NoConnectionSeen = 0;
+    CopyFixedText(connectionName_, connections_[0].szEntryName);
+    onLine_ = true;
+    noConnectionSeen_ = false;
     return true;
   }
-  if (status_.rasconnstate == ras::kStateDisconnected) probeState.OnLineFlag = 0;
+  if (status_.rasconnstate == ras::kStateDisconnected) onLine_ = false;
   return false;
 }

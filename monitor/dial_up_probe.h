@@ -7,15 +7,8 @@
 
 constexpr std::size_t kConnectionNameSize = 50;  // 49 characters and the NUL
 
-// Written only by the probe. The name is kept when the connection goes away.
-struct ProbeState {
-  char CurrentConnectionName[kConnectionNameSize] = "";
-  uint8_t OnLineFlag = 0;        // 1 from a connected poll until a poll sees "disconnected"
-  uint8_t NoConnectionSeen = 1;  // 1 until the first connected poll
-};
-extern ProbeState probeState;
-
 // Each user owns one; the buffers live in the probe so a poll allocates nothing.
+// What its polls saw stays in it; the session's is the Monitor's probe.
 class DialUpProbe {
  public:
   static constexpr uint32_t kConnectionSlots = 8;
@@ -26,10 +19,20 @@ class DialUpProbe {
   // True when the first connection the service lists is fully connected.
   bool IsConnected();
 
+  // The first connection's name at the latest connected poll, kept when it goes away.
+  const char* ConnectionName() const { return connectionName_; }
+  // From a connected poll until a poll sees "disconnected".
+  bool OnLine() const { return onLine_; }
+  // Until the first connected poll.
+  bool NoConnectionSeen() const { return noConnectionSeen_; }
+
  private:
   ras::Connection95 connections_[kConnectionSlots];
   uint32_t connectionCount_;
   uint32_t bufferSize_;
   ras::ConnectionHandle queriedHandle_;
   ras::ConnectionStatus95 status_;
+  char connectionName_[kConnectionNameSize] = "";
+  bool onLine_ = false;
+  bool noConnectionSeen_ = true;
 };

@@ -1,7 +1,6 @@
-// The monitor's whole state back to a fresh start in one call: the session, the
-// probe and its texts, the alarm, the question about connections without an
-// account, and the session's hooks. ResetSessionState() alone is a new process's
-// start for the session (its hooks stay, as the window that set them does).
+// What the monitor keeps outside its Monitor objects back to a fresh start in one
+// call: the Alarm page's choices and the question about connections without an
+// account. A Monitor starts fresh by being made anew.
 #pragma once
 
 void ResetMonitorState();

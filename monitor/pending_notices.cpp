@@ -1,31 +1,33 @@
-#include "monitor/pending_notices.h"
+#include "monitor/monitor.h"
 
-#include "monitor/session.h"
+#include "monitor/alarm.h"
+#include "monitor/monitor_shell.h"
 #include "storage/notice_queue.h"
 #include "storage/startup_hooks.h"
 
-namespace {
-
-bool showing = false;  // a box of ours is open: its own loop's ticks show nothing
-
-}  // namespace
-
-void ShowPendingNotices() {
-  if (showing) return;
-  showing = true;
+void Monitor::ShowPendingNotices(MonitorShell& shell) {
+  if (showing_) return;
+  showing_ = true;
   Notice notice;
   while (TakeNotice(&notice)) {
     switch (notice.kind) {
       case NoticeKind::kFileProblem:
-        if (startupHooks.showFileProblem) startupHooks.showFileProblem(notice.text.c_str(), kFileProblemCaption);
+        shell.ShowFileProblem(notice.text.c_str(), kFileProblemCaption);
         break;
       case NoticeKind::kOutOfSpace:
-        if (sessionHooks.reportOutOfSpace) sessionHooks.reportOutOfSpace();
+        shell.ShowOutOfSpace();
         break;
       case NoticeKind::kAccountCheck:
-        if (sessionHooks.checkUnconfiguredConnections) sessionHooks.checkUnconfiguredConnections();
+        shell.CheckAccounts();
+        break;
+      case NoticeKind::kAlarmReminder:
+        ShowAlarmReminder(shell, notice.text.c_str());
+        break;
+      case NoticeKind::kUsageWarning:
+        PlayAlarmSoundIfChosen(shell);
+        shell.ShowUsageWarning(notice.text.c_str());
         break;
     }
   }
-  showing = false;
+  showing_ = false;
 }

@@ -1,14 +1,11 @@
-#include "monitor/session.h"
+#include "monitor/monitor.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
 
-#include "monitor/alarm_state.h"
-#include "monitor/dial_up_probe.h"
 #include "monitor/session_settings.h"
 #include "platform/system_clock.h"
-#include "monitor/time_text.h"
 #include "storage/billing_period.h"
 #include "storage/fixed_text.h"
 #include "storage/notice_queue.h"
@@ -17,48 +14,11 @@
 #include "storage/settings.h"
 #include "storage/startup.h"
 
-SessionState sessionState;
-SessionHooks sessionHooks;
-
 namespace {
 
 // The tick counter in seconds restarts from 0 after 2^32 ms (about 49.7 days of
 // uptime); a session open across that moment still gets its true length.
 constexpr uint32_t kTickWrapSeconds = 0xFFFFFFFFu / 1000u;
-
-bool lastLogSaved = false;  // the result of the last session's log save
-
-void CallHook(void (*hook)()) {
-  if (hook) hook();
-}
-
-// Shared tail of recording a session: the duration, log-on and name parts that a
-// finished and an interrupted session write alike.
-void StoreDurationAndLogOn(uint32_t slot, int32_t duration, uint32_t hour, uint32_t minute,
-                           uint32_t second) {
-  SetRecordDuration(slot, duration);
-  SetRecordLogOn(slot, hour, minute, second);
-  settings.previousSession.durationSeconds = static_cast<uint32_t>(duration);
-  FormatElapsed(duration);
-  CopyFixedText(sessionTexts.LastDurationText, sessionTexts.ElapsedText);
-  SetPreviousSessionLogOn(hour, minute, second);
-}
-
-// False when the log could not be saved: the session then stays in memory, and
-// the configuration keeps it as an open session's checkpoint, so a kill before a
-// later save succeeds still finds it at the next start.
-bool StoreNameAndSave(uint32_t slot, const char* name) {
-  SetRecordName(slot, name);
-  SetPreviousSessionName(name);
-  sessionState.LastSessionChanged = 1;
-  settings.previousSessionValid = 1;
-  sessionState.SessionConnectionName[0] = '\0';
-  const bool logged = lastLogSaved = SaveLog(LogFilePath().c_str());
-  if (!logged) settings.sessionOpenMarker = kSessionOpen;
-  SaveSettings();
-  sessionState.LastSessionChanged = 1;
-  return logged;
-}
 
 int64_t CheckpointDay() {
   return DayNumber(CalendarDate{settings.checkpointYear, settings.checkpointMonth, settings.checkpointDay});
@@ -104,112 +64,154 @@ int32_t PlausibleElapsed() {
   return elapsed <= std::max<int64_t>(since, 0) + 86400 ? static_cast<int32_t>(elapsed) : -1;
 }
 
-// The one way a session closes: the flags, timers and one-shot alarm first, then
-// the record (EndSession clears the marker). False when the log had no room.
-bool CloseSession() {
-  sessionState.SessionClosed = 1;
-  sessionState.SessionOpen = 0;
-  CallHook(sessionHooks.stopSessionTimers);
-  alarmState.OneShotFired = 0;
+}  // namespace
+
+// Nothing here opens a box (notices wait in their queue), so no tick runs until
+// this one has opened or closed its session whole.
+SessionChange Monitor::OnPollTick() {
+  const bool connected = probe_.IsConnected();
+  session_.TickConnected = connected ? 1 : 0;
+  if (connected && session_.SessionOpen == 0) {
+    session_.SessionClosed = 0;
+    session_.SessionOpen = 1;
+    StartSession();
+    settings.sessionOpenMarker = kSessionOpen;
+    // The file now holds the marker and the first checkpoint. A failed save was
+    // told by the save; the session goes on in memory and the next save retries.
+    (void)SaveSettings();
+    return SessionChange::kOpened;
+  }
+  if (connected || session_.SessionClosed != 0) return SessionChange::kNone;
+  if (CloseSession() == RecordOutcome::kNoRoom) QueueNotice(NoticeKind::kOutOfSpace);
+  return SessionChange::kClosed;
+}
+
+SessionChange Monitor::Shutdown(ShutdownMode mode) {
+  SessionChange change = SessionChange::kNone;
+  if (session_.SessionOpen != 0) {
+    change = SessionChange::kClosed;
+    // Out of space or a failed save keeps the marker: the next start records it.
+    if (CloseSession() == RecordOutcome::kNoRoom) QueueNotice(NoticeKind::kOutOfSpace);
+  }
+  if (mode == ShutdownMode::kQuiet) ClearNotices();
+  return change;
+}
+
+// The one way a session closes: the flags and one-shot alarm first, then the
+// record (EndSession clears the marker).
+RecordOutcome Monitor::CloseSession() {
+  session_.SessionClosed = 1;
+  session_.SessionOpen = 0;
+  alarm_.OneShotFired = 0;
   return EndSession();
 }
 
-}  // namespace
-
-void RunSessionStep(DialUpProbe& probe) {
-  const bool connected = probe.IsConnected();
-  sessionState.TickConnected = connected ? 1 : 0;
-  // Nothing here opens a box (notices wait in their queue), so no tick runs
-  // until this one has opened or closed its session whole.
-  if (connected && sessionState.SessionOpen == 0) {
-    sessionState.SessionClosed = 0;
-    sessionState.SessionOpen = 1;
-    StartSession();
-    settings.sessionOpenMarker = kSessionOpen;
-    SaveSettings();  // the file now holds the marker and the first checkpoint
-    CallHook(sessionHooks.startSessionTimers);
-  }
-  if (!connected && sessionState.SessionClosed == 0 && !CloseSession()) QueueNotice(NoticeKind::kOutOfSpace);
+// Shared tail of recording a session: the duration, log-on and name parts that a
+// finished and an interrupted session write alike.
+void Monitor::StoreDurationAndLogOn(uint32_t slot, int32_t duration, uint32_t hour, uint32_t minute,
+                                    uint32_t second) {
+  SetRecordDuration(slot, duration);
+  SetRecordLogOn(slot, hour, minute, second);
+  settings.previousSession.durationSeconds = static_cast<uint32_t>(duration);
+  FormatElapsed(texts_.ElapsedText, duration);
+  CopyFixedText(texts_.LastDurationText, texts_.ElapsedText);
+  SetPreviousSessionLogOn(hour, minute, second);
 }
 
-void RecordSessionAtShutdown() {
-  if (sessionState.SessionOpen != 0) CloseSession();
-  ClearNotices();
+// kLogNotSaved when the log could not be saved: the session then stays in memory,
+// and the configuration keeps it as an open session's checkpoint, so a kill
+// before a later save succeeds still finds it at the next start.
+RecordOutcome Monitor::StoreNameAndSave(uint32_t slot, const char* name) {
+  SetRecordName(slot, name);
+  SetPreviousSessionName(name);
+  session_.LastSessionChanged = 1;
+  settings.previousSessionValid = 1;
+  session_.SessionConnectionName[0] = '\0';
+  const bool logged = SaveLog(LogFilePath().c_str());
+  if (!logged) settings.sessionOpenMarker = kSessionOpen;
+  // A failed save was told by the save itself; the marker it keeps (or the one
+  // already on disk) makes the next start record the session.
+  (void)SaveSettings();
+  session_.LastSessionChanged = 1;
+  return logged ? RecordOutcome::kSaved : RecordOutcome::kLogNotSaved;
 }
 
-void StartSession() {
+void Monitor::StartSession() {
   const LocalTime now = ReadLocalTime();
-  sessionState.SessionStartSeconds = ReadTickCount() / 1000u;
+  session_.SessionStartSeconds = ReadTickCount() / 1000u;
   NoteLogOnTime(now.hour, now.minute, now.second);
-  CopyFixedText(sessionState.SessionConnectionName, probeState.CurrentConnectionName);
-  SetCheckpointStart(probeState.CurrentConnectionName, now.hour, now.minute, now.second, now.dayOfWeek, now.day,
+  CopyFixedText(session_.SessionConnectionName, probe_.ConnectionName());
+  SetCheckpointStart(probe_.ConnectionName(), now.hour, now.minute, now.second, now.dayOfWeek, now.day,
                      now.month, now.year);
   // The first checkpoint is the log-on moment itself, with nothing elapsed.
-  SetCheckpointTime(probeState.CurrentConnectionName, now.hour, now.minute, now.second, 0);
+  SetCheckpointTime(probe_.ConnectionName(), now.hour, now.minute, now.second, 0);
 }
 
-int32_t ElapsedSeconds() {
+int32_t Monitor::ElapsedSeconds() const {
   const uint32_t nowSeconds = ReadTickCount() / 1000u;
-  const uint32_t start = sessionState.SessionStartSeconds;
+  const uint32_t start = session_.SessionStartSeconds;
   if (nowSeconds >= start) return static_cast<int32_t>(nowSeconds - start);
   return static_cast<int32_t>(nowSeconds + kTickWrapSeconds - start);
 }
 
-bool EndSession() {
+RecordOutcome Monitor::EndSession() {
   const int32_t elapsed = ElapsedSeconds();
   const LocalTime logOff = ReadLocalTime();
-  sessionState.LogOffHour = logOff.hour;
-  sessionState.LogOffMinute = logOff.minute;
-  sessionState.LogOffSecond = logOff.second;
+  session_.LogOffHour = logOff.hour;
+  session_.LogOffMinute = logOff.minute;
+  session_.LogOffSecond = logOff.second;
   settings.sessionOpenMarker = kNoSessionOpen;
 
   const uint32_t slot = FindFreeSlot();
-  if (slot == kNoSlot) return false;
+  if (slot == kNoSlot) return RecordOutcome::kNoRoom;
   SetRecordStatus(slot, InUse);
-  StoreDurationAndLogOn(slot, elapsed, sessionState.LogOnHour, sessionState.LogOnMinute, sessionState.LogOnSecond);
+  StoreDurationAndLogOn(slot, elapsed, session_.LogOnHour, session_.LogOnMinute, session_.LogOnSecond);
 
   // The record carries the date on which the session ended.
   const LocalTime now = ReadLocalTime();
   SetRecordDate(slot, now.dayOfWeek, now.month, now.day, now.year);
   SetPreviousSessionDate(now.dayOfWeek, now.month, now.day, now.year);
-  SetRecordLogOff(slot, sessionState.LogOffHour, sessionState.LogOffMinute, sessionState.LogOffSecond);
+  SetRecordLogOff(slot, session_.LogOffHour, session_.LogOffMinute, session_.LogOffSecond);
   SetPreviousSessionLogOff(now.hour, now.minute, now.second);
 
   // Its own name, not the slot's: a save that read a held log again moves the
   // run's records to other slots.
-  char name[sizeof sessionState.SessionConnectionName];
-  CopyFixedText(name, sessionState.SessionConnectionName);
-  if (!StoreNameAndSave(slot, name)) {
+  char name[sizeof session_.SessionConnectionName];
+  CopyFixedText(name, session_.SessionConnectionName);
+  const RecordOutcome outcome = StoreNameAndSave(slot, name);
+  if (outcome == RecordOutcome::kLogNotSaved) {
     // The log did not save: the checkpoint takes the whole session, which a start
-    // after a kill then records.
-    SetCheckpointTime(name, sessionState.LogOffHour, sessionState.LogOffMinute,
-                      sessionState.LogOffSecond, static_cast<uint32_t>(elapsed));
-    SaveSettings();
+    // after a kill then records. Should this save fail too, the checkpoint on disk
+    // still holds the session up to its last three minutes.
+    SetCheckpointTime(name, session_.LogOffHour, session_.LogOffMinute,
+                      session_.LogOffSecond, static_cast<uint32_t>(elapsed));
+    (void)SaveSettings();
   }
   QueueNotice(NoticeKind::kAccountCheck);
-  return true;
+  return outcome;
 }
 
-void CheckpointSession() {
+void Monitor::CheckpointSession() {
   const int32_t elapsed = ElapsedSeconds();
   const LocalTime now = ReadLocalTime();
-  SetCheckpointTime(sessionState.SessionConnectionName, now.hour, now.minute, now.second,
+  SetCheckpointTime(session_.SessionConnectionName, now.hour, now.minute, now.second,
                     static_cast<uint32_t>(elapsed));
   // The previous-session date, end and name follow the open session; its log-on
   // time and duration stay those of the session recorded before.
   SetPreviousSessionDate(now.dayOfWeek, now.month, now.day, now.year);
   SetPreviousSessionLogOff(now.hour, now.minute, now.second);
-  SetPreviousSessionName(sessionState.SessionConnectionName);
+  SetPreviousSessionName(session_.SessionConnectionName);
   settings.previousSessionValid = 1;
-  SaveSettings();
-  sessionState.LastSessionChanged = 1;
+  // A failed save was told by the save; the next checkpoint tries again.
+  (void)SaveSettings();
+  session_.LastSessionChanged = 1;
 }
 
-void OnCheckpointTimer() {
-  if (probeState.OnLineFlag != 0) CheckpointSession();
+void Monitor::OnCheckpointTimer() {
+  if (probe_.OnLine()) CheckpointSession();
 }
 
-void RecoverInterruptedSession() {
+void Monitor::RecoverInterruptedSession() {
   if (settings.sessionOpenMarker != kSessionOpen) return;
   // The stored name may be unterminated in a damaged file: copy the field alone.
   char name[kCheckpointNameSize + 1] = {};
@@ -225,52 +227,51 @@ void RecoverInterruptedSession() {
       elapsed = static_cast<int32_t>((span + 86400) % 86400);
       TellDamagedCheckpoint(name);
     }
-    done = RecordInterruptedSession(name, settings.checkpointLogOn.hour, settings.checkpointLogOn.minute,
-                                    settings.checkpointLogOn.second, settings.checkpointTime.hour,
-                                    settings.checkpointTime.minute, settings.checkpointTime.second, elapsed,
-                                    settings.checkpointDayOfWeek, settings.checkpointMonth,
-                                    settings.checkpointDay, settings.checkpointYear) &&
-           lastLogSaved;
+    done = RecordInterruptedSession({.name = name,
+                                     .logOn = settings.checkpointLogOn,
+                                     .logOff = settings.checkpointTime,
+                                     .duration = elapsed,
+                                     .dayOfWeek = settings.checkpointDayOfWeek,
+                                     .month = settings.checkpointMonth,
+                                     .day = settings.checkpointDay,
+                                     .year = settings.checkpointYear}) == RecordOutcome::kSaved;
   }
   if (done) {
     settings.sessionOpenMarker = kNoSessionOpen;
-    SaveSettings();
+    // Told by the save when it fails; the marker left on disk then brings the
+    // recovery again, and IsCheckpointRecorded keeps it from counting twice.
+    (void)SaveSettings();
   }
 }
 
-bool RecordInterruptedSession(const char* name, uint32_t logOnHour, uint32_t logOnMinute,
-                              uint32_t logOnSecond, uint32_t logOffHour, uint32_t logOffMinute,
-                              uint32_t logOffSecond, int32_t duration, uint32_t dayOfWeek,
-                              uint32_t month, uint32_t day, uint32_t year) {
+RecordOutcome Monitor::RecordInterruptedSession(const InterruptedSession& s) {
   const uint32_t slot = FindFreeSlot();
-  if (slot == kNoSlot) return false;
+  if (slot == kNoSlot) return RecordOutcome::kNoRoom;
   SetRecordStatus(slot, InUse);
-  StoreDurationAndLogOn(slot, duration, logOnHour, logOnMinute, logOnSecond);
+  StoreDurationAndLogOn(slot, s.duration, s.logOn.hour, s.logOn.minute, s.logOn.second);
   // Recorded at start-up, the session carries the date on which it began and ends
   // at its latest checkpoint.
-  SetRecordDate(slot, dayOfWeek, month, day, year);
-  SetPreviousSessionDate(dayOfWeek, month, day, year);
-  SetRecordLogOff(slot, logOffHour, logOffMinute, logOffSecond);
-  SetPreviousSessionLogOff(logOffHour, logOffMinute, logOffSecond);
-  StoreNameAndSave(slot, name);
-  return true;
+  SetRecordDate(slot, s.dayOfWeek, s.month, s.day, s.year);
+  SetPreviousSessionDate(s.dayOfWeek, s.month, s.day, s.year);
+  SetRecordLogOff(slot, s.logOff.hour, s.logOff.minute, s.logOff.second);
+  SetPreviousSessionLogOff(s.logOff.hour, s.logOff.minute, s.logOff.second);
+  return StoreNameAndSave(slot, s.name);
 }
 
-void ResetSessionState() {
-  sessionState = SessionState{};
-  probeState = ProbeState{};
-  sessionTexts = SessionTexts{};
-  alarmState.OneShotFired = 0;
+void Monitor::NoteLogOnTime(uint32_t hour, uint32_t minute, uint32_t second) {
+  CopyFixedText(texts_.LogOnText, ClockText());
+  session_.LogOnHour = hour;
+  session_.LogOnMinute = minute;
+  session_.LogOnSecond = second;
 }
 
-void NoteLogOnTime(uint32_t hour, uint32_t minute, uint32_t second) {
-  CopyFixedText(sessionTexts.LogOnText, ClockText());
-  sessionState.LogOnHour = hour;
-  sessionState.LogOnMinute = minute;
-  sessionState.LogOnSecond = second;
+const char* Monitor::ElapsedText() {
+  FormatElapsed(texts_.ElapsedText, ElapsedSeconds());
+  return texts_.ElapsedText;
 }
 
-const char* GetElapsedText() {
-  FormatElapsed(ElapsedSeconds());
-  return sessionTexts.ElapsedText;
+const char* Monitor::ClockText() {
+  const LocalTime now = ReadLocalTime();
+  FormatClock(texts_.ClockTextBuffer, now.hour, now.minute, now.second);
+  return texts_.ClockTextBuffer;
 }

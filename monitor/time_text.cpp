@@ -2,11 +2,8 @@
 
 #include <cstdio>
 
-#include "platform/system_clock.h"
 #include "storage/fixed_text.h"
 #include "storage/settings.h"
-
-SessionTexts sessionTexts;
 
 namespace {
 
@@ -34,12 +31,6 @@ void FormatClock(char* out, std::size_t outSize, uint32_t hour, uint32_t minute,
                 static_cast<int>(minute), static_cast<int>(second), suffix);
 }
 
-const char* ClockText() {
-  const LocalTime now = ReadLocalTime();
-  FormatClock(sessionTexts.ClockTextBuffer, now.hour, now.minute, now.second);
-  return sessionTexts.ClockTextBuffer;
-}
-
 void FormatDate(char* out, std::size_t outSize, uint32_t dayOfWeek, uint32_t month, uint32_t day,
                 uint32_t year) {
   // Damaged values outside the tables leave their part out.
@@ -61,16 +52,12 @@ void FormatDuration(char* out, std::size_t outSize, int32_t hours, int32_t minut
                 static_cast<int>(minutes), static_cast<int>(seconds));
 }
 
-void FormatElapsed(int32_t seconds) {
+void FormatElapsed(char (&out)[kElapsedTextSize], int32_t seconds) {
   int32_t hours = 0, minutes = 0, secs = 0;
   SplitSeconds(seconds, &hours, &minutes, &secs);
   // The longest text a 32-bit count gives is 29 characters, but the compiler cannot
   // see that through the split, so build it in a roomy buffer first.
   char text[64];
   FormatDuration(text, hours, minutes, secs);
-  CopyFixedText(sessionTexts.ElapsedText, text);
+  CopyFixedText(out, text);
 }
-
-const char* GetLastDurationText() { return sessionTexts.LastDurationText; }
-
-const char* GetLogOnText() { return sessionTexts.LogOnText; }

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "monitor/monitor_shell.h"
 #include "storage/accounts.h"
 #include "storage/fixed_text.h"
 #include "storage/session_log.h"
@@ -9,7 +10,6 @@
 #include "storage/startup.h"
 
 UnconfiguredState unconfiguredState;
-UnconfiguredHooks unconfiguredHooks;
 
 namespace {
 
@@ -32,19 +32,19 @@ void AddLogConnectionsToAccounts() {
   }
 }
 
-bool AskToConfigure(const char* name) {
+bool AskToConfigure(MonitorShell& shell, const char* name) {
   CopyFixedText(unconfiguredState.ConnectionToConfigure, name);
   char text[kConfigureNoticeSize];
   BuildConfigureNotice(text, unconfiguredState.ConnectionToConfigure);
-  if (unconfiguredHooks.showConfigureNotice) unconfiguredHooks.showConfigureNotice(text, kConfigureNoticeCaption);
+  shell.ShowConfigureNotice(text, kConfigureNoticeCaption);
   unconfiguredState.OpenedFromNotice = 1;
-  const intptr_t result = unconfiguredHooks.runAccountDialog ? unconfiguredHooks.runAccountDialog() : 0;
+  const intptr_t result = shell.RunAccountDialog();
   if (result == 0) return false;
   unconfiguredState.ConnectionToConfigure[0] = '\0';
   return true;
 }
 
-bool CheckUnconfiguredConnections() {
+bool CheckUnconfiguredConnections(MonitorShell& shell) {
   AddLogConnectionsToAccounts();
   // While the configuration cannot be read its accounts are unknown: asking about
   // every connection would only confuse.
@@ -58,9 +58,7 @@ bool CheckUnconfiguredConnections() {
       if (length == 0 || length == kAccountNameSize || account.configured == 1) continue;
       char name[kAccountNameSize];
       CopyFixedText(name, account.connectionName);
-      if (!AskToConfigure(name) && unconfiguredHooks.showNotSetUp) {
-        unconfiguredHooks.showNotSetUp(kNotSetUpText, kNotSetUpCaption);
-      }
+      if (!AskToConfigure(shell, name)) shell.ShowNotSetUp(kNotSetUpText, kNotSetUpCaption);
     }
     CheckRunning = false;
   }
@@ -69,6 +67,5 @@ bool CheckUnconfiguredConnections() {
 
 void ResetUnconfiguredState() {
   unconfiguredState = UnconfiguredState{};
-  unconfiguredHooks = UnconfiguredHooks{};
   CheckRunning = false;
 }

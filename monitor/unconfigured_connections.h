@@ -1,12 +1,14 @@
 // Makes sure every connection in the log has an account entry, and asks the user
 // to set up each entry that has not been set up yet. Runs at start and after each
 // recorded session. The message boxes and the account dialog (IDD_ACCOUNTS) belong
-// to the window layer and are reached through unconfiguredHooks.
+// to the window layer and are reached through the MonitorShell.
 #pragma once
 #include <cstddef>
 #include <cstdint>
 
 #include "storage/account_record.h"
+
+class MonitorShell;
 
 constexpr std::size_t kConnectionToConfigureSize = kAccountNameSize;  // 31 characters and the NUL
 constexpr std::size_t kConfigureNoticeSize = 200;
@@ -28,16 +30,6 @@ struct UnconfiguredState {
 };
 extern UnconfiguredState unconfiguredState;
 
-struct UnconfiguredHooks {
-  // Message box owned by the main window, exclamation icon, OK only.
-  void (*showConfigureNotice)(const char* text, const char* caption) = nullptr;
-  // Message box with no owner, OK only.
-  void (*showNotSetUp)(const char* text, const char* caption) = nullptr;
-  // IDD_ACCOUNTS, modal, owned by the main window; its result (non-zero: saved).
-  intptr_t (*runAccountDialog)() = nullptr;
-};
-extern UnconfiguredHooks unconfiguredHooks;
-
 // The notice text for a connection, cut to the buffer.
 void BuildConfigureNotice(char (&text)[kConfigureNoticeSize], const char* name);
 
@@ -46,11 +38,11 @@ void BuildConfigureNotice(char (&text)[kConfigureNoticeSize], const char* name);
 void AddLogConnectionsToAccounts();
 
 // Notice, then the account dialog for name; true when the dialog saved the account.
-bool AskToConfigure(const char* name);
+bool AskToConfigure(MonitorShell& shell, const char* name);
 
 // Adds the log's names, asks about each named entry not yet set up (in index
 // order), and returns the result of saving the settings.
-bool CheckUnconfiguredConnections();
+bool CheckUnconfiguredConnections(MonitorShell& shell);
 
 // Back to the state of a freshly started process (tests, tools).
 void ResetUnconfiguredState();

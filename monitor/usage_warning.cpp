@@ -4,13 +4,12 @@
 #include <cstring>
 
 #include "monitor/alarm.h"
-#include "monitor/session.h"
+#include "monitor/monitor.h"
 #include "storage/accounts.h"
 #include "storage/fixed_text.h"
+#include "storage/notice_queue.h"
 #include "storage/settings.h"
 #include "storage/usage_cache.h"
-
-UsageWarningHooks usageWarningHooks;
 
 namespace {
 
@@ -143,19 +142,16 @@ UsageWarningKind TakeDueWarning(const char* name, const LocalTime& now, int32_t 
   return kind;
 }
 
-void OnUsageWarningTimer() {
-  static bool showing = false;  // the notice's own message loop runs this timer too
-  if (showing || sessionState.SessionOpen == 0) return;
+void Monitor::OnUsageWarningTimer() {
+  if (session_.SessionOpen == 0) return;
   std::string text;
-  if (TakeDueWarning(sessionState.SessionConnectionName, ReadLocalTime(), ElapsedSeconds(), text) ==
+  if (TakeDueWarning(session_.SessionConnectionName, ReadLocalTime(), ElapsedSeconds(), text) ==
       UsageWarningKind::None) {
     return;
   }
-  SaveSettings();  // the mark first: a kill while the notice is up brings it no second time
-  PlayAlarmSoundIfChosen();
-  if (usageWarningHooks.showNotice) {
-    showing = true;
-    usageWarningHooks.showNotice(text.c_str());
-    showing = false;
-  }
+  // The mark first: a kill while the notice is up brings it no second time. A
+  // failed save was told by the save; the mark in memory still keeps this run
+  // from warning twice.
+  (void)SaveSettings();
+  QueueNotice(NoticeKind::kUsageWarning, text);
 }

@@ -19,12 +19,6 @@ constexpr char kUsageWarningCaption[] = "Orvalen Usage Warning";
 
 enum class UsageWarningKind { None, Share, Full, Cost };
 
-// The sound is the alarm's (alarmHooks.playSound).
-struct UsageWarningHooks {
-  void (*showNotice)(const char* text) = nullptr;  // the alarm notice's window; returns when it closes
-};
-extern UsageWarningHooks usageWarningHooks;
-
 // The figures by the end of the period at the rate of its days so far (today
 // counted whole): seconds used scaled to the period's length.
 int64_t ProjectedSeconds(int64_t usedSeconds, const BillingPeriod& period, const CalendarDate& today);
@@ -38,7 +32,7 @@ bool CardRunOutDate(int64_t remainingSeconds, int64_t usedThisPeriod, const Bill
 // At most one a call; a full card or plan marks its share's warning too.
 UsageWarningKind TakeDueWarning(const char* name, const LocalTime& now, int32_t runningSeconds, std::string& text);
 
-// The check timer's work while a session is open: a due warning is marked, the
-// settings saved, then the sound played (when the alarm's action has sound) and
-// the notice shown. Never inside a session step or a save; one notice at a time.
-void OnUsageWarningTimer();
+// The check timer's work (Monitor::OnUsageWarningTimer) while a session is open:
+// a due warning is marked, the settings saved and the warning queued; once the
+// step has returned, the sound is played (when the alarm's action has sound) and
+// the notice shown, one at a time.

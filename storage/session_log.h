@@ -45,7 +45,7 @@ void NoteLogChanged();
 // header count that says fewer.
 bool LoadLog(const char* path);
 // Refused (false, nothing written) while the log is held; see FileHeld.
-bool SaveLog(const char* path);
+[[nodiscard]] bool SaveLog(const char* path);
 // After the log's file (path; an older release's when legacy) could not be read:
 // tells the user, holds the log and starts a fresh one in memory for the sessions
 // of this run. The first save that can read the file keeps both.

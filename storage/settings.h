@@ -121,8 +121,9 @@ const char* SettingsPath();
 
 void ApplyDefaultSettings();
 bool LoadSettings(const char* path);
-bool SaveSettingsTo(const char* path);
-bool SaveSettings();
+// A failure is told once by the save itself (NoteSaveResult); the caller decides the rest.
+[[nodiscard]] bool SaveSettingsTo(const char* path);
+[[nodiscard]] bool SaveSettings();
 
 // First run: checks that the file can be created, applies the defaults, installs
 // the program and writes the block; the file appears only once written whole.

@@ -151,7 +151,9 @@ bool InitialiseStorage(void* owner) {
     CallSetAutoStart(true);
   }
 
-  SaveSettingsTo(path.c_str());
+  // The start goes on without it: a failure was told by the save, and the next
+  // save writes the same block.
+  (void)SaveSettingsTo(path.c_str());
   return true;
 }
 

@@ -13,11 +13,10 @@ struct StartupHooks {
   void (*createShortcuts)() = nullptr;
   void (*setAutoStart)(bool on) = nullptr;
   std::string (*currentDirectory)() = nullptr;
-  // What went wrong with one of the program's files: a plain message box without
-  // an owner, caption kFileProblemCaption.
-  void (*showFileProblem)(const char* text, const char* caption) = nullptr;
 };
 
+// The caption of a file problem's box, which the monitor's shell shows
+// (MonitorShell::ShowFileProblem) from the notice queue.
 constexpr char kFileProblemCaption[] = "Orvalen Notification";
 
 // The system's actions on Windows (all but the Welcome dialog, which the window

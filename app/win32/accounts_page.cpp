@@ -209,7 +209,7 @@ void OnStandAloneButton(HWND page, PageState& state, int id) {
     case IDC_ACCOUNTS_APPLY:
       // An entry that is gone meanwhile cannot be saved: the dialog stays for Cancel.
       if (StoreChosenEntry(page, state) == Stored::NoEntry) break;
-      SaveSettings();
+      (void)SaveSettings();  // a failure is told by the save; the account stays in memory
       if (id == IDC_ACCOUNTS_OK) {
         EndDialog(page, 1);
       }

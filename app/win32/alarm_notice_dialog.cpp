@@ -10,6 +10,12 @@ namespace {
 
 constexpr UINT_PTR kCloseTimer = 1;
 
+// What the window shows, passed as its creation parameter.
+struct NoticeText {
+  const char* text;
+  bool usageWarning;  // captioned as a usage warning
+};
+
 INT_PTR Close(HWND dialog, INT_PTR result) {
   KillTimer(dialog, kCloseTimer);
   EndDialog(dialog, result);
@@ -21,12 +27,8 @@ INT_PTR Close(HWND dialog, INT_PTR result) {
 INT_PTR CALLBACK AlarmNoticeProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_INITDIALOG:
-      if (lParam != 0) {  // a usage warning in the alarm notice's window
-        SetWindowTextA(dialog, kUsageWarningCaption);
-        SetDlgItemTextA(dialog, IDC_NOTICE_MESSAGE, reinterpret_cast<const char*>(lParam));
-      } else {
-        SetDlgItemTextA(dialog, IDC_NOTICE_MESSAGE, alarmState.AlarmMessage);
-      }
+      if (reinterpret_cast<const NoticeText*>(lParam)->usageWarning) SetWindowTextA(dialog, kUsageWarningCaption);
+      SetDlgItemTextA(dialog, IDC_NOTICE_MESSAGE, reinterpret_cast<const NoticeText*>(lParam)->text);
       SetTimer(dialog, kCloseTimer, kAlarmNoticeLifetimeMs, nullptr);
       return TRUE;
     case WM_COMMAND:
@@ -46,10 +48,13 @@ INT_PTR CALLBACK AlarmNoticeProc(HWND dialog, UINT message, WPARAM wParam, LPARA
 }
 
 void ShowUsageWarningNotice(const char* text) {
+  const NoticeText notice{text, true};
   DialogBoxParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_ALARM_NOTICE), nullptr, AlarmNoticeProc,
-                  reinterpret_cast<LPARAM>(text));
+                  reinterpret_cast<LPARAM>(&notice));
 }
 
-void ShowAlarmNotice() {
-  DialogBoxParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_ALARM_NOTICE), nullptr, AlarmNoticeProc, 0);
+void ShowAlarmNotice(const char* text) {
+  const NoticeText notice{text, false};
+  DialogBoxParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_ALARM_NOTICE), nullptr, AlarmNoticeProc,
+                  reinterpret_cast<LPARAM>(&notice));
 }

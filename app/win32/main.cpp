@@ -11,6 +11,7 @@
 #include "app/win32/win_exception.h"
 #include "app/win32/window_class.h"
 #include "app/win32/window_creator.h"
+#include "monitor/monitor.h"
 #include "resources/resource_ids.h"
 
 namespace {
@@ -85,6 +86,8 @@ int Run(HINSTANCE instance) {
   if (!TakeTheOneInstance()) return 0;
   windowClass.Register();
   Win::WindowCreator creator(instance, windowClass.GetName());
+  Monitor monitor;  // the one monitor: the main window drives it, and it outlives the message loop
+  creator.SetCreationData(&monitor);
   creator.SetPosition(350, 290, 135, 100);
   // The splash is a tool window, which Windows keeps off the taskbar; Wine's
   // taskbar gives every visible unowned window a blank button all the same. An

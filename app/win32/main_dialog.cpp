@@ -13,10 +13,8 @@
 #include "app/status_text.h"
 #include "app/win32/tray_icon.h"
 #include "logview/win32/view_log_dialog.h"
-#include "monitor/dial_up_probe.h"
-#include "monitor/session.h"
+#include "monitor/monitor.h"
 #include "platform/system_clock.h"
-#include "monitor/time_text.h"
 #include "resources/resource_ids.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
@@ -27,8 +25,9 @@ constexpr UINT_PTR kRefreshTimer = 1;
 
 class MainDialogState {
  public:
-  explicit MainDialogState(HWND dialog)
+  MainDialogState(HWND dialog, Monitor& monitor)
       : dialog(dialog),
+        monitor(monitor),
         hide(GetDlgItem(dialog, IDC_MAIN_HIDE)),
         configure(GetDlgItem(dialog, IDC_MAIN_CONFIGURE)),
         viewLog(GetDlgItem(dialog, IDC_MAIN_VIEW_LOG)),
@@ -46,6 +45,7 @@ class MainDialogState {
   virtual ~MainDialogState() = default;
 
   HWND dialog;
+  Monitor& monitor;  // the program's, which the main window drives
   HWND hide, configure, viewLog, about, date, time, connectionCaption, connectionName, firstCaption, firstValue,
       secondCaption, secondValue, accountStatus, previousSession;
   DialUpProbe probe;
@@ -75,32 +75,33 @@ void SetIcon(HWND dialog, int control, HICON icon) {
 void ShowSessionTexts(MainDialogState& state) {
   // The answer of the latest poll tick, which the status text shown here was
   // built on too.
-  const bool connected = sessionState.TickConnected != 0;
+  Monitor& monitor = state.monitor;
+  const bool connected = monitor.TickConnected();
   if (!IsWindowVisible(state.connectionCaption)) ShowWindow(state.connectionCaption, SW_SHOW);
   Enable(state.connectionCaption, TRUE);
   Enable(state.connectionName, TRUE);
-  if (connected && probeState.OnLineFlag == 1) {
+  if (connected && monitor.Probe().OnLine()) {
     Enable(state.configure, FALSE);
     if (!IsWindowVisible(state.firstCaption)) ShowWindow(state.firstCaption, SW_SHOW);
     SetText(state.firstCaption, "You've Been Logged on since:");
     SetText(state.secondCaption, "Your've Been Logged on for:");
-    SetText(state.secondValue, GetElapsedText());
-    SetText(state.firstValue, GetLogOnText());
+    SetText(state.secondValue, monitor.ElapsedText());
+    SetText(state.firstValue, monitor.LogOnText());
     SetText(state.accountStatus, statusState.statusText);
     SetText(state.connectionCaption, "Active Connection :");
-    SetText(state.connectionName, probeState.CurrentConnectionName);
+    SetText(state.connectionName, monitor.Probe().ConnectionName());
     return;
   }
   // Whenever no session is open, also after a connection vanished from the list
   // without a "disconnected" state.
-  if (sessionState.SessionOpen == 0) Enable(state.configure, TRUE);
-  if (probeState.NoConnectionSeen) return;  // nothing to tell until a first connection
+  if (!monitor.SessionOpen()) Enable(state.configure, TRUE);
+  if (monitor.Probe().NoConnectionSeen()) return;  // nothing to tell until a first connection
   SetText(state.firstCaption, "Your Last Logon was at :");
   SetText(state.secondCaption, "Your Last Logon Took Up :");
-  SetText(state.firstValue, GetLogOnText());
-  SetText(state.secondValue, GetLastDurationText());
+  SetText(state.firstValue, monitor.LogOnText());
+  SetText(state.secondValue, monitor.LastDurationText());
   SetText(state.connectionCaption, "Last Connection :");
-  SetText(state.connectionName, probeState.CurrentConnectionName);
+  SetText(state.connectionName, monitor.Probe().ConnectionName());
   SetText(state.accountStatus, statusState.statusText);
 }
 
@@ -116,32 +117,32 @@ void OnRefreshTimer(HWND dialog, MainDialogState& state) {
   ShowSessionTexts(state);
   SetIcon(dialog, IDC_MAIN_ALARM_ICON,
           LoadIconA(appWindows.instanceHandle, MAKEINTRESOURCEA(settings.alarmOn ? IDI_ALARM_ON : IDI_ALARM_OFF)));
-  SetText(state.time, ClockText());
+  SetText(state.time, state.monitor.ClockText());
   const LocalTime today = ReadLocalTime();
   char date[kDateTextSize];
   FormatDate(date, today.dayOfWeek, today.month, today.day, today.year);
   SetText(state.date, date);
-  if (settings.previousSessionValid != 0 && sessionState.LastSessionChanged) {
+  if (settings.previousSessionValid != 0 && state.monitor.PreviousSessionChanged()) {
     FillPreviousSession(state);
-    sessionState.LastSessionChanged = 0;
+    state.monitor.SetPreviousSessionChanged(false);
   }
 }
 
-BOOL OnInitDialog(HWND dialog) {
+BOOL OnInitDialog(HWND dialog, Monitor& monitor) {
   if (appWindows.mainDialogVisible) {  // only one main status dialog exists
     DestroyWindow(dialog);
     return TRUE;
   }
-  MainDialogState* state = new MainDialogState(dialog);
+  MainDialogState* state = new MainDialogState(dialog, monitor);
   ShowProgramIcon(dialog);
   SetText(state->connectionName, "");
   SetText(state->accountStatus, kInitialStatusText);
   dialogState = state;
   appWindows.mainDialogVisible = true;
-  RefreshStatusText();  // the timers rebuild it only while a dialog shows it
+  RefreshStatusText(monitor);  // the timers rebuild it only while a dialog shows it
   SetTimer(dialog, kRefreshTimer, 1000, nullptr);
-  if (settings.previousSessionValid != 0) sessionState.LastSessionChanged = 1;
-  if (IsLogEmpty()) sessionState.LastSessionChanged = 0;
+  if (settings.previousSessionValid != 0) monitor.SetPreviousSessionChanged(true);
+  if (IsLogEmpty()) monitor.SetPreviousSessionChanged(false);
   appWindows.showMainDialogOnce = false;
   return TRUE;
 }
@@ -158,13 +159,13 @@ void OnButton(HWND dialog, WORD id) {
   switch (id) {
     case IDC_MAIN_CONFIGURE:
       ShowSettingsSheet(dialog);
-      SaveSettings();
+      (void)SaveSettings();  // a failure is told by the save; the choices stay in memory
       break;
     case IDC_MAIN_ABOUT:
       DialogBoxParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_ABOUT), dialog, AboutDialogProc, 0);
       break;
     case IDC_MAIN_VIEW_LOG:
-      if (!appWindows.viewLogOpen) OpenViewLog(dialog);
+      if (!appWindows.viewLogOpen && dialogState) OpenViewLog(dialog, dialogState->monitor);
       break;
     case IDC_MAIN_HIDE:
       appWindows.viewLogOpen = false;  // the View Log dialog is owned by this one and goes with it
@@ -178,21 +179,21 @@ void OnButton(HWND dialog, WORD id) {
 
 void OnClose(HWND dialog) {
   MainDialogState* state = dialogState;
-  const bool onLine = state && state->probe.IsConnected() && probeState.OnLineFlag == 1;
+  const bool onLine = state && state->probe.IsConnected();
   if (!AskToQuit(onLine, dialog, dialog, kDialogQuitQuestion)) return;
   // The session is not recorded: the settings file still says it is open.
+  if (state) state->monitor.SetPreviousSessionChanged(true);  // before the state goes with the dialog
   DestroyWindow(dialog);
   RemoveTrayIcon(appWindows.mainWindow);
   PostQuitMessage(0);
-  sessionState.LastSessionChanged = 1;
 }
 
 }  // namespace
 
-INT_PTR CALLBACK MainDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
+INT_PTR CALLBACK MainDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_INITDIALOG:
-      return OnInitDialog(dialog);
+      return OnInitDialog(dialog, *reinterpret_cast<Monitor*>(lParam));
     case WM_TIMER:
       if (wParam == kRefreshTimer && dialogState && dialogState->dialog == dialog) OnRefreshTimer(dialog, *dialogState);
       return TRUE;

@@ -1,19 +1,14 @@
 #include "app/win32/main_window.h"
 
-#include "app/win32/alarm_notice_dialog.h"
-#include "app/win32/alarm_sound.h"
 #include "ui/win32/app_state.h"
 #include "app/win32/greeting_dialogs.h"
 #include "app/win32/main_dialog.h"
 #include "app/win32/quit_question.h"
 #include "app/status_text.h"
 #include "app/win32/tray_icon.h"
-#include "app/win32/unconfigured_notice.h"
+#include "app/win32/window_shell.h"
 #include "logview/win32/view_log_dialog.h"
-#include "monitor/alarm.h"
-#include "monitor/dial_up_probe.h"
-#include "monitor/pending_notices.h"
-#include "monitor/session.h"
+#include "monitor/monitor.h"
 #include "monitor/unconfigured_connections.h"
 #include "monitor/usage_warning.h"
 #include "resources/resource_ids.h"
@@ -25,53 +20,51 @@ namespace {
 constexpr LPARAM kTrayDoubleClick = WM_LBUTTONDBLCLK;
 constexpr LPARAM kTrayRightButton = WM_RBUTTONDOWN;
 
-DialUpProbe& WindowProbe() {
-  static DialUpProbe probe;
-  return probe;
-}
+// The monitor the program made for this window (main.cpp), kept in its user data.
+Monitor& MonitorOf(HWND window) { return *reinterpret_cast<Monitor*>(GetWindowLongPtrA(window, GWLP_USERDATA)); }
 
 // Every timer shows what its step queued once the step has returned: a box's
 // message loop runs the next ticks, which must not find a step half done.
-void CALLBACK CheckpointTimerProc(HWND, UINT, UINT_PTR, DWORD) {
-  OnCheckpointTimer();
-  ShowPendingNotices();
+void ShowNotices(Monitor& monitor) {
+  WindowShell shell;
+  monitor.ShowPendingNotices(shell);
 }
 
-void CALLBACK AlarmTimerProc(HWND, UINT, UINT_PTR, DWORD) {
-  OnAlarmTimer();
-  ShowPendingNotices();
+void CALLBACK CheckpointTimerProc(HWND window, UINT, UINT_PTR, DWORD) {
+  MonitorOf(window).OnCheckpointTimer();
+  ShowNotices(MonitorOf(window));
 }
 
-void CALLBACK UsageWarningTimerProc(HWND, UINT, UINT_PTR, DWORD) { OnUsageWarningTimer(); }
+void CALLBACK AlarmTimerProc(HWND window, UINT, UINT_PTR, DWORD) {
+  MonitorOf(window).OnAlarmTimer();
+  ShowNotices(MonitorOf(window));
+}
+
+void CALLBACK UsageWarningTimerProc(HWND window, UINT, UINT_PTR, DWORD) {
+  MonitorOf(window).OnUsageWarningTimer();
+  ShowNotices(MonitorOf(window));
+}
 
 // The alarm period is taken once per session: Alarm page changes count from the
 // next session, and the reminders keep counting from this session's start.
-void StartSessionTimers() {
-  SetTimer(appWindows.mainWindow, kCheckpointTimer, kCheckpointPeriodMs, CheckpointTimerProc);
-  SetTimer(appWindows.mainWindow, kAlarmTimer, AlarmPeriodMs(), AlarmTimerProc);
-  SetTimer(appWindows.mainWindow, kUsageWarningTimer, kUsageWarningCheckMs, UsageWarningTimerProc);
-}
-
-void StopSessionTimers() {
-  KillTimer(appWindows.mainWindow, kCheckpointTimer);
-  KillTimer(appWindows.mainWindow, kAlarmTimer);
-  KillTimer(appWindows.mainWindow, kUsageWarningTimer);
+void FollowSession(HWND window, SessionChange change) {
+  if (change == SessionChange::kOpened) {
+    SetTimer(window, kCheckpointTimer, kCheckpointPeriodMs, CheckpointTimerProc);
+    SetTimer(window, kAlarmTimer, MonitorOf(window).AlarmPeriodMs(), AlarmTimerProc);
+    SetTimer(window, kUsageWarningTimer, kUsageWarningCheckMs, UsageWarningTimerProc);
+  } else if (change == SessionChange::kClosed) {
+    KillTimer(window, kCheckpointTimer);
+    KillTimer(window, kAlarmTimer);
+    KillTimer(window, kUsageWarningTimer);
+  }
 }
 
 bool startupDone = false;  // storage ready and the start-up notices answered
 
-void ReportOutOfSpace() { MessageBoxA(nullptr, "Out of space to record session", "Diagnostic Message", MB_OK); }
-
-void OnCreate(HWND window) {
+void OnCreate(HWND window, const CREATESTRUCTA& creation) {
   appWindows.mainWindow = window;
-  sessionHooks.startSessionTimers = StartSessionTimers;
-  sessionHooks.stopSessionTimers = StopSessionTimers;
-  sessionHooks.reportOutOfSpace = ReportOutOfSpace;
-  sessionHooks.checkUnconfiguredConnections = [] { CheckUnconfiguredConnections(); };
-  alarmHooks.playSound = PlayAlarmSound;
-  alarmHooks.showNotice = ShowAlarmNotice;
-  usageWarningHooks.showNotice = ShowUsageWarningNotice;
-  UseWindowsAccountNotice();
+  SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(creation.lpCreateParams));
+  Monitor& monitor = MonitorOf(window);
   installHooks.markFirstRun = [] { appWindows.showMainDialogOnce = true; };
   startupHooks = PlatformStartupHooks();  // the system's installation actions
   startupHooks.showWelcome = [](void* owner) {
@@ -81,34 +74,31 @@ void OnCreate(HWND window) {
   startupHooks.showAlert = [](void* owner, const char* text, const char* caption) {
     MessageBoxA(static_cast<HWND>(owner), text, caption, MB_OK | MB_ICONEXCLAMATION);
   };
-  // Set here, not among the platform hooks, so unit tests never open this box.
-  startupHooks.showFileProblem = [](const char* text, const char* caption) {
-    MessageBeep(MB_ICONEXCLAMATION);
-    MessageBoxA(nullptr, text, caption, MB_OK | MB_ICONEXCLAMATION);
-  };
   InitialiseStorage(window);
-  RecoverInterruptedSession();
-  ShowPendingNotices();  // what the start found, before the poll runs
+  monitor.RecoverInterruptedSession();
+  ShowNotices(monitor);  // what the start found, before the poll runs
   // The poll runs before the notice about connections without an account can
   // open: a session made while it waits for an answer is timed and recorded.
   AddTrayIcon(window);
   SetTimer(window, kPollTimer, 100, nullptr);
   SetTimer(window, kStatusTimer, 500, nullptr);
   SetTimer(window, kSlowStatusTimer, 10000, nullptr);
-  CheckUnconfiguredConnections();
+  WindowShell shell;
+  (void)CheckUnconfiguredConnections(shell);  // a failed save was told by the save
   if (settings.showMainWindowAtStart != 0 || appWindows.showMainDialogOnce) ShowMainDialog();
   startupDone = true;
 }
 
-void OnTimer(UINT_PTR timer) {
-  OnMainWindowTimer(timer == kPollTimer, appWindows.mainDialogVisible, WindowProbe());
-  ShowPendingNotices();  // also what a save of a dialog queued since the last tick
+void OnTimer(HWND window, UINT_PTR timer) {
+  Monitor& monitor = MonitorOf(window);
+  FollowSession(window, OnMainWindowTimer(timer == kPollTimer, appWindows.mainDialogVisible, monitor));
+  ShowNotices(monitor);  // also what a save of a dialog queued since the last tick
 }
 
 // Returns true when the user confirmed the quit.
 bool ConfirmQuit() {
   HWND shown = appWindows.mainDialogVisible ? appWindows.mainDialog : nullptr;
-  return AskToQuit(WindowProbe().IsConnected(), shown, appWindows.mainWindow, kWindowQuitQuestion);
+  return AskToQuit(MonitorOf(appWindows.mainWindow).PollNow(), shown, appWindows.mainWindow, kWindowQuitQuestion);
 }
 
 // Ends the message loop. An open session is not recorded now: the settings file
@@ -125,7 +115,7 @@ void Quit(HWND window) {
 // recorded as it stands now, without any box that would hold the shutdown up,
 // and the program ends.
 void OnEndSession(HWND window) {
-  RecordSessionAtShutdown();
+  FollowSession(window, MonitorOf(window).Shutdown(ShutdownMode::kQuiet));
   Quit(window);
 }
 
@@ -150,7 +140,7 @@ LRESULT OnCommand(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
       DialogBoxParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_ABOUT), window, AboutDialogProc, 0);
       return 1;
     case IDM_TRAY_VIEW_LOG:
-      OpenViewLog(appWindows.mainDialogVisible ? appWindows.mainDialog : nullptr);
+      OpenViewLog(appWindows.mainDialogVisible ? appWindows.mainDialog : nullptr, MonitorOf(window));
       return 1;
     case IDM_TRAY_HIDE:
       if (appWindows.mainDialogVisible) {
@@ -173,7 +163,8 @@ void ShowMainDialog() {
     return;
   }
   appWindows.mainDialog = CreateDialogParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_MAIN_STATUS), nullptr,
-                                             MainDialogProc, 0);
+                                             MainDialogProc,
+                                             reinterpret_cast<LPARAM>(&MonitorOf(appWindows.mainWindow)));
 }
 
 LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -187,10 +178,10 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
   }
   switch (message) {
     case WM_CREATE:
-      OnCreate(window);
+      OnCreate(window, *reinterpret_cast<const CREATESTRUCTA*>(lParam));
       break;
     case WM_TIMER:
-      OnTimer(wParam);
+      OnTimer(window, wParam);
       break;
     case kTrayCallbackMessage: {
       POINT cursor = {};

@@ -15,6 +15,8 @@ class WindowCreator {
     width_ = width;
     height_ = height;
   }
+  // Handed to the window's WM_CREATE (CREATESTRUCT's lpCreateParams).
+  void SetCreationData(void* data) { creationData_ = data; }
   // Creates the window; throws the text "Window Creation Failed" when it cannot.
   HWND Create(const char* title) const;
 

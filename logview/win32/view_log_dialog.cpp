@@ -16,7 +16,7 @@
 #include "logview/win32/manage_log_dialog.h"
 #include "logview/manage_log_summary.h"
 #include "logview/text_report.h"
-#include "monitor/dial_up_probe.h"
+#include "monitor/monitor.h"
 #include "platform/system_clock.h"
 #include "resources/resource_ids.h"
 #include "storage/fixed_text.h"
@@ -96,7 +96,7 @@ void ShowEmptyLog(HWND dialog) {
   SendMessageA(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(kEmptyLogLine));
 }
 
-BOOL OnInitDialog(HWND dialog) {
+BOOL OnInitDialog(HWND dialog, Monitor& monitor) {
   reportHooks.launchEditor = StartReportEditor;
   appWindows.viewLogOpen = true;
   ShowProgramIcon(dialog);
@@ -116,8 +116,7 @@ BOOL OnInitDialog(HWND dialog) {
 
   std::string connection = kAllConnections;
   if (settings.logInitialFilter == 2) {
-    DialUpProbe probe;
-    connection = InitialConnectionFilter(probe.IsConnected());
+    connection = InitialConnectionFilter(monitor.PollNow(), monitor.Probe());
     SelectItem(dialog, IDC_VIEWLOG_CONNECTION, connection.c_str());
   }
 
@@ -203,9 +202,10 @@ INT_PTR ListBoxColours(WPARAM deviceContext) {
 
 }  // namespace
 
-void OpenViewLog(HWND owner) {
+void OpenViewLog(HWND owner, Monitor& monitor) {
   if (appWindows.viewLogOpen) return;
-  CreateDialogParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_VIEW_LOG), owner, ViewLogDialogProc, 0);
+  CreateDialogParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_VIEW_LOG), owner, ViewLogDialogProc,
+                     reinterpret_cast<LPARAM>(&monitor));
 }
 
 bool FillLogList(HWND dialog, const char* connection, const char* month, char* year) {
@@ -242,10 +242,10 @@ void ShowLogTotals(HWND dialog, int count, float totalSeconds) {
   SetText(dialog, IDC_VIEWLOG_TOTAL, TotalHoursText(totalSeconds).c_str());
 }
 
-INT_PTR CALLBACK ViewLogDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
+INT_PTR CALLBACK ViewLogDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_INITDIALOG:
-      return OnInitDialog(dialog);
+      return OnInitDialog(dialog, *reinterpret_cast<Monitor*>(lParam));
     case WM_COMMAND:
       return OnCommand(dialog, LOWORD(wParam), HIWORD(wParam));
     case WM_CLOSE:

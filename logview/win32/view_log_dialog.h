@@ -3,9 +3,11 @@
 #pragma once
 #include <windows.h>
 
+class Monitor;
+
 // Opens the dialog modeless, owned by the given window (or none), unless one is
-// already open.
-void OpenViewLog(HWND owner);
+// already open. The monitor's probe names the connection it may open on.
+void OpenViewLog(HWND owner, Monitor& monitor);
 
 INT_PTR CALLBACK ViewLogDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "fuzz_support.h"
-#include "monitor/session.h"
+#include "monitor/monitor.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
@@ -63,7 +63,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   RequireSameLog(loaded, "a saved log loads back the same");
 
   // A session recovered at start-up, as after a crash, goes to that free record.
-  Require(RecordInterruptedSession("Fuzz ISP", 10, 0, 0, 10, 3, 0, 180, 1, 1, 7, 2002), "a session is recorded");
+  const InterruptedSession session{.name = "Fuzz ISP", .logOn = {10, 0, 0}, .logOff = {10, 3, 0}, .duration = 180,
+                                   .dayOfWeek = 1, .month = 1, .day = 7, .year = 2002};
+  Require(Monitor().RecordInterruptedSession(session) != RecordOutcome::kNoRoom, "a session is recorded");
   for (std::size_t i = 0; i < loaded.size(); ++i) {
     if (i != slot) Require(SameRecord(sessionLog.records[i], loaded[i]), "recording touches no other record");
   }

@@ -8,7 +8,8 @@
 
 #include "fuzz_support.h"
 #include "logview/log_view_lines.h"
-#include "monitor/session.h"
+#include "monitor/monitor.h"
+#include "monitor/monitor_shell.h"
 #include "monitor/unconfigured_connections.h"
 #include "storage/accounts.h"
 #include "storage/fixed_text.h"
@@ -34,8 +35,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::memcpy(&input, data, std::min(size, sizeof input));
 
   Require(InitialiseStorage(nullptr), "a readable configuration starts");
-  RecoverInterruptedSession();
-  CheckUnconfiguredConnections();
+  Monitor().RecoverInterruptedSession();
+  MonitorShell shell;
+  (void)CheckUnconfiguredConnections(shell);
 
   // Whatever the marker says, the current log on disk is the one loaded.
   Require(SameRecord(sessionLog.records.at(0), logged), "the logged session is kept");

@@ -9,7 +9,6 @@
 
 #include "logview/text_report.h"
 #include "monitor/monitor_state.h"
-#include "monitor/session.h"
 #include "platform/binary_file.h"
 #include "platform/program_paths.h"
 #include "platform/system_clock.h"

@@ -9,8 +9,6 @@
 #include <vector>
 
 #include "app/status_text.h"
-#include "monitor/dial_up_probe.h"
-#include "monitor/session.h"
 #include "storage/account_figures.h"
 #include "storage/accounts.h"
 #include "storage/session_log.h"
@@ -228,9 +226,8 @@ TEST_F(UsageCache, WalksTheLogOncePerConnectionAndNeverGoesStale) {
   const uint64_t walks = UsageCacheLogWalks();
   // The status text of a whole on-line minute at twelve rebuilds a second.
   ras_.Connect("Card ISP");
-  sessionState.TickConnected = DialUpProbe().IsConnected();
-  sessionState.SessionStartSeconds = clock_.tickMs / 1000;
-  for (int i = 0; i < 720; ++i) RefreshStatusText();
+  Tick();
+  for (int i = 0; i < 720; ++i) RefreshStatusText(monitor_);
   EXPECT_EQ(UsageCacheLogWalks(), walks);
   EXPECT_NE(std::strstr(statusState.statusText, "5.50 Hrs."), nullptr) << statusState.statusText;
 

@@ -7,7 +7,6 @@
 #include "app/sheet_settings.h"
 #include "app/status_text.h"
 #include "monitor/dial_up_probe.h"
-#include "monitor/session.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
 #include "test_support.h"

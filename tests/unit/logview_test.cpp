@@ -10,7 +10,6 @@
 #include "logview/log_view_lines.h"
 #include "logview/manage_log_summary.h"
 #include "logview/text_report.h"
-#include "monitor/dial_up_probe.h"
 #include "storage/fixed_text.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
@@ -254,15 +253,16 @@ TEST_F(LogView, ConnectionNamesAndTheInitialFilter) {
   EXPECT_EQ(ConnectionNames(std::string(150, 'f').c_str()).front(), std::string(kFilterConnectionSize - 1, 'f'));
 
   CopyFixedText(settings.previousSession.connectionName, "Previous ISP");
-  CopyFixedText(probeState.CurrentConnectionName, "Active ISP");
-  probeState.OnLineFlag = 1;
+  ras_.Connect("Active ISP");
+  monitor_.PollNow();
   settings.logInitialFilter = 1;
-  EXPECT_EQ(InitialConnectionFilter(true), "All Connections");
+  EXPECT_EQ(InitialConnectionFilter(true, monitor_.Probe()), "All Connections");
   settings.logInitialFilter = 2;
-  EXPECT_EQ(InitialConnectionFilter(true), "Active ISP");
-  EXPECT_EQ(InitialConnectionFilter(false), "Previous ISP");
-  probeState.OnLineFlag = 0;
-  EXPECT_EQ(InitialConnectionFilter(true), "Previous ISP");
+  EXPECT_EQ(InitialConnectionFilter(true, monitor_.Probe()), "Active ISP");
+  EXPECT_EQ(InitialConnectionFilter(false, monitor_.Probe()), "Previous ISP");
+  ras_.state = ScriptedRas::State::Disconnected;
+  monitor_.PollNow();
+  EXPECT_EQ(InitialConnectionFilter(true, monitor_.Probe()), "Previous ISP");
 }
 
 TEST_F(LogView, ManageLogDeletesByExactNameOrClearsAndSavesBothFiles) {

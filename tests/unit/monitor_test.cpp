@@ -2,12 +2,11 @@
 // alarm, and the question about connections without account details.
 #include <cstring>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/status_text.h"
 #include "monitor/alarm.h"
-#include "monitor/dial_up_probe.h"
-#include "monitor/session.h"
 #include "monitor/time_text.h"
 #include "monitor/unconfigured_connections.h"
 #include "storage/accounts.h"
@@ -36,8 +35,9 @@ TEST_F(TimeText, ClocksDatesAndDurations) {
     return std::string(text);
   };
   const auto duration = [](int32_t seconds) {
-    FormatElapsed(seconds);
-    return std::string(sessionTexts.ElapsedText);
+    char text[kElapsedTextSize];
+    FormatElapsed(text, seconds);
+    return std::string(text);
   };
   const std::pair<std::string, const char*> rows[] = {
       {clock(0, 14, 5, 9), "2 : 05 : 09  PM"},     {clock(0, 0, 30, 0), "12 : 30 : 00  AM"},
@@ -65,27 +65,29 @@ TEST_F(Probe, EachPollTickAsksTheServiceOnceAndTheSessionFollowsItsAnswer) {
     State state;
     uint32_t open;
     int onLine;
-  } ticks[] = {{State::None, 0, 0},         {State::Dialling, 0, 0},     {State::Connected, 1, 1},
-               {State::Connected, 1, 1},    {State::Vanished, 0, 1},     {State::Connected, 1, 1},
-               {State::Dialling, 0, 1},     {State::Disconnected, 0, 0}, {State::Unavailable, 0, 0}};
+  } ticks[] = {{.state = State::None, .open = 0, .onLine = 0},      {.state = State::Dialling, .open = 0, .onLine = 0},
+               {.state = State::Connected, .open = 1, .onLine = 1}, {.state = State::Connected, .open = 1, .onLine = 1},
+               {.state = State::Vanished, .open = 0, .onLine = 1},  {.state = State::Connected, .open = 1, .onLine = 1},
+               {.state = State::Dialling, .open = 0, .onLine = 1},  {.state = State::Disconnected, .open = 0, .onLine = 0},
+               {.state = State::Unavailable, .open = 0, .onLine = 0}};
   int polls = 0, statusQueries = 0;
   for (bool dialogShown : {false, true}) {
     for (const auto& tick : ticks) {
       ras_.state = tick.state;
       ras_.name = tick.state == State::Connected ? "Home ISP" : "Other";  // taken only when connected
-      const bool closes = sessionState.SessionOpen != 0 && tick.open == 0;
-      alarmState.OneShotFired = 1;
-      OnMainWindowTimer(true, dialogShown, probe_);   // timer 2
-      OnMainWindowTimer(false, dialogShown, probe_);  // timer 5 or 10 in the same 100 ms
+      const bool closes = monitor_.SessionOpen() && tick.open == 0;
+      monitor_.Alarm().OneShotFired = 1;
+      OnMainWindowTimer(true, dialogShown, monitor_);   // timer 2
+      OnMainWindowTimer(false, dialogShown, monitor_);  // timer 5 or 10 in the same 100 ms
       EXPECT_EQ(ras_.enumCalls, ++polls) << "one dial-up query a tick, none for the other timers";
       EXPECT_EQ(ras_.statusCalls, statusQueries += tick.state != State::Unavailable) << "a failed enumeration ends it";
-      EXPECT_EQ(sessionState.SessionOpen, tick.open) << "opened or closed by the tick that saw the change";
-      EXPECT_EQ(probeState.OnLineFlag, tick.onLine);
-      EXPECT_EQ(probeState.NoConnectionSeen, polls < 3 ? 1 : 0) << "until the first connection";
-      EXPECT_EQ(alarmState.OneShotFired, closes ? 0 : 1) << "the next session's one-shot alarm may fire";
+      EXPECT_EQ(monitor_.Session().SessionOpen, tick.open) << "opened or closed by the tick that saw the change";
+      EXPECT_EQ(monitor_.Probe().OnLine(), tick.onLine);
+      EXPECT_EQ(monitor_.Probe().NoConnectionSeen(), polls < 3 ? 1 : 0) << "until the first connection";
+      EXPECT_EQ(monitor_.Alarm().OneShotFired, closes ? 0 : 1) << "the next session's one-shot alarm may fire";
     }
   }
-  EXPECT_STREQ(probeState.CurrentConnectionName, "Home ISP");
+  EXPECT_STREQ(monitor_.Probe().ConnectionName(), "Home ISP");
   // Nothing seen yet: a zero handle; then the handle seen last, also when nothing is listed.
   std::vector<uintptr_t> handles(ras_.queriedHandles.size(), ras_.handle);
   handles[0] = 0;
@@ -100,17 +102,21 @@ class Alarm : public ProgramStateTest {
   void SetUp() override {
     ProgramStateTest::SetUp();
     events.clear();
-    alarmHooks.playSound = [] { events.push_back("sound"); };
-    alarmHooks.showNotice = [] {
-      events.push_back(std::string("notice:") + alarmState.AlarmMessage);
-      static int depth = 0;  // one timer firing inside each notice's message loop
-      if (depth++ == 0) OnAlarmTimer();
-      --depth;
-    };
+    shell_ = &recorder_;
+    recorder_.test = this;
     ApplyDefaultSettings();  // every 1 h 0 min, or once after 2 h 30 min
     settings.alarmOn = 1;
-    probeState.OnLineFlag = 1;
   }
+  void Fire() { RunTimer(&Monitor::OnAlarmTimer); }
+  struct Recorder : MonitorShell {
+    Alarm* test = nullptr;
+    bool firedInside = false;  // one timer firing inside the first notice's message loop
+    void PlayAlarmSound() override { events.push_back("sound"); }
+    void ShowAlarmReminder(const char* text) override {
+      events.push_back(std::string("notice:") + text);
+      if (!std::exchange(firedInside, true)) test->Fire();
+    }
+  } recorder_;
 };
 
 TEST_F(Alarm, PeriodFromTheFieldsOfTheModeNeverATightLoop) {
@@ -120,19 +126,24 @@ TEST_F(Alarm, PeriodFromTheFieldsOfTheModeNeverATightLoop) {
     uint8_t mode;
     int8_t hours, minutes;
     uint32_t period;
-  } rows[] = {{kAlarmEveryInterval, 0, 45, 45},         {kAlarmEveryInterval, 0, 1, 1},
-              {kAlarmEveryInterval, 24, 59, 24 * 60 + 59}, {kAlarmOnceAtEnd, 2, 30, 150},
-              {kAlarmEveryInterval, 0, 0, kDefault},    {kAlarmOnceAtEnd, 0, 0, kDefault},
-              {kAlarmEveryInterval, -3, 10, kDefault},  {0, 1, 0, kDefault}};
+  } rows[] = {{.mode = kAlarmEveryInterval, .hours = 0, .minutes = 45, .period = 45},
+              {.mode = kAlarmEveryInterval, .hours = 0, .minutes = 1, .period = 1},
+              {.mode = kAlarmEveryInterval, .hours = 24, .minutes = 59, .period = 24 * 60 + 59},
+              {.mode = kAlarmOnceAtEnd, .hours = 2, .minutes = 30, .period = 150},
+              {.mode = kAlarmEveryInterval, .hours = 0, .minutes = 0, .period = kDefault},
+              {.mode = kAlarmOnceAtEnd, .hours = 0, .minutes = 0, .period = kDefault},
+              {.mode = kAlarmEveryInterval, .hours = -3, .minutes = 10, .period = kDefault},
+              {.mode = 0, .hours = 1, .minutes = 0, .period = kDefault}};
   for (const auto& row : rows) {
     SCOPED_TRACE(std::to_string(row.mode) + " " + std::to_string(row.hours) + ":" + std::to_string(row.minutes));
     ApplyDefaultSettings();
     settings.alarmMode = row.mode;
     (row.mode == kAlarmOnceAtEnd ? settings.alarmOnceHours : settings.alarmRepeatHours) = row.hours;
     (row.mode == kAlarmOnceAtEnd ? settings.alarmOnceMinutes : settings.alarmRepeatMinutes) = row.minutes;
-    alarmState.OneShotFired = 1;
-    EXPECT_EQ(AlarmPeriodMs(), row.period * 60000);
-    EXPECT_EQ(alarmState.OneShotFired, row.mode == kAlarmEveryInterval ? 0 : 1) << "cleared by a repeating period";
+    Monitor monitor;
+    monitor.Alarm().OneShotFired = 1;
+    EXPECT_EQ(monitor.AlarmPeriodMs(), row.period * 60000);
+    EXPECT_EQ(monitor.Alarm().OneShotFired, row.mode == kAlarmEveryInterval ? 0 : 1) << "cleared by a repeating period";
   }
 }
 
@@ -145,44 +156,50 @@ TEST_F(Alarm, WhatEachFiringGives) {
   const struct {
     const char* what;
     uint8_t mode, action;
-    int onLine, alarmOn, timerFirings;
-    std::vector<std::string> events;
+    int onLine = 1, alarmOn = 1, timerFirings = 1;
+    std::vector<std::string> events = {};
   } rows[] = {
-      {"repeating, box and sound", kAlarmEveryInterval, kAlarmBoxAndSound, 1, 1, 1,
-       {sound, everyHour, sound, everyHour}},
-      {"one-shot fires once, marked before its notice", kAlarmOnceAtEnd, kAlarmBoxOnly, 1, 1, 3, {once}},
-      {"sound only", kAlarmEveryInterval, kAlarmSoundOnly, 1, 1, 2, {sound, sound}},
-      {"box only", kAlarmEveryInterval, kAlarmBoxOnly, 1, 1, 1, {everyHour, everyHour}},
-      {"unknown action", kAlarmEveryInterval, 0, 1, 1, 1, {}},
-      {"unknown mode", 0, kAlarmBoxAndSound, 1, 1, 1, {}},
-      {"alarm off", kAlarmEveryInterval, kAlarmBoxAndSound, 1, 0, 1, {}},
-      {"off-line", kAlarmOnceAtEnd, kAlarmBoxAndSound, 0, 1, 1, {}},
+      {.what = "repeating, box and sound", .mode = kAlarmEveryInterval, .action = kAlarmBoxAndSound,
+       .events = {sound, everyHour, sound, everyHour}},
+      {.what = "one-shot fires once, marked before its notice", .mode = kAlarmOnceAtEnd, .action = kAlarmBoxOnly,
+       .timerFirings = 3, .events = {once}},
+      {.what = "sound only", .mode = kAlarmEveryInterval, .action = kAlarmSoundOnly, .timerFirings = 2,
+       .events = {sound, sound}},
+      {.what = "box only", .mode = kAlarmEveryInterval, .action = kAlarmBoxOnly, .events = {everyHour, everyHour}},
+      {.what = "unknown action", .mode = kAlarmEveryInterval, .action = 0},
+      {.what = "unknown mode", .mode = 0, .action = kAlarmBoxAndSound},
+      {.what = "alarm off", .mode = kAlarmEveryInterval, .action = kAlarmBoxAndSound, .alarmOn = 0},
+      {.what = "off-line", .mode = kAlarmOnceAtEnd, .action = kAlarmBoxAndSound, .onLine = 0},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
     events.clear();
-    alarmState.OneShotFired = 0;
-    alarmState.AlarmMessage[0] = '\0';
+    monitor_ = Monitor{};
+    recorder_.firedInside = false;
     settings.alarmMode = row.mode;
     settings.alarmAction = row.action;
     settings.alarmOn = static_cast<uint8_t>(row.alarmOn);
-    probeState.OnLineFlag = row.onLine;
-    for (int i = 0; i < row.timerFirings; ++i) OnAlarmTimer();
+    ras_.state = row.onLine ? State::Connected : State::None;
+    monitor_.PollNow();
+    for (int i = 0; i < row.timerFirings; ++i) Fire();
     EXPECT_EQ(events, row.events);
-    EXPECT_EQ(alarmState.OneShotFired, row.events.size() == 1 && row.mode == kAlarmOnceAtEnd ? 1 : 0);
+    EXPECT_EQ(monitor_.Alarm().OneShotFired, row.events.size() == 1 && row.mode == kAlarmOnceAtEnd ? 1 : 0);
   }
 }
 
 TEST_F(Alarm, PageClampsTimesAndMapsUnknownStoredValuesToTheDefaults) {
   const struct {
     uint32_t hours, minutes;
-    int8_t clampedHours, clampedMinutes;
-  } clamps[] = {{0, 0, 0, 5},    {0, 99, 0, 59},   {300, 0, 24, 0},  {0xFFFFFFFFu, 0xFFFFFFFFu, 24, 59},
-                {24, 59, 24, 59}, {25, 60, 24, 59}, {0, 1, 0, 1},     {1, 0, 1, 0}};
+    AlarmTime clamped;  // hours, minutes
+  } clamps[] = {{.hours = 0, .minutes = 0, .clamped = {0, 5}},     {.hours = 0, .minutes = 99, .clamped = {0, 59}},
+                {.hours = 300, .minutes = 0, .clamped = {24, 0}},  {.hours = 24, .minutes = 59, .clamped = {24, 59}},
+                {.hours = 25, .minutes = 60, .clamped = {24, 59}}, {.hours = 0, .minutes = 1, .clamped = {0, 1}},
+                {.hours = 1, .minutes = 0, .clamped = {1, 0}},
+                {.hours = 0xFFFFFFFFu, .minutes = 0xFFFFFFFFu, .clamped = {24, 59}}};
   for (const auto& row : clamps) {
     const AlarmTime t = ClampAlarmTime(row.hours, row.minutes);
-    EXPECT_EQ(t.hours, row.clampedHours) << row.hours << ":" << row.minutes;
-    EXPECT_EQ(t.minutes, row.clampedMinutes) << row.hours << ":" << row.minutes;
+    EXPECT_EQ(t.hours, row.clamped.hours) << row.hours << ":" << row.minutes;
+    EXPECT_EQ(t.minutes, row.clamped.minutes) << row.hours << ":" << row.minutes;
   }
   // Stored values the page does not know open as the defaults; OK stores what it shows, clamped.
   const auto page = [] {
@@ -208,6 +225,25 @@ TEST_F(Alarm, PageClampsTimesAndMapsUnknownStoredValuesToTheDefaults) {
 int dialogsThatSave = 0;          // the next account dialogs that save their account
 void (*underDialog)() = nullptr;  // what happens while a dialog is open
 
+struct AskingShell : MonitorShell {
+  void ShowConfigureNotice(const char* text, const char* caption) override {
+    events.push_back(std::string("notice[") + caption + "]" + text);
+  }
+  void ShowNotSetUp(const char* text, const char* caption) override {
+    events.push_back(std::string("not set up[") + caption + "]" + text);
+  }
+  intptr_t RunAccountDialog() override {
+    events.push_back(std::string("dialog ") + unconfiguredState.ConnectionToConfigure +
+                     (unconfiguredState.OpenedFromNotice == 1 ? " from notice" : ""));
+    unconfiguredState.OpenedFromNotice = 0;  // the dialog clears it
+    if (underDialog) underDialog();
+    if (dialogsThatSave == 0) return 0;
+    --dialogsThatSave;
+    settings.accounts[AccountIndexByName(unconfiguredState.ConnectionToConfigure)].configured = 1;
+    return 1;
+  }
+} asking;
+
 class Unconfigured : public ProgramStateTest {
  protected:
   void SetUp() override {
@@ -215,22 +251,6 @@ class Unconfigured : public ProgramStateTest {
     events.clear();
     dialogsThatSave = 0;
     underDialog = nullptr;
-    unconfiguredHooks.showConfigureNotice = [](const char* text, const char* caption) {
-      events.push_back(std::string("notice[") + caption + "]" + text);
-    };
-    unconfiguredHooks.showNotSetUp = [](const char* text, const char* caption) {
-      events.push_back(std::string("not set up[") + caption + "]" + text);
-    };
-    unconfiguredHooks.runAccountDialog = []() -> intptr_t {
-      events.push_back(std::string("dialog ") + unconfiguredState.ConnectionToConfigure +
-                       (unconfiguredState.OpenedFromNotice == 1 ? " from notice" : ""));
-      unconfiguredState.OpenedFromNotice = 0;  // the dialog clears it
-      if (underDialog) underDialog();
-      if (dialogsThatSave == 0) return 0;
-      --dialogsThatSave;
-      settings.accounts[AccountIndexByName(unconfiguredState.ConnectionToConfigure)].configured = 1;
-      return 1;
-    };
     ASSERT_TRUE(CreateSettings(SettingsPath()));
   }
 
@@ -298,7 +318,7 @@ TEST_F(Unconfigured, WhichConnectionsAreAskedAbout) {
       std::strcpy(settings.accounts[k].connectionName, row.entries[k].first.c_str());
       settings.accounts[k].configured = row.entries[k].second;
     }
-    EXPECT_TRUE(CheckUnconfiguredConnections());
+    EXPECT_TRUE(CheckUnconfiguredConnections(asking));
     EXPECT_EQ(Names(), row.names);
     EXPECT_EQ(events, Asked(row.asked));
   }
@@ -309,21 +329,21 @@ TEST_F(Unconfigured, AskedAgainUntilSetUpWithOrWithoutHooks) {
   Log("Home ISP");
   Log("Office");
   dialogsThatSave = 1;
-  CheckUnconfiguredConnections();
+  CheckUnconfiguredConnections(asking);
   std::vector<std::string> expected = Asked({"Home ISP", "Office"});
   expected.erase(expected.begin() + 2);  // the first dialog saved its account: no box after it
   EXPECT_EQ(events, expected);
   EXPECT_STREQ(unconfiguredState.ConnectionToConfigure, "Office") << "kept when the dialog did not save";
   events.clear();
   dialogsThatSave = 1;
-  CheckUnconfiguredConnections();
+  CheckUnconfiguredConnections(asking);
   EXPECT_EQ(events, std::vector<std::string>(expected.begin() + 2, expected.end() - 1)) << "Office asked again";
   EXPECT_STREQ(unconfiguredState.ConnectionToConfigure, "") << "emptied after a saved account";
 
-  unconfiguredHooks = UnconfiguredHooks{};  // nothing shown, nothing saved
+  MonitorShell silent;  // nothing shown, nothing saved
   Log("Third ISP");
   SetWindowsDirectory(Path("missing/folder"));
-  EXPECT_FALSE(CheckUnconfiguredConnections()) << "a save failure is returned";
+  EXPECT_FALSE(CheckUnconfiguredConnections(silent)) << "a save failure is returned";
   EXPECT_STREQ(unconfiguredState.ConnectionToConfigure, "Third ISP");
 }
 
@@ -331,9 +351,9 @@ TEST_F(Unconfigured, ACheckDuringAQuestionOnlyAddsNamesAndSaves) {
   Log("Home ISP");
   underDialog = [] {
     Log("Office");  // a session ends under the dialog and records a new connection
-    if (events.size() < 4) CheckUnconfiguredConnections();
+    if (events.size() < 4) CheckUnconfiguredConnections(asking);
   };
-  CheckUnconfiguredConnections();
+  CheckUnconfiguredConnections(asking);
   EXPECT_EQ(Names(), (std::vector<std::string>{"Home ISP", "Office"}));
   EXPECT_EQ(events, Asked({"Home ISP", "Office"})) << "the outer check reaches the new entry; the inner asks nothing";
 }

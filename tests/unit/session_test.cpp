@@ -3,10 +3,6 @@
 #include <string>
 #include <vector>
 
-#include "monitor/dial_up_probe.h"
-#include "monitor/pending_notices.h"
-#include "monitor/session.h"
-#include "monitor/time_text.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
@@ -33,13 +29,18 @@ class Session : public ProgramStateTest {
   void SetUp() override {
     ProgramStateTest::SetUp();
     events.clear();
-    sessionHooks.startSessionTimers = [] { events.push_back("start timers"); };
-    sessionHooks.stopSessionTimers = [] { events.push_back("stop timers"); };
-    sessionHooks.reportOutOfSpace = [] { events.push_back("out of space"); };
-    sessionHooks.checkUnconfiguredConnections = [] { events.push_back("check accounts"); };
+    shell_ = &recorder_;
     ASSERT_TRUE(CreateSettings(SettingsPath()));
     ASSERT_TRUE(CreateEmptyLog(LogFilePath().c_str()));
   }
+
+  void OnSessionChange(SessionChange change) override {
+    if (change != SessionChange::kNone) events.push_back(change == SessionChange::kOpened ? "start timers" : "stop timers");
+  }
+  struct Recorder : MonitorShell {
+    void ShowOutOfSpace() override { events.push_back("out of space"); }
+    void CheckAccounts() override { events.push_back("check accounts"); }
+  } recorder_;
 
   uint8_t MarkerOnDisk() { return ReadBytes(SettingsPath()).at(134); }
 
@@ -47,7 +48,7 @@ class Session : public ProgramStateTest {
   void Restart() {
     std::memset(&settings, 0, sizeof settings);
     sessionLog = SessionLog{};
-    ResetSessionState();
+    monitor_ = Monitor{};
     ASSERT_TRUE(LoadSettings(SettingsPath()));
     ASSERT_TRUE(LoadLog(LogFilePath().c_str()));
   }
@@ -55,8 +56,7 @@ class Session : public ProgramStateTest {
   // A new process on fresh files at the fake clock's first moment, then on-line.
   void ConnectAfresh() {
     sessionLog = SessionLog{};
-    ResetSessionState();
-    probe_ = DialUpProbe{};
+    monitor_ = Monitor{};
     clock_ = FakeClock{};
     clock_.now.day = 31;  // Thursday 31 January: the last day a checkpoint can carry
     clock_.now.dayOfWeek = 4;
@@ -76,8 +76,8 @@ TEST_F(Session, ConnectThenDisconnectRecordsOneSession) {
   Tick();
   EXPECT_EQ(MarkerOnDisk(), 218) << "the file says a session is open";
   settings.use24HourClock = 1;
-  EXPECT_STREQ(ClockText(), "23 : 59 : 00   ");
-  EXPECT_STREQ(sessionTexts.LogOnText, "11 : 59 : 00  PM") << "the log-on text keeps the form it was made in";
+  EXPECT_STREQ(monitor_.ClockText(), "23 : 59 : 00   ");
+  EXPECT_STREQ(monitor_.LogOnText(), "11 : 59 : 00  PM") << "the log-on text keeps the form it was made in";
 
   RunOnline(125);
   ras_.state = State::Disconnected;
@@ -101,16 +101,18 @@ TEST_F(Session, ADamagedCheckpointIsRepairedAndToldOrNotRecorded) {
     void (*apply)();
     int32_t recorded;  // 0: nothing recorded
   } rows[] = {
-      {"elapsed -1", [] { settings.checkpointElapsed = 0xFFFFFFFFu; }, 540},
-      {"elapsed past now", [] { settings.checkpointElapsed = 3 * 86400; }, 540},
-      {"no name", [] { settings.checkpointName[0] = '\0'; }, 0},
-      {"no date", [] { settings.checkpointMonth = 0; }, 0},
-      {"log-on hour 24", [] { settings.checkpointLogOn.hour = 24; }, 0},
-      {"log-on minute 60", [] { settings.checkpointLogOn.minute = 60; }, 0},
+      {.damage = "elapsed -1", .apply = [] { settings.checkpointElapsed = 0xFFFFFFFFu; }, .recorded = 540},
+      {.damage = "elapsed past now", .apply = [] { settings.checkpointElapsed = 3 * 86400; }, .recorded = 540},
+      {.damage = "no name", .apply = [] { settings.checkpointName[0] = '\0'; }, .recorded = 0},
+      {.damage = "no date", .apply = [] { settings.checkpointMonth = 0; }, .recorded = 0},
+      {.damage = "log-on hour 24", .apply = [] { settings.checkpointLogOn.hour = 24; }, .recorded = 0},
+      {.damage = "log-on minute 60", .apply = [] { settings.checkpointLogOn.minute = 60; }, .recorded = 0},
   };
   const std::vector<std::string> told = {"The session of Home ISP that was open when Orvalen stopped had a damaged "
                                          "length.\nIt is recorded with the length its log-on and log-off times give."};
-  startupHooks.showFileProblem = [](const char* text, const char*) { events.push_back(text); };
+  struct : MonitorShell {
+    void ShowFileProblem(const char* text, const char*) override { events.push_back(text); }
+  } toldShell;
   for (const auto& row : rows) {
     SCOPED_TRACE(row.damage);
     ConnectAfresh();
@@ -118,14 +120,13 @@ TEST_F(Session, ADamagedCheckpointIsRepairedAndToldOrNotRecorded) {
     events.clear();
     Restart();
     row.apply();
-    RecoverInterruptedSession();
-    ShowPendingNotices();
+    monitor_.RecoverInterruptedSession();
+    monitor_.ShowPendingNotices(toldShell);
     EXPECT_EQ(settings.sessionOpenMarker, 219);
     EXPECT_EQ(IsLogEmpty(), row.recorded == 0);
     EXPECT_EQ(sessionLog.records[0].durationSeconds, row.recorded) << "from its log-on and checkpoint times";
     EXPECT_EQ(events, row.recorded == 0 ? std::vector<std::string>{} : told);
   }
-  startupHooks.showFileProblem = nullptr;
 }
 
 TEST_F(Session, OutOfSpaceIsReportedOnceAndTheNextSessionWorks) {
@@ -140,13 +141,13 @@ TEST_F(Session, OutOfSpaceIsReportedOnceAndTheNextSessionWorks) {
   EXPECT_EQ(events, (std::vector<std::string>{"start timers", "stop timers", "out of space"}));
   EXPECT_EQ(MarkerOnDisk(), 218) << "the next start records it from its checkpoint";
   settings.sessionOpenMarker = 218;
-  RecoverInterruptedSession();
+  monitor_.RecoverInterruptedSession();
   EXPECT_EQ(settings.sessionOpenMarker, 218) << "a recovery without room keeps the marker too";
 
   logState.LogRecordLimit = kMaxLogRecords;
   ras_.Connect("Home ISP");
   Tick();
-  EXPECT_EQ(sessionState.SessionOpen, 1u);
+  EXPECT_EQ(monitor_.Session().SessionOpen, 1u);
 }
 
 }  // namespace

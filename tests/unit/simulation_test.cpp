@@ -33,8 +33,6 @@
 #include "logview/manage_log_summary.h"
 #include "logview/text_report.h"
 #include "monitor/monitor_state.h"
-#include "monitor/pending_notices.h"
-#include "monitor/session.h"
 #include "monitor/session_settings.h"
 #include "monitor/unconfigured_connections.h"
 #include "platform/platform_state.h"
@@ -71,26 +69,27 @@ Steps Parse(const std::string& text) {
 // 30 hours, a fault or a kill every few steps.
 Steps Generate(uint64_t seed) {
   std::mt19937_64 random(seed);
-  const auto pick = [&random](uint64_t n) { return std::to_string(random() % n); };
-  const auto file = [&random] { return std::string(1, "CLR"[random() % 3]) + "_npt"[random() % 4]; };
+  // Appended, never prefixed: GCC 12 warns falsely (-Wrestrict) on text + std::string&&.
+  const auto pick = [&random](const char* op, uint64_t n) { return std::string(op).append(std::to_string(random() % n)); };
+  const auto file = [&random](const char* op) { return std::string(op) + "CLR"[random() % 3] + "_npt"[random() % 4]; };
   Steps steps;
   for (uint64_t i = 0, count = 30 + random() % 120; i < count; ++i) {
     const uint64_t r = random() % 100, kind = random() % 100;
-    if (r < 16) steps.push_back("c" + pick(3));
+    if (r < 16) steps.push_back(pick("c", 3));
     else if (r < 26) steps.push_back(kind < 25 ? "v" : "d");
-    else if (r < 28) steps.push_back("g" + pick(3));
-    else if (r < 50) steps.push_back("w" + pick(kind < 55 ? 600 : kind < 85 ? 7200 : kind < 97 ? 36000 : 108000));
+    else if (r < 28) steps.push_back(pick("g", 3));
+    else if (r < 50) steps.push_back(pick("w", kind < 55 ? 600 : kind < 85 ? 7200 : kind < 97 ? 36000 : 108000));
     else if (r < 53) steps.push_back(kind < 33 ? "j86400" : kind < 66 ? "j3600" : "j-3600");
-    else if (r < 56) steps.push_back("x" + pick(3));
+    else if (r < 56) steps.push_back(pick("x", 3));
     else if (r < 57) steps.push_back("e");
     else if (r < 61) steps.push_back("s");
-    else if (r < 63) steps.push_back("r" + pick(400));
+    else if (r < 63) steps.push_back(pick("r", 400));
     else if (r < 70) steps.push_back(r < 65 ? "q" : r < 67 ? "z" : "k");
-    else if (r < 84) steps.push_back(std::string("f") + "KFFT"[kind % 4] + std::to_string(1 + random() % 14) + "." + pick(7000));
-    else if (r < 90) steps.push_back((kind < 50 ? "h" : "H") + file());
+    else if (r < 84) steps.push_back(pick((std::string("f") + "KFFT"[kind % 4]).append(std::to_string(1 + random() % 14)).append(".").c_str(), 7000));
+    else if (r < 90) steps.push_back(file(kind < 50 ? "h" : "H"));
     else if (r < 93) steps.push_back("u");
-    else if (r < 95) steps.push_back("o" + file());
-    else steps.push_back(r < 97 ? "O" : "F" + pick(2));
+    else if (r < 95) steps.push_back(file("o"));
+    else steps.push_back(r < 97 ? "O" : pick("F", 2));
   }
   return steps;
 }
@@ -277,7 +276,7 @@ class Sim {
 
   // --- The program ---------------------------------------------------------------
   void CheckTimers() {
-    if (!disk_.dead && timersOn_ != (sessionState.SessionOpen != 0)) Violation("session timers without a session or none with one");
+    if (!disk_.dead && timersOn_ != monitor_.SessionOpen()) Violation("session timers without a session or none with one");
   }
 
   // The poll timer's tick, with what the shell does once the step returned.
@@ -290,9 +289,13 @@ class Sim {
       open_ = static_cast<int>(truths_.size()) - 1;
       jumped_ = 0;
     }
-    RunSessionStep(probe_);
+    Follow(monitor_.OnPollTick());
     CheckTimers();
-    ShowPendingNotices();
+    monitor_.ShowPendingNotices(shell_);
+  }
+
+  void Follow(SessionChange change) {  // the shell's session timers: what a tick or a shutdown did
+    if (change != SessionChange::kNone) timersOn_ = change == SessionChange::kOpened, toCheckpoint_ = kCheckpointPeriodMs / 1000;
   }
 
   void CloseTruth() {
@@ -306,9 +309,9 @@ class Sim {
       seconds -= due;
       clock_.Advance(static_cast<uint32_t>(due));
       toCheckpoint_ = kCheckpointPeriodMs / 1000;
-      OnCheckpointTimer();
+      monitor_.OnCheckpointTimer();
       CheckTimers();
-      ShowPendingNotices();
+      monitor_.ShowPendingNotices(shell_);
     }
     if (disk_.dead) return;
     if (timersOn_) toCheckpoint_ -= seconds;
@@ -338,21 +341,14 @@ class Sim {
     settingsPath_ = SettingsPath();
     logPath_ = LogFilePath();
     reportPath_ = ReportFilePath();
-    startupHooks.showFileProblem = unconfiguredHooks.showConfigureNotice = unconfiguredHooks.showNotSetUp =
-        [](const char*, const char*) { sim->Box(); };
-    sessionHooks.startSessionTimers = [] { sim->timersOn_ = true, sim->toCheckpoint_ = kCheckpointPeriodMs / 1000; };
-    sessionHooks.stopSessionTimers = [] { sim->timersOn_ = false; };
-    sessionHooks.reportOutOfSpace = [] { sim->Box(); };
-    sessionHooks.checkUnconfiguredConnections = [] { CheckUnconfiguredConnections(); };
-    unconfiguredHooks.runAccountDialog = []() -> intptr_t { return sim->Box(), 0; };
-    probe_ = DialUpProbe{};
+    monitor_ = Monitor{};
     InitialiseStorage(nullptr);
-    RecoverInterruptedSession();
-    ShowPendingNotices();  // before the poll starts: nothing runs meanwhile
+    monitor_.RecoverInterruptedSession();
+    monitor_.ShowPendingNotices(shell_);  // before the poll starts: nothing runs meanwhile
     CheckStart();
     polling_ = true;
-    CheckUnconfiguredConnections();
-    ShowPendingNotices();
+    CheckUnconfiguredConnections(shell_);
+    monitor_.ShowPendingNotices(shell_);
   }
 
   void EndRun() {
@@ -400,13 +396,13 @@ class Sim {
         if (op == 'x') DeleteConnectionEntries(name);
         else ClearEntireLog();
         for (Truth& t : truths_) t.deleted = t.deleted || (!t.open && (op == 'e' || t.name == name));
-        return ShowPendingNotices();
+        return monitor_.ShowPendingNotices(shell_);
       case 's': {  // the settings sheet's OK
         const int value = 2 + static_cast<int>(next_ % 100);
         settings.alarmRepeatHours = static_cast<int8_t>(value);
         if (SaveSettings() && !disk_.dead) values_.clear();
         values_.insert(value);
-        return ShowPendingNotices();
+        return monitor_.ShowPendingNotices(shell_);
       }
       case 'r': {
         const std::string report(static_cast<std::size_t>(a), static_cast<char>('a' + next_ % 26));
@@ -421,7 +417,7 @@ class Sim {
       }
       case 'z':
         CloseTruth();  // the session ends now, recorded as it stands
-        RecordSessionAtShutdown();
+        Follow(monitor_.Shutdown(ShutdownMode::kQuiet));
         [[fallthrough]];
       case 'q':
         ended_ = true;
@@ -452,7 +448,16 @@ class Sim {
   std::size_t next_ = 0;
   FakeClock clock_;
   ScriptedRas ras_;
-  DialUpProbe probe_;
+  Monitor monitor_;
+  // Every box the program shows runs a few of the next steps, as its message loop does.
+  struct : MonitorShell {
+    void ShowOutOfSpace() override { sim->Box(); }
+    void ShowFileProblem(const char*, const char*) override { sim->Box(); }
+    void ShowConfigureNotice(const char*, const char*) override { sim->Box(); }
+    void ShowNotSetUp(const char*, const char*) override { sim->Box(); }
+    intptr_t RunAccountDialog() override { return sim->Box(), 0; }
+    void CheckAccounts() override { CheckUnconfiguredConnections(*this); }
+  } shell_;
   SimulatedDisk disk_;
   uint64_t stepsRun_ = 0, faults_ = 0, kills_ = 0;  // besides the disk's own
   int64_t jumped_ = 0;  // how far the clock was set on during the open session

@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "monitor/pending_notices.h"
 #include "platform/binary_file.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
@@ -37,9 +36,6 @@ class Startup : public ProgramStateTest {
     startupHooks.createShortcuts = [] { events.push_back("shortcuts"); };
     startupHooks.setAutoStart = [](bool on) { events.push_back(on ? "autostart on" : "autostart off"); };
     startupHooks.currentDirectory = [] { return currentDirectory; };
-    startupHooks.showFileProblem = [](const char* text, const char* caption) {
-      events.push_back(std::string("problem: ") + text + " | " + caption);
-    };
     installHooks.markFirstRun = [] { events.push_back("mark first run"); };
   }
 
@@ -84,6 +80,11 @@ class Startup : public ProgramStateTest {
   }
 
   int owner_ = 0;  // stands for the main window
+  struct : MonitorShell {
+    void ShowFileProblem(const char* text, const char* caption) override {
+      events.push_back(std::string("problem: ") + text + " | " + caption);
+    }
+  } problems_;
 };
 
 const std::string kAlert = "alert: Your log file is missing, another one will be created | Orvalen Alert !!";
@@ -92,15 +93,15 @@ enum Folder { FromProgramFolder, FromProgramFolderInCapitals, FromElsewhere, Fro
 
 struct StartRow {
   const char* what;
-  const char* marker;  // nullptr: no configuration; "": an empty file
-  uint32_t runAtStartup;
-  const Texts* log;    // nullptr: no current log
-  std::vector<std::size_t> legacySlots;
+  const char* marker = nullptr;  // nullptr: no configuration; "": an empty file
+  uint32_t runAtStartup = 1;
+  const Texts* log = nullptr;    // nullptr: no current log
+  std::vector<std::size_t> legacySlots = {};
   Folder folder;
   const Texts* events;
   Texts loaded;
-  const char* markerOnDisk;
-  std::size_t logSize;  // 0: the log as it was written
+  const char* markerOnDisk = "orvalen_v015";
+  std::size_t logSize = 0;  // 0: the log as it was written
   uint32_t previousSessionValid = 1;
 };
 
@@ -109,31 +110,36 @@ TEST_F(Startup, DecisionTable) {
   const Texts firstRun = {"welcome", "mark first run", "create folder", "copy files", "shortcuts", "autostart on",
                           "shortcuts", "autostart on"};
   const StartRow rows[] = {
-      {"first run", nullptr, 1, nullptr, {}, FromElsewhere, &firstRun, {"<blank>", "<blank>"}, "orvalen_v015", 392},
-      {"a first run cut short before the configuration was whole", "", 1, nullptr, {}, FromElsewhere, &firstRun,
-       {"<blank>", "<blank>"}, "orvalen_v015", 392},
-      {"a first run cut short before the log: no message", "orvalen_v015", 1, nullptr, {}, FromProgramFolder, &quiet,
-       {"<blank>", "<blank>"}, "orvalen_v015", 392, 0},
-      {"first run beside a current log", nullptr, 1, &two, {0}, FromProgramFolder, &firstRun,
-       {"Home ISP", "Office", "<blank>"}, "orvalen_v015", 0},
-      {"first run converts a legacy log silently", nullptr, 1, nullptr, {0, 5, 1999}, FromProgramFolder, &firstRun,
-       {"Slot 0", "Slot 5", "Slot 1999", "<blank>", "<blank>"}, "orvalen_v015", 8 + 5 * 192},
-      {"normal start from the program folder in capitals", "orvalen_v015", 1, &home, {}, FromProgramFolderInCapitals,
-       &quiet, {"Home ISP", "<blank>"}, "orvalen_v015", 0},
-      {"normal start from elsewhere reinstalls, autostart off or not", "orvalen_v015", 0, &none, {}, FromElsewhere,
-       &kReinstall, {"<blank>"}, "orvalen_v015", 0},
-      {"no current directory counts as elsewhere", "orvalen_v015", 1, &none, {}, FromNowhere, &kReinstall,
-       {"<blank>"}, "orvalen_v015", 0},
-      {"missing log: one message and a fresh log", "orvalen_v015", 1, nullptr, {}, FromProgramFolder, &alert,
-       {"<blank>", "<blank>"}, "orvalen_v015", 392},
-      {"marker in another letter case is current", "ORVALEN_V015", 1, &home, {0, 1}, FromProgramFolder, &quiet,
-       {"Home ISP", "<blank>"}, "ORVALEN_V015", 0},
-      {"upgrade converts a short legacy log", "orvalen_v012", 1, nullptr, {0, 5}, FromElsewhere, &kReinstall,
-       {"Slot 0", "Slot 5", "<blank>", "<blank>"}, "orvalen_v015", 8 + 4 * 192},
-      {"upgrade without a legacy log: the message, no reinstall", "orvalen_v012", 1, nullptr, {}, FromElsewhere,
-       &alert, {"<blank>", "<blank>"}, "orvalen_v015", 392},
-      {"damaged marker beside a current log keeps the log", "\x01garbage", 1, &home, {0}, FromProgramFolder, &quiet,
-       {"Home ISP", "<blank>"}, "orvalen_v015", 0},
+      {.what = "first run", .folder = FromElsewhere, .events = &firstRun, .loaded = {"<blank>", "<blank>"},
+       .logSize = 392},
+      {.what = "a first run cut short before the configuration was whole", .marker = "", .folder = FromElsewhere,
+       .events = &firstRun, .loaded = {"<blank>", "<blank>"}, .logSize = 392},
+      {.what = "a first run cut short before the log: no message", .marker = "orvalen_v015",
+       .folder = FromProgramFolder, .events = &quiet, .loaded = {"<blank>", "<blank>"}, .logSize = 392,
+       .previousSessionValid = 0},
+      {.what = "first run beside a current log", .log = &two, .legacySlots = {0}, .folder = FromProgramFolder,
+       .events = &firstRun, .loaded = {"Home ISP", "Office", "<blank>"}},
+      {.what = "first run converts a legacy log silently", .legacySlots = {0, 5, 1999}, .folder = FromProgramFolder,
+       .events = &firstRun, .loaded = {"Slot 0", "Slot 5", "Slot 1999", "<blank>", "<blank>"},
+       .logSize = 8 + 5 * 192},
+      {.what = "normal start from the program folder in capitals", .marker = "orvalen_v015", .log = &home,
+       .folder = FromProgramFolderInCapitals, .events = &quiet, .loaded = {"Home ISP", "<blank>"}},
+      {.what = "normal start from elsewhere reinstalls, autostart off or not", .marker = "orvalen_v015",
+       .runAtStartup = 0, .log = &none, .folder = FromElsewhere, .events = &kReinstall, .loaded = {"<blank>"}},
+      {.what = "no current directory counts as elsewhere", .marker = "orvalen_v015", .log = &none,
+       .folder = FromNowhere, .events = &kReinstall, .loaded = {"<blank>"}},
+      {.what = "missing log: one message and a fresh log", .marker = "orvalen_v015", .folder = FromProgramFolder,
+       .events = &alert, .loaded = {"<blank>", "<blank>"}, .logSize = 392},
+      {.what = "marker in another letter case is current", .marker = "ORVALEN_V015", .log = &home,
+       .legacySlots = {0, 1}, .folder = FromProgramFolder, .events = &quiet, .loaded = {"Home ISP", "<blank>"},
+       .markerOnDisk = "ORVALEN_V015"},
+      {.what = "upgrade converts a short legacy log", .marker = "orvalen_v012", .legacySlots = {0, 5},
+       .folder = FromElsewhere, .events = &kReinstall, .loaded = {"Slot 0", "Slot 5", "<blank>", "<blank>"},
+       .logSize = 8 + 4 * 192},
+      {.what = "upgrade without a legacy log: the message, no reinstall", .marker = "orvalen_v012",
+       .folder = FromElsewhere, .events = &alert, .loaded = {"<blank>", "<blank>"}, .logSize = 392},
+      {.what = "damaged marker beside a current log keeps the log", .marker = "\x01garbage", .log = &home,
+       .legacySlots = {0}, .folder = FromProgramFolder, .events = &quiet, .loaded = {"Home ISP", "<blank>"}},
   };
   for (const StartRow& row : rows) {
     SCOPED_TRACE(row.what);
@@ -217,8 +223,8 @@ TEST_F(Startup, AnUnreadableFileIsToldOnceLeftAloneAndMergedWhenReadable) {
     SetRecordStatus(slot, InUse);
     SetRecordName(slot, "Run");
     EXPECT_EQ(SaveLog(LogFilePath().c_str()), path == SettingsPath()) << "nothing saved while the log cannot be read";
-    SaveSettings();
-    ShowPendingNotices();
+    (void)SaveSettings();
+    monitor_.ShowPendingNotices(problems_);
     const auto told = std::count_if(events.begin(), events.end(), [](const std::string& event) {
       return event.rfind("problem: ", 0) == 0 || event.rfind("alert: ", 0) == 0;
     });
@@ -256,7 +262,7 @@ TEST_F(Startup, AFailedSaveIsToldOnceUntilASaveSucceeds) {
   EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
   settings.alarmOn ^= 1;
   EXPECT_FALSE(SaveSettings());
-  ShowPendingNotices();
+  monitor_.ShowPendingNotices(problems_);
   const std::string told = "problem: Orvalen could not save " + LogFilePath() + " (";
   ASSERT_EQ(events.size(), 2u) << "once for each file";
   EXPECT_EQ(events[0].rfind(told, 0), 0u) << events[0];
@@ -266,7 +272,7 @@ TEST_F(Startup, AFailedSaveIsToldOnceUntilASaveSucceeds) {
   AppendToLog(UsedRecord("Run", 60));
   EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
   platformState.fileCalls.commit = nullptr;
-  ShowPendingNotices();
+  monitor_.ShowPendingNotices(problems_);
   EXPECT_EQ(events.size(), 3u) << "a new run of failures is told again";
 }
 

@@ -82,8 +82,8 @@ TEST_F(SettingsFile, ASaveWritesOnlyWhatChanged) {
     LogSession("a", 1);  // both files have news for the first save
     ++settings.alarmOnceHours;
     platformState.fileCalls.commit = row.commit;
-    SaveSettingsTo(SettingsPath());
-    SaveLog(LogFilePath().c_str());
+    EXPECT_EQ(SaveSettingsTo(SettingsPath()), row.commit == nullptr);
+    EXPECT_EQ(SaveLog(LogFilePath().c_str()), row.commit == nullptr);
     platformState.fileCalls.commit = nullptr;
     row.change();
     writesOpened = 0;

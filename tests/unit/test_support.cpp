@@ -10,8 +10,6 @@
 #include "app/status_text.h"
 #include "logview/logview_state.h"
 #include "monitor/monitor_state.h"
-#include "monitor/pending_notices.h"
-#include "monitor/session.h"
 #include "platform/platform_state.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
@@ -104,15 +102,15 @@ void ProgramStateTest::WriteBytes(const std::string& path, const std::vector<uin
 }
 
 void ProgramStateTest::Tick() {
-  RunSessionStep(probe_);
-  ShowPendingNotices();  // as the shell does once the step has returned
+  OnSessionChange(monitor_.OnPollTick());
+  monitor_.ShowPendingNotices(*shell_);  // as the shell does once the step has returned
 }
 
 void ProgramStateTest::RunOnline(uint32_t seconds) {
   for (uint32_t elapsed = 1; elapsed <= seconds; ++elapsed) {
     clock_.Advance(1);
     Tick();
-    if (elapsed % 180 == 0) OnCheckpointTimer();
+    if (elapsed % 180 == 0) monitor_.OnCheckpointTimer();
   }
 }
 

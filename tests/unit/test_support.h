@@ -7,7 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "monitor/dial_up_probe.h"
+#include "monitor/monitor.h"
+#include "monitor/monitor_shell.h"
 #include "platform/ras_service.h"
 #include "platform/system_clock.h"
 #include "storage/account_record.h"
@@ -63,15 +64,21 @@ class ProgramStateTest : public ::testing::Test {
   void WriteBytes(const std::string& path, const std::vector<uint8_t>& bytes) const;
   bool Exists(const std::string& path) const;
 
-  // The 100 ms session step; RunOnline runs it through the given seconds with a
-  // checkpoint every three minutes, as the program's timers do.
+  // The 100 ms poll tick, then its notices shown; RunOnline runs it through the
+  // given seconds with a checkpoint every three minutes, as the program's timers do.
   void Tick();
   void RunOnline(uint32_t seconds);
+  // One of the monitor's timers, then its notices, as the program's timer procedures run them.
+  void RunTimer(void (Monitor::*timer)()) { (monitor_.*timer)(), monitor_.ShowPendingNotices(*shell_); }
+  // What the shell does with a tick's change of session (its timers).
+  virtual void OnSessionChange(SessionChange) {}
 
   std::string folder_;
   FakeClock clock_;
   ScriptedRas ras_;
-  DialUpProbe probe_;
+  Monitor monitor_;
+  MonitorShell quietShell_;              // shows nothing, asks nothing
+  MonitorShell* shell_ = &quietShell_;  // the notices are shown through it
 };
 
 // A record with the given name and duration, dated day 7 (a Monday) of the month

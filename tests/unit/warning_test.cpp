@@ -5,7 +5,6 @@
 #include <string>
 
 #include "monitor/alarm.h"
-#include "monitor/session.h"
 #include "monitor/usage_warning.h"
 #include "storage/account_figures.h"
 #include "storage/settings.h"
@@ -30,6 +29,9 @@ class Warnings : public ProgramStateTest {
   }
   W Take(int32_t running) { return TakeDueWarning(kIsp, clock_.now, running, text_); }
   std::string text_;
+
+ public:
+  void Timer() { RunTimer(&Monitor::OnUsageWarningTimer); }
 };
 
 struct Step {
@@ -107,17 +109,22 @@ TEST_F(Warnings, OncePerCrossingAcrossARestart) {
   static int notices, sounds;
   static std::string shown;
   notices = sounds = 0;
-  alarmHooks.playSound = [] { ++sounds; };
-  usageWarningHooks.showNotice = [](const char* text) {
-    ++notices;
-    shown = text;
-    OnUsageWarningTimer();  // the notice's message loop runs the timer: no second notice
-  };
-  sessionState.SessionOpen = 1;
-  std::strcpy(sessionState.SessionConnectionName, kIsp);
-  sessionState.SessionStartSeconds = clock_.tickMs / 1000 - 3600;  // on-line for an hour: 8 h
-  OnUsageWarningTimer();
-  OnUsageWarningTimer();
+  struct : MonitorShell {
+    Warnings* test = nullptr;
+    void PlayAlarmSound() override { ++sounds; }
+    void ShowUsageWarning(const char* text) override {
+      ++notices;
+      shown = text;
+      test->Timer();  // the notice's message loop runs the timer: no second notice
+    }
+  } shell;
+  shell.test = this;
+  shell_ = &shell;
+  ras_.Connect(kIsp);
+  Tick();
+  clock_.Advance(3600);  // on-line for an hour: 8 h
+  Timer();
+  Timer();
   EXPECT_EQ(notices, 1);
   EXPECT_EQ(sounds, 1);
   EXPECT_EQ(shown,
@@ -127,10 +134,10 @@ TEST_F(Warnings, OncePerCrossingAcrossARestart) {
   ASSERT_TRUE(LoadSettings(SettingsPath()));
   settings.alarmAction = kAlarmBoxOnly;
   clock_.Advance(600);
-  OnUsageWarningTimer();
+  Timer();
   EXPECT_EQ(notices, 1);
   clock_.Advance(2 * 3600);
-  OnUsageWarningTimer();
+  Timer();
   EXPECT_EQ(notices, 2) << "100 % still comes";
   EXPECT_EQ(sounds, 1) << "no sound when the alarm's action has none";
 }

@@ -1,3 +1,0 @@
-#include "monitor/alarm_state.h"
-
-AlarmState alarmState;
