@@ -82,6 +82,10 @@ void Dispatch(MSG& message) {
 void ReportFatal(const char* what) {
   char text[160];
   wsprintfA(text, "%s\n\nError %lu.", what, GetLastError());
+  // A refused main window's clean-up has posted the quit, which would close the
+  // box at once: it is taken off the queue first.
+  MSG quit;
+  PeekMessageA(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
   MessageBoxA(nullptr, text, "Orvalen", MB_OK | MB_ICONSTOP);
 }
 
@@ -114,20 +118,28 @@ int Run(HINSTANCE instance) {
   HWND splashOwner = CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, instance, nullptr);
   DialogBoxParamA(instance, MAKEINTRESOURCEA(IDD_SPLASH), splashOwner, SplashDialogProc, 0);
   if (splashOwner != nullptr) DestroyWindow(splashOwner);
-  // Hidden: the tray icon is the program's face.
+  // Hidden: the tray icon is the program's face. Its WM_CREATE refuses the window
+  // (and CreateWindowExA gives NULL) when the icon cannot be added.
+  MainWindowStart start;
   HWND window = CreateWindowExA(0, kClassName, "Orvalen", WS_OVERLAPPEDWINDOW, 350, 290, 135, 100, nullptr,
-                                nullptr, instance, nullptr);
-  if (window == nullptr) {
+                                nullptr, instance, &start);
+  if (window == nullptr && !start.ended) {
     ReportFatal("Window Creation Failed");
     return 1;
   }
-  ShowWindow(window, SW_HIDE);
-  UpdateWindow(window);
+  if (window != nullptr) {
+    ShowWindow(window, SW_HIDE);
+    UpdateWindow(window);
+  }
 
   MSG message;
   BOOL result;
   while ((result = GetMessageA(&message, nullptr, 0, 0)) != 0) {
-    if (result == -1) break;
+    if (result == -1) {
+      // The loop cannot go on: the window's own clean-up ends the program.
+      if (IsWindow(window)) DestroyWindow(window);
+      break;
+    }
     Dispatch(message);
   }
   ReleasePalette();  // every window is gone

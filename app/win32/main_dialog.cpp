@@ -11,7 +11,6 @@
 #include "app/win32/quit_question.h"
 #include "app/win32/settings_sheet.h"
 #include "app/status_text.h"
-#include "app/win32/tray_icon.h"
 #include "logview/win32/view_log_dialog.h"
 #include "monitor/dial_up_probe.h"
 #include "monitor/session.h"
@@ -169,7 +168,6 @@ void OnButton(HWND dialog, WORD id) {
     case IDC_MAIN_HIDE:
       appWindows.viewLogOpen = false;  // the View Log dialog is owned by this one and goes with it
       DestroyWindow(dialog);
-      appWindows.mainDialogVisible = false;
       break;
     default:
       break;
@@ -180,11 +178,10 @@ void OnClose(HWND dialog) {
   MainDialogState* state = dialogState;
   const bool onLine = state && state->probe.IsConnected() && probeState.OnLineFlag == 1;
   if (!AskToQuit(onLine, dialog, dialog, kDialogQuitQuestion)) return;
-  // The session is not recorded: the settings file still says it is open.
-  DestroyWindow(dialog);
-  RemoveTrayIcon(appWindows.mainWindow);
-  PostQuitMessage(0);
-  sessionState.LastSessionChanged = 1;
+  // The program ends as from the tray's Exit: the main window's WM_DESTROY does
+  // the clean-up, this dialog included. The session is not recorded: the
+  // settings file still says it is open.
+  DestroyWindow(appWindows.mainWindow);
 }
 
 }  // namespace

@@ -62,7 +62,9 @@ bool startupDone = false;  // storage ready and the start-up notices answered
 
 void ReportOutOfSpace() { MessageBoxA(nullptr, "Out of space to record session", "Diagnostic Message", MB_OK); }
 
-void OnCreate(HWND window) {
+// False refuses the window (WM_CREATE answers -1): without the tray icon the
+// program could not be reached.
+bool OnCreate(HWND window) {
   appWindows.mainWindow = window;
   sessionHooks.startSessionTimers = StartSessionTimers;
   sessionHooks.stopSessionTimers = StopSessionTimers;
@@ -89,15 +91,20 @@ void OnCreate(HWND window) {
   InitialiseStorage(window);
   RecoverInterruptedSession();
   ShowPendingNotices();  // what the start found, before the poll runs
+  // The boxes above run message loops: a way out taken meanwhile has destroyed the
+  // window, and nothing more starts.
+  if (!IsWindow(window)) return true;
+  if (!AddTrayIcon(window)) return false;
   // The poll runs before the notice about connections without an account can
   // open: a session made while it waits for an answer is timed and recorded.
-  AddTrayIcon(window);
   SetTimer(window, kPollTimer, 100, nullptr);
   SetTimer(window, kStatusTimer, 500, nullptr);
   SetTimer(window, kSlowStatusTimer, 10000, nullptr);
   CheckUnconfiguredConnections();
+  if (!IsWindow(window)) return true;  // ended while the notice waited
   if (settings.showMainWindowAtStart != 0 || appWindows.showMainDialogOnce) ShowMainDialog();
   startupDone = true;
+  return true;
 }
 
 void OnTimer(UINT_PTR timer) {
@@ -111,14 +118,17 @@ bool ConfirmQuit() {
   return AskToQuit(WindowProbe().IsConnected(), shown, appWindows.mainWindow, kWindowQuitQuestion);
 }
 
-// Ends the message loop. An open session is not recorded now: the settings file
-// still says a session is open, so the next start records it from its checkpoint.
-void Quit(HWND window) {
-  PostQuitMessage(0);
+// The one clean-up, whichever way the program ends. An open session is not
+// recorded here: the settings file still says a session is open, so the next
+// start records it from its checkpoint (a shutdown recorded it already).
+void OnDestroy(HWND window) {
+  if (appWindows.mainDialogVisible) DestroyWindow(appWindows.mainDialog);
   KillTimer(window, kPollTimer);
   KillTimer(window, kStatusTimer);
   KillTimer(window, kSlowStatusTimer);
+  StopSessionTimers();
   RemoveTrayIcon(window);
+  PostQuitMessage(0);
 }
 
 // The system is shutting down or the user logging off: the open session is
@@ -126,7 +136,7 @@ void Quit(HWND window) {
 // and the program ends.
 void OnEndSession(HWND window) {
   RecordSessionAtShutdown();
-  Quit(window);
+  DestroyWindow(window);
 }
 
 // A second start asks for the program: the main status dialog is shown, and the
@@ -141,7 +151,7 @@ LRESULT OnActivateRequest() {
   return reinterpret_cast<LRESULT>(GetLastActivePopup(appWindows.mainDialog));
 }
 
-LRESULT OnCommand(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT OnCommand(HWND window, WPARAM wParam) {
   switch (LOWORD(wParam)) {
     case IDM_TRAY_SHOW:
       ShowMainDialog();
@@ -153,15 +163,14 @@ LRESULT OnCommand(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
       OpenViewLog(appWindows.mainDialogVisible ? appWindows.mainDialog : nullptr);
       return 1;
     case IDM_TRAY_HIDE:
-      if (appWindows.mainDialogVisible) {
-        DestroyWindow(appWindows.mainDialog);
-        appWindows.mainDialogVisible = false;
-      }
+      if (appWindows.mainDialogVisible) DestroyWindow(appWindows.mainDialog);
       return 1;
-    default:  // Exit, and any other command
+    default:
+      // Exit, and on purpose any other id too: the older release quit on an id it
+      // did not know (after the question), and its users rely on that.
       if (!ConfirmQuit()) return 0;
-      Quit(window);
-      return DefWindowProcA(window, message, wParam, lParam);
+      DestroyWindow(window);
+      return 0;
   }
 }
 
@@ -186,13 +195,19 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     return 0;
   }
   switch (message) {
-    case WM_CREATE:
-      OnCreate(window);
-      break;
+    case WM_CREATE: {
+      if (!OnCreate(window)) return -1;
+      auto* start = static_cast<MainWindowStart*>(reinterpret_cast<const CREATESTRUCTA*>(lParam)->lpCreateParams);
+      if (start != nullptr) start->ended = !IsWindow(window);
+      return 0;
+    }
     case WM_TIMER:
       OnTimer(wParam);
       break;
     case kTrayCallbackMessage: {
+      // Kept as the older release had it, which its users rely on: every event
+      // reads the cursor and is answered 1; a double click shows the main status
+      // dialog, the right button opens the menu.
       POINT cursor = {};
       GetCursorPos(&cursor);
       if (lParam == kTrayDoubleClick) ShowMainDialog();
@@ -202,7 +217,7 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     case kActivateMessage:
       return OnActivateRequest();
     case WM_COMMAND:
-      return OnCommand(window, message, wParam, lParam);
+      return OnCommand(window, wParam);
     case WM_QUERYENDSESSION:
       return TRUE;
     case WM_ENDSESSION:
@@ -210,8 +225,8 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
       return 0;
     case WM_DESTROY:
       // The window is already going, so a "No" could not keep the program alive:
-      // end it without asking, leaving any open session to the next start.
-      Quit(window);
+      // no question here, whichever way out led to it.
+      OnDestroy(window);
       return 0;
     default:
       break;

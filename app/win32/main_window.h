@@ -13,6 +13,16 @@ constexpr UINT_PTR kUsageWarningTimer = 40; // 10 s, while a session is open
 // the window to bring to the foreground (0 for none).
 constexpr UINT kActivateMessage = WM_APP + 2;
 
+// The main window's creation data: what its WM_CREATE made of the start.
+struct MainWindowStart {
+  // A way out (the end of the Windows session) taken while a start-up box waited
+  // destroyed the window within its WM_CREATE: CreateWindowExA gives NULL, yet the
+  // program ends as it should, with nothing to report.
+  bool ended = false;
+};
+
+// Every way out of the program destroys this window; its WM_DESTROY does all the
+// clean-up (timers, tray icon, the main status dialog) and ends the message loop.
 LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 // Creates the main status dialog, or brings the open one to the front.
 void ShowMainDialog();
