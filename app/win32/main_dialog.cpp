@@ -50,7 +50,11 @@ class MainDialogState {
   DialUpProbe probe;
 };
 
-MainDialogState* dialogState = nullptr;
+// Behind DWLP_USER from WM_INITDIALOG to WM_DESTROY; null in a refused duplicate
+// and for the messages before WM_INITDIALOG.
+MainDialogState* StateOf(HWND dialog) {
+  return reinterpret_cast<MainDialogState*>(GetWindowLongPtrA(dialog, DWLP_USER));
+}
 
 // The refresh writes only what changed: a control given the text it already
 // shows, the state it already has or the icon it already holds would be redrawn
@@ -132,10 +136,11 @@ BOOL OnInitDialog(HWND dialog) {
     return TRUE;
   }
   MainDialogState* state = new MainDialogState(dialog);
+  SetWindowLongPtrA(dialog, DWLP_USER, reinterpret_cast<LONG_PTR>(state));
   ShowProgramIcon(dialog);
   SetText(state->connectionName, "");
   SetText(state->accountStatus, kInitialStatusText);
-  dialogState = state;
+  appWindows.mainDialog = dialog;
   appWindows.mainDialogVisible = true;
   RefreshStatusText();  // the timers rebuild it only while a dialog shows it
   SetTimer(dialog, kRefreshTimer, 1000, nullptr);
@@ -145,11 +150,13 @@ BOOL OnInitDialog(HWND dialog) {
   return TRUE;
 }
 
+// Every way the dialog goes (Hide, the tray menu, the quit) destroys it.
 void ReleaseState(HWND dialog) {
-  if (dialogState == nullptr || dialogState->dialog != dialog) return;  // a refused duplicate
+  MainDialogState* state = StateOf(dialog);
+  if (state == nullptr) return;  // a refused duplicate
   KillTimer(dialog, kRefreshTimer);
-  delete dialogState;
-  dialogState = nullptr;
+  SetWindowLongPtrA(dialog, DWLP_USER, 0);
+  delete state;
   appWindows.mainDialogVisible = false;
 }
 
@@ -174,9 +181,8 @@ void OnButton(HWND dialog, WORD id) {
   }
 }
 
-void OnClose(HWND dialog) {
-  MainDialogState* state = dialogState;
-  const bool onLine = state && state->probe.IsConnected() && probeState.OnLineFlag == 1;
+void OnClose(HWND dialog, MainDialogState& state) {
+  const bool onLine = state.probe.IsConnected() && probeState.OnLineFlag == 1;
   if (!AskToQuit(onLine, dialog, dialog, kDialogQuitQuestion)) return;
   // The program ends as from the tray's Exit: the main window's WM_DESTROY does
   // the clean-up, this dialog included. The session is not recorded: the
@@ -187,29 +193,30 @@ void OnClose(HWND dialog) {
 }  // namespace
 
 INT_PTR CALLBACK MainDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
+  if (message == WM_INITDIALOG) return OnInitDialog(dialog);
+  MainDialogState* state = StateOf(dialog);
+  if (state == nullptr) return FALSE;  // before WM_INITDIALOG, or a refused duplicate
   switch (message) {
-    case WM_INITDIALOG:
-      return OnInitDialog(dialog);
     case WM_TIMER:
-      if (wParam == kRefreshTimer && dialogState && dialogState->dialog == dialog) OnRefreshTimer(dialog, *dialogState);
+      if (wParam == kRefreshTimer) OnRefreshTimer(dialog, *state);
       return TRUE;
     case WM_COMMAND:
       if (HIWORD(wParam) == BN_CLICKED) OnButton(dialog, LOWORD(wParam));
       return FALSE;
     case WM_CLOSE:
-      OnClose(dialog);
+      OnClose(dialog, *state);
       return TRUE;
     case WM_DESTROY:
       ReleaseState(dialog);
       return FALSE;
     case WM_CTLCOLORLISTBOX:
-      return dialogState ? PaintControl(wParam, kLightGreen) : 0;
+      return PaintControl(wParam, kLightGreen);
     case WM_CTLCOLOREDIT:
-      return dialogState ? PaintControl(wParam, kGreen) : 0;
+      return PaintControl(wParam, kGreen);
     case WM_CTLCOLORBTN:
     case WM_CTLCOLORDLG:
     case WM_CTLCOLORSTATIC:
-      return dialogState ? PaintControl(wParam, kDialogGrey) : 0;
+      return PaintControl(wParam, kDialogGrey);
     default:
       return FALSE;
   }
