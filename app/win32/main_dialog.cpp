@@ -8,6 +8,7 @@
 #include "ui/win32/program_icon.h"
 #include "ui/win32/dialog_colours.h"
 #include "app/win32/greeting_dialogs.h"
+#include "app/win32/main_timers.h"
 #include "app/win32/quit_question.h"
 #include "app/win32/settings_sheet.h"
 #include "app/status_text.h"
@@ -130,6 +131,18 @@ void OnRefreshTimer(HWND dialog, MainDialogState& state) {
   }
 }
 
+// The main window's status timers only rebuild the text this dialog shows, so they
+// run only while it exists: hidden and off-line, the program wakes for the poll alone.
+void StartStatusTimers() {
+  SetTimer(appWindows.mainWindow, kStatusTimer, kStatusPeriodMs, nullptr);
+  SetTimer(appWindows.mainWindow, kSlowStatusTimer, kSlowStatusPeriodMs, nullptr);
+}
+
+void StopStatusTimers() {
+  KillTimer(appWindows.mainWindow, kStatusTimer);
+  KillTimer(appWindows.mainWindow, kSlowStatusTimer);
+}
+
 BOOL OnInitDialog(HWND dialog) {
   if (appWindows.mainDialogVisible) {  // only one main status dialog exists
     DestroyWindow(dialog);
@@ -142,7 +155,10 @@ BOOL OnInitDialog(HWND dialog) {
   SetText(state->accountStatus, kInitialStatusText);
   appWindows.mainDialog = dialog;
   appWindows.mainDialogVisible = true;
-  RefreshStatusText();  // the timers rebuild it only while a dialog shows it
+  // The timers rebuild the status text only while this dialog shows it: it is
+  // rebuilt now, so it is right at once.
+  RefreshStatusText();
+  StartStatusTimers();
   SetTimer(dialog, kRefreshTimer, 1000, nullptr);
   if (settings.previousSessionValid != 0) sessionState.LastSessionChanged = 1;
   if (IsLogEmpty()) sessionState.LastSessionChanged = 0;
@@ -155,6 +171,7 @@ void ReleaseState(HWND dialog) {
   MainDialogState* state = StateOf(dialog);
   if (state == nullptr) return;  // a refused duplicate
   KillTimer(dialog, kRefreshTimer);
+  StopStatusTimers();
   SetWindowLongPtrA(dialog, DWLP_USER, 0);
   delete state;
   appWindows.mainDialogVisible = false;

@@ -5,6 +5,7 @@
 #include "ui/win32/app_state.h"
 #include "app/win32/greeting_dialogs.h"
 #include "app/win32/main_dialog.h"
+#include "app/win32/main_timers.h"
 #include "app/win32/quit_question.h"
 #include "app/status_text.h"
 #include "app/win32/tray_icon.h"
@@ -96,10 +97,9 @@ bool OnCreate(HWND window) {
   if (!IsWindow(window)) return true;
   if (!AddTrayIcon(window)) return false;
   // The poll runs before the notice about connections without an account can
-  // open: a session made while it waits for an answer is timed and recorded.
-  SetTimer(window, kPollTimer, 100, nullptr);
-  SetTimer(window, kStatusTimer, 500, nullptr);
-  SetTimer(window, kSlowStatusTimer, 10000, nullptr);
+  // open: a session made while it waits for an answer is timed and recorded. The
+  // status timers run only while the main status dialog is shown (main_dialog.cpp).
+  SetTimer(window, kPollTimer, kPollPeriodMs, nullptr);
   CheckUnconfiguredConnections();
   if (!IsWindow(window)) return true;  // ended while the notice waited
   if (settings.showMainWindowAtStart != 0 || appWindows.showMainDialogOnce) ShowMainDialog();
@@ -122,7 +122,7 @@ bool ConfirmQuit() {
 // recorded here: the settings file still says a session is open, so the next
 // start records it from its checkpoint (a shutdown recorded it already).
 void OnDestroy(HWND window) {
-  if (appWindows.mainDialogVisible) DestroyWindow(appWindows.mainDialog);
+  if (appWindows.mainDialogVisible) DestroyWindow(appWindows.mainDialog);  // stops the status timers
   KillTimer(window, kPollTimer);
   KillTimer(window, kStatusTimer);
   KillTimer(window, kSlowStatusTimer);

@@ -2,13 +2,6 @@
 #pragma once
 #include <windows.h>
 
-constexpr UINT_PTR kPollTimer = 2;          // 100 ms: session step and status text
-constexpr UINT_PTR kStatusTimer = 5;        // 500 ms: status text
-constexpr UINT_PTR kSlowStatusTimer = 10;   // 10 s: status text
-constexpr UINT_PTR kCheckpointTimer = 20;   // 3 min, while a session is open
-constexpr UINT_PTR kAlarmTimer = 30;        // while a session is open
-constexpr UINT_PTR kUsageWarningTimer = 40; // 10 s, while a session is open
-
 // A second start sends this to the running program's main window; the answer is
 // the window to bring to the foreground (0 for none).
 constexpr UINT kActivateMessage = WM_APP + 2;
