@@ -1,6 +1,6 @@
 // What the View Log and Manage Log dialogs keep between two openings: the last
 // filter that matched, the text report being built and the last one finished,
-// Manage Log's result, and the editor hook.
+// and the editor hook.
 #pragma once
 #include <cstddef>
 #include <string>
@@ -36,7 +36,6 @@ struct LogViewState {
   std::string PendingReport;
   // The complete report of the last filled list; empty until the first filling.
   std::string FinishedReport;
-  int ManageLogResult = kLogUnchanged;
 };
 extern LogViewState logViewState;
 

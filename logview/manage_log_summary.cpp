@@ -42,15 +42,14 @@ std::string ManageLogSummaryText(const char* connection) {
 }
 
 int DeleteConnectionEntries(const char* connection) {
-  logViewState.ManageLogResult = MarkConnectionDeleted(connection) ? kRecordsDeleted : kLogUnchanged;
+  const int outcome = MarkConnectionDeleted(connection) ? kRecordsDeleted : kLogUnchanged;
   DeleteAccount(connection);
   SaveLogAndSettings();
-  return logViewState.ManageLogResult;
+  return outcome;
 }
 
 int ClearEntireLog() {
   ClearLog();
-  logViewState.ManageLogResult = kLogCleared;
   SaveLogAndSettings();
-  return logViewState.ManageLogResult;
+  return kLogCleared;
 }

@@ -10,11 +10,12 @@
 std::string ManageLogSummaryText(const char* connection);
 
 // Delete Entry after a Yes: every record of exactly that name becomes Deleted, its
-// account entry is freed, and the log and the settings are saved. Returns the new
-// ManageLogResult (kRecordsDeleted when a record changed, else kLogUnchanged).
+// account entry is freed, and the log and the settings are saved. Returns the
+// dialog's outcome (kRecordsDeleted when a record changed, else kLogUnchanged).
 int DeleteConnectionEntries(const char* connection);
 
 // Clear Entire Log after a Yes: every record becomes Deleted (the array keeps its
 // length), the log and the settings are saved. Accounts are kept: the user set them
 // up by hand, and a fresh log of the same connections will want them again.
+// Returns kLogCleared.
 int ClearEntireLog();

@@ -8,11 +8,12 @@
 #include "ui/win32/dialog_colours.h"
 #include "app/win32/greeting_dialogs.h"
 #include "app/win32/main_window.h"
-#include "app/win32/win_exception.h"
-#include "app/win32/window_class.h"
-#include "app/win32/window_creator.h"
 #include "monitor/monitor.h"
 #include "resources/resource_ids.h"
+
+#if !defined(_WIN64)
+static_assert(sizeof(WNDCLASSEXA) == 48, "Windows 95 expects the 48-byte WNDCLASSEX");
+#endif
 
 namespace {
 
@@ -77,32 +78,70 @@ void Dispatch(MSG& message) {
   DispatchMessageA(&message);
 }
 
+// The one way a start that cannot go on tells the user why: the step that failed
+// and the system's error number, in a box of its own (no window is left to own it).
+void ReportFatal(const char* what) {
+  char text[160];
+  wsprintfA(text, "%s\n\nError %lu.", what, GetLastError());
+  // A refused main window's clean-up has posted the quit, which would close the
+  // box at once: it is taken off the queue first.
+  MSG quit;
+  PeekMessageA(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+  MessageBoxA(nullptr, text, "Orvalen", MB_OK | MB_ICONSTOP);
+}
+
+bool RegisterMainWindowClass(HINSTANCE instance) {
+  WNDCLASSEXA windowClass = {};
+  windowClass.cbSize = sizeof windowClass;
+  windowClass.lpfnWndProc = MainWindowProc;
+  windowClass.hInstance = instance;
+  windowClass.hCursor = LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_ARROW));
+  windowClass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
+  windowClass.lpszClassName = kClassName;
+  return RegisterClassExA(&windowClass) != 0;
+}
+
 int Run(HINSTANCE instance) {
   InitCommonControls();
   appWindows.instanceHandle = instance;
-  Win::WindowClass windowClass(instance, kClassName, MainWindowProc);
   // Taken before the splash: the main window, which a later start looks for,
   // exists only after it.
   if (!TakeTheOneInstance()) return 0;
-  windowClass.Register();
-  Win::WindowCreator creator(instance, windowClass.GetName());
-  Monitor monitor;  // the one monitor: the main window drives it, and it outlives the message loop
-  creator.SetCreationData(&monitor);
-  creator.SetPosition(350, 290, 135, 100);
+  if (!RegisterMainWindowClass(instance)) {
+    ReportFatal("Internal error: RegisterClassEx failed.");
+    return 1;
+  }
+  // The splash before the main window is deliberate: the older release started so,
+  // and a second start meanwhile waits for the window (TakeTheOneInstance).
   // The splash is a tool window, which Windows keeps off the taskbar; Wine's
   // taskbar gives every visible unowned window a blank button all the same. An
   // owned window gets none on either, so a hidden window owns the splash.
   HWND splashOwner = CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, instance, nullptr);
   DialogBoxParamA(instance, MAKEINTRESOURCEA(IDD_SPLASH), splashOwner, SplashDialogProc, 0);
   if (splashOwner != nullptr) DestroyWindow(splashOwner);
-  HWND window = creator.Create("Orvalen");
-  ShowWindow(window, SW_HIDE);
-  UpdateWindow(window);
+  // Hidden: the tray icon is the program's face. Its WM_CREATE refuses the window
+  // (and CreateWindowExA gives NULL) when the icon cannot be added.
+  Monitor monitor;  // the one monitor: the main window drives it, and it outlives the message loop
+  MainWindowStart start{monitor};
+  HWND window = CreateWindowExA(0, kClassName, "Orvalen", WS_OVERLAPPEDWINDOW, 350, 290, 135, 100, nullptr,
+                                nullptr, instance, &start);
+  if (window == nullptr && !start.ended) {
+    ReportFatal("Window Creation Failed");
+    return 1;
+  }
+  if (window != nullptr) {
+    ShowWindow(window, SW_HIDE);
+    UpdateWindow(window);
+  }
 
   MSG message;
   BOOL result;
   while ((result = GetMessageA(&message, nullptr, 0, 0)) != 0) {
-    if (result == -1) break;
+    if (result == -1) {
+      // The loop cannot go on: the window's own clean-up ends the program.
+      if (IsWindow(window)) DestroyWindow(window);
+      break;
+    }
     Dispatch(message);
   }
   ReleasePalette();  // every window is gone
@@ -111,15 +150,4 @@ int Run(HINSTANCE instance) {
 
 }  // namespace
 
-int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {
-  // Start-up failures end the program; the user is told why rather than seeing a
-  // runtime abort.
-  try {
-    return Run(instance);
-  } catch (const Win::WinException& error) {
-    MessageBoxA(nullptr, error.GetMessage(), "Orvalen", MB_OK | MB_ICONSTOP);
-  } catch (const char* error) {
-    MessageBoxA(nullptr, error, "Orvalen", MB_OK | MB_ICONSTOP);
-  }
-  return 1;
-}
+int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) { return Run(instance); }

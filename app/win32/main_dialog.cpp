@@ -8,10 +8,10 @@
 #include "ui/win32/program_icon.h"
 #include "ui/win32/dialog_colours.h"
 #include "app/win32/greeting_dialogs.h"
+#include "app/win32/main_timers.h"
 #include "app/win32/quit_question.h"
 #include "app/win32/settings_sheet.h"
 #include "app/status_text.h"
-#include "app/win32/tray_icon.h"
 #include "logview/win32/view_log_dialog.h"
 #include "monitor/monitor.h"
 #include "platform/system_clock.h"
@@ -51,7 +51,11 @@ class MainDialogState {
   DialUpProbe probe;
 };
 
-MainDialogState* dialogState = nullptr;
+// Behind DWLP_USER from WM_INITDIALOG to WM_DESTROY; null in a refused duplicate
+// and for the messages before WM_INITDIALOG.
+MainDialogState* StateOf(HWND dialog) {
+  return reinterpret_cast<MainDialogState*>(GetWindowLongPtrA(dialog, DWLP_USER));
+}
 
 // The refresh writes only what changed: a control given the text it already
 // shows, the state it already has or the icon it already holds would be redrawn
@@ -128,18 +132,34 @@ void OnRefreshTimer(HWND dialog, MainDialogState& state) {
   }
 }
 
+// The main window's status timers only rebuild the text this dialog shows, so they
+// run only while it exists: hidden and off-line, the program wakes for the poll alone.
+void StartStatusTimers() {
+  SetTimer(appWindows.mainWindow, kStatusTimer, kStatusPeriodMs, nullptr);
+  SetTimer(appWindows.mainWindow, kSlowStatusTimer, kSlowStatusPeriodMs, nullptr);
+}
+
+void StopStatusTimers() {
+  KillTimer(appWindows.mainWindow, kStatusTimer);
+  KillTimer(appWindows.mainWindow, kSlowStatusTimer);
+}
+
 BOOL OnInitDialog(HWND dialog, Monitor& monitor) {
   if (appWindows.mainDialogVisible) {  // only one main status dialog exists
     DestroyWindow(dialog);
     return TRUE;
   }
   MainDialogState* state = new MainDialogState(dialog, monitor);
+  SetWindowLongPtrA(dialog, DWLP_USER, reinterpret_cast<LONG_PTR>(state));
   ShowProgramIcon(dialog);
   SetText(state->connectionName, "");
   SetText(state->accountStatus, kInitialStatusText);
-  dialogState = state;
+  appWindows.mainDialog = dialog;
   appWindows.mainDialogVisible = true;
-  RefreshStatusText(monitor);  // the timers rebuild it only while a dialog shows it
+  // The timers rebuild the status text only while this dialog shows it: it is
+  // rebuilt now, so it is right at once.
+  RefreshStatusText(monitor);
+  StartStatusTimers();
   SetTimer(dialog, kRefreshTimer, 1000, nullptr);
   if (settings.previousSessionValid != 0) monitor.SetPreviousSessionChanged(true);
   if (IsLogEmpty()) monitor.SetPreviousSessionChanged(false);
@@ -147,15 +167,18 @@ BOOL OnInitDialog(HWND dialog, Monitor& monitor) {
   return TRUE;
 }
 
+// Every way the dialog goes (Hide, the tray menu, the quit) destroys it.
 void ReleaseState(HWND dialog) {
-  if (dialogState == nullptr || dialogState->dialog != dialog) return;  // a refused duplicate
+  MainDialogState* state = StateOf(dialog);
+  if (state == nullptr) return;  // a refused duplicate
   KillTimer(dialog, kRefreshTimer);
-  delete dialogState;
-  dialogState = nullptr;
+  StopStatusTimers();
+  SetWindowLongPtrA(dialog, DWLP_USER, 0);
+  delete state;
   appWindows.mainDialogVisible = false;
 }
 
-void OnButton(HWND dialog, WORD id) {
+void OnButton(HWND dialog, MainDialogState& state, WORD id) {
   switch (id) {
     case IDC_MAIN_CONFIGURE:
       ShowSettingsSheet(dialog);
@@ -165,55 +188,54 @@ void OnButton(HWND dialog, WORD id) {
       DialogBoxParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_ABOUT), dialog, AboutDialogProc, 0);
       break;
     case IDC_MAIN_VIEW_LOG:
-      if (!appWindows.viewLogOpen && dialogState) OpenViewLog(dialog, dialogState->monitor);
+      if (!appWindows.viewLogOpen) OpenViewLog(dialog, state.monitor);
       break;
     case IDC_MAIN_HIDE:
       appWindows.viewLogOpen = false;  // the View Log dialog is owned by this one and goes with it
       DestroyWindow(dialog);
-      appWindows.mainDialogVisible = false;
       break;
     default:
       break;
   }
 }
 
-void OnClose(HWND dialog) {
-  MainDialogState* state = dialogState;
-  const bool onLine = state && state->probe.IsConnected();
+void OnClose(HWND dialog, MainDialogState& state) {
+  const bool onLine = state.probe.IsConnected();
   if (!AskToQuit(onLine, dialog, dialog, kDialogQuitQuestion)) return;
-  // The session is not recorded: the settings file still says it is open.
-  if (state) state->monitor.SetPreviousSessionChanged(true);  // before the state goes with the dialog
-  DestroyWindow(dialog);
-  RemoveTrayIcon(appWindows.mainWindow);
-  PostQuitMessage(0);
+  // The program ends as from the tray's Exit: the main window's WM_DESTROY does
+  // the clean-up, this dialog included. The session is not recorded: the
+  // settings file still says it is open.
+  state.monitor.SetPreviousSessionChanged(true);
+  DestroyWindow(appWindows.mainWindow);
 }
 
 }  // namespace
 
 INT_PTR CALLBACK MainDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_INITDIALOG) return OnInitDialog(dialog, *reinterpret_cast<Monitor*>(lParam));
+  MainDialogState* state = StateOf(dialog);
+  if (state == nullptr) return FALSE;  // before WM_INITDIALOG, or a refused duplicate
   switch (message) {
-    case WM_INITDIALOG:
-      return OnInitDialog(dialog, *reinterpret_cast<Monitor*>(lParam));
     case WM_TIMER:
-      if (wParam == kRefreshTimer && dialogState && dialogState->dialog == dialog) OnRefreshTimer(dialog, *dialogState);
+      if (wParam == kRefreshTimer) OnRefreshTimer(dialog, *state);
       return TRUE;
     case WM_COMMAND:
-      if (HIWORD(wParam) == BN_CLICKED) OnButton(dialog, LOWORD(wParam));
+      if (HIWORD(wParam) == BN_CLICKED) OnButton(dialog, *state, LOWORD(wParam));
       return FALSE;
     case WM_CLOSE:
-      OnClose(dialog);
+      OnClose(dialog, *state);
       return TRUE;
     case WM_DESTROY:
       ReleaseState(dialog);
       return FALSE;
     case WM_CTLCOLORLISTBOX:
-      return dialogState ? PaintControl(wParam, kLightGreen) : 0;
+      return PaintControl(wParam, kLightGreen);
     case WM_CTLCOLOREDIT:
-      return dialogState ? PaintControl(wParam, kGreen) : 0;
+      return PaintControl(wParam, kGreen);
     case WM_CTLCOLORBTN:
     case WM_CTLCOLORDLG:
     case WM_CTLCOLORSTATIC:
-      return dialogState ? PaintControl(wParam, kDialogGrey) : 0;
+      return PaintControl(wParam, kDialogGrey);
     default:
       return FALSE;
   }

@@ -3,6 +3,7 @@
 #include "ui/win32/app_state.h"
 #include "app/win32/greeting_dialogs.h"
 #include "app/win32/main_dialog.h"
+#include "app/win32/main_timers.h"
 #include "app/win32/quit_question.h"
 #include "app/status_text.h"
 #include "app/win32/tray_icon.h"
@@ -61,10 +62,11 @@ void FollowSession(HWND window, SessionChange change) {
 
 bool startupDone = false;  // storage ready and the start-up notices answered
 
-void OnCreate(HWND window, const CREATESTRUCTA& creation) {
+// False refuses the window (WM_CREATE answers -1): without the tray icon the
+// program could not be reached.
+bool OnCreate(HWND window, Monitor& monitor) {
   appWindows.mainWindow = window;
-  SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(creation.lpCreateParams));
-  Monitor& monitor = MonitorOf(window);
+  SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&monitor));
   installHooks.markFirstRun = [] { appWindows.showMainDialogOnce = true; };
   startupHooks = PlatformStartupHooks();  // the system's installation actions
   startupHooks.showWelcome = [](void* owner) {
@@ -77,16 +79,20 @@ void OnCreate(HWND window, const CREATESTRUCTA& creation) {
   InitialiseStorage(window);
   monitor.RecoverInterruptedSession();
   ShowNotices(monitor);  // what the start found, before the poll runs
+  // The boxes above run message loops: a way out taken meanwhile has destroyed the
+  // window, and nothing more starts.
+  if (!IsWindow(window)) return true;
+  if (!AddTrayIcon(window)) return false;
   // The poll runs before the notice about connections without an account can
-  // open: a session made while it waits for an answer is timed and recorded.
-  AddTrayIcon(window);
-  SetTimer(window, kPollTimer, 100, nullptr);
-  SetTimer(window, kStatusTimer, 500, nullptr);
-  SetTimer(window, kSlowStatusTimer, 10000, nullptr);
+  // open: a session made while it waits for an answer is timed and recorded. The
+  // status timers run only while the main status dialog is shown (main_dialog.cpp).
+  SetTimer(window, kPollTimer, kPollPeriodMs, nullptr);
   WindowShell shell;
   (void)CheckUnconfiguredConnections(shell);  // a failed save was told by the save
+  if (!IsWindow(window)) return true;  // ended while the notice waited
   if (settings.showMainWindowAtStart != 0 || appWindows.showMainDialogOnce) ShowMainDialog();
   startupDone = true;
+  return true;
 }
 
 void OnTimer(HWND window, UINT_PTR timer) {
@@ -101,22 +107,25 @@ bool ConfirmQuit() {
   return AskToQuit(MonitorOf(appWindows.mainWindow).PollNow(), shown, appWindows.mainWindow, kWindowQuitQuestion);
 }
 
-// Ends the message loop. An open session is not recorded now: the settings file
-// still says a session is open, so the next start records it from its checkpoint.
-void Quit(HWND window) {
-  PostQuitMessage(0);
+// The one clean-up, whichever way the program ends. An open session is not
+// recorded here: the settings file still says a session is open, so the next
+// start records it from its checkpoint (a shutdown recorded it already).
+void OnDestroy(HWND window) {
+  if (appWindows.mainDialogVisible) DestroyWindow(appWindows.mainDialog);  // stops the status timers
   KillTimer(window, kPollTimer);
   KillTimer(window, kStatusTimer);
   KillTimer(window, kSlowStatusTimer);
+  FollowSession(window, SessionChange::kClosed);  // the session timers
   RemoveTrayIcon(window);
+  PostQuitMessage(0);
 }
 
 // The system is shutting down or the user logging off: the open session is
 // recorded as it stands now, without any box that would hold the shutdown up,
 // and the program ends.
 void OnEndSession(HWND window) {
-  FollowSession(window, MonitorOf(window).Shutdown(ShutdownMode::kQuiet));
-  Quit(window);
+  MonitorOf(window).Shutdown(ShutdownMode::kQuiet);
+  DestroyWindow(window);
 }
 
 // A second start asks for the program: the main status dialog is shown, and the
@@ -131,7 +140,7 @@ LRESULT OnActivateRequest() {
   return reinterpret_cast<LRESULT>(GetLastActivePopup(appWindows.mainDialog));
 }
 
-LRESULT OnCommand(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT OnCommand(HWND window, WPARAM wParam) {
   switch (LOWORD(wParam)) {
     case IDM_TRAY_SHOW:
       ShowMainDialog();
@@ -143,15 +152,14 @@ LRESULT OnCommand(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
       OpenViewLog(appWindows.mainDialogVisible ? appWindows.mainDialog : nullptr, MonitorOf(window));
       return 1;
     case IDM_TRAY_HIDE:
-      if (appWindows.mainDialogVisible) {
-        DestroyWindow(appWindows.mainDialog);
-        appWindows.mainDialogVisible = false;
-      }
+      if (appWindows.mainDialogVisible) DestroyWindow(appWindows.mainDialog);
       return 1;
-    default:  // Exit, and any other command
+    default:
+      // Exit, and on purpose any other id too: the older release quit on an id it
+      // did not know (after the question), and its users rely on that.
       if (!ConfirmQuit()) return 0;
-      Quit(window);
-      return DefWindowProcA(window, message, wParam, lParam);
+      DestroyWindow(window);
+      return 0;
   }
 }
 
@@ -177,13 +185,19 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     return 0;
   }
   switch (message) {
-    case WM_CREATE:
-      OnCreate(window, *reinterpret_cast<const CREATESTRUCTA*>(lParam));
-      break;
+    case WM_CREATE: {
+      auto& start = *static_cast<MainWindowStart*>(reinterpret_cast<const CREATESTRUCTA*>(lParam)->lpCreateParams);
+      if (!OnCreate(window, start.monitor)) return -1;
+      start.ended = !IsWindow(window);
+      return 0;
+    }
     case WM_TIMER:
       OnTimer(window, wParam);
       break;
     case kTrayCallbackMessage: {
+      // Kept as the older release had it, which its users rely on: every event
+      // reads the cursor and is answered 1; a double click shows the main status
+      // dialog, the right button opens the menu.
       POINT cursor = {};
       GetCursorPos(&cursor);
       if (lParam == kTrayDoubleClick) ShowMainDialog();
@@ -193,7 +207,7 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     case kActivateMessage:
       return OnActivateRequest();
     case WM_COMMAND:
-      return OnCommand(window, message, wParam, lParam);
+      return OnCommand(window, wParam);
     case WM_QUERYENDSESSION:
       return TRUE;
     case WM_ENDSESSION:
@@ -201,8 +215,8 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
       return 0;
     case WM_DESTROY:
       // The window is already going, so a "No" could not keep the program alive:
-      // end it without asking, leaving any open session to the next start.
-      Quit(window);
+      // no question here, whichever way out led to it.
+      OnDestroy(window);
       return 0;
     default:
       break;

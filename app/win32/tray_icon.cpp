@@ -14,7 +14,7 @@ namespace {
 
 // Windows 95 accepts only the first version of the structure, so the size given
 // is that version's, whatever the headers' full structure holds.
-void NotifyShell(HWND window, DWORD action) {
+bool NotifyShell(HWND window, DWORD action) {
   NOTIFYICONDATAA data = {};
   data.cbSize = NOTIFYICONDATAA_V1_SIZE;
   data.hWnd = window;
@@ -24,13 +24,14 @@ void NotifyShell(HWND window, DWORD action) {
   data.hIcon = static_cast<HICON>(
       LoadImageA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDI_PROGRAM), IMAGE_ICON, 0, 0, 0));
   CopyFixedText(data.szTip, 64, "Orvalen : Internet Connections Monitor");
-  Shell_NotifyIconA(action, &data);
+  const bool done = Shell_NotifyIconA(action, &data) != FALSE;
   if (data.hIcon) DestroyIcon(data.hIcon);
+  return done;
 }
 
 }  // namespace
 
-void AddTrayIcon(HWND window) { NotifyShell(window, NIM_ADD); }
+bool AddTrayIcon(HWND window) { return NotifyShell(window, NIM_ADD); }
 
 void RemoveTrayIcon(HWND window) { NotifyShell(window, NIM_DELETE); }
 

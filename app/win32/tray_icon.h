@@ -8,7 +8,8 @@
 constexpr UINT kTrayCallbackMessage = WM_APP + 1;
 constexpr UINT kTrayIconId = 22;
 
-void AddTrayIcon(HWND window);
+// False when the shell refused the icon (no taskbar yet, or none at all).
+bool AddTrayIcon(HWND window);
 void RemoveTrayIcon(HWND window);
 // Shows the tray menu at a screen point; returns when it closes.
 void ShowTrayMenu(HWND window, int x, int y);

@@ -25,15 +25,22 @@ bool SelectedName(HWND dialog, LRESULT* index, std::string* name) {
   return true;
 }
 
+// The outcome the dialog ends with (a ManageLogOutcome) is its state, held in
+// DWLP_USER itself: nothing to allocate or free. As before, each action sets it
+// anew, and a declined one leaves "nothing changed".
+void SetOutcome(HWND dialog, int outcome) { SetWindowLongPtrA(dialog, DWLP_USER, outcome); }
+
+int OutcomeOf(HWND dialog) { return static_cast<int>(GetWindowLongPtrA(dialog, DWLP_USER)); }
+
 void OnInitDialog(HWND dialog) {
   // Each opening starts from "nothing changed": closing without an action must not
   // hand View Log the result of an earlier opening.
-  logViewState.ManageLogResult = kLogUnchanged;
+  SetOutcome(dialog, kLogUnchanged);
   EnableControl(dialog, IDC_MANAGE_DELETE, false);
   EnableControl(dialog, IDC_MANAGE_SUMMARY, false);
   if (!FillConnectionNames(dialog, "")) {
     MessageBoxA(dialog, "There are no items in database", "", MB_OK | MB_ICONEXCLAMATION);
-    logViewState.ManageLogResult = kRecordsDeleted;
+    SetOutcome(dialog, kRecordsDeleted);
     EnableControl(dialog, IDC_MANAGE_CLEAR, false);
   }
 }
@@ -49,7 +56,7 @@ void OnDoubleClick(HWND dialog) {
 }
 
 void OnDeleteEntry(HWND dialog) {
-  logViewState.ManageLogResult = kLogUnchanged;
+  SetOutcome(dialog, kLogUnchanged);
   LRESULT index = LB_ERR;
   std::string name;
   if (!SelectedName(dialog, &index, &name)) return;
@@ -60,11 +67,11 @@ void OnDeleteEntry(HWND dialog) {
   SendDlgItemMessageA(dialog, IDC_MANAGE_LIST, LB_DELETESTRING, static_cast<WPARAM>(index), 0);
   EnableControl(dialog, IDC_MANAGE_DELETE, false);
   SetDlgItemTextA(dialog, IDC_MANAGE_SUMMARY, "");
-  DeleteConnectionEntries(name.c_str());
+  SetOutcome(dialog, DeleteConnectionEntries(name.c_str()));
 }
 
 void OnClearEntireLog(HWND dialog) {
-  logViewState.ManageLogResult = kLogUnchanged;
+  SetOutcome(dialog, kLogUnchanged);
   if (MessageBoxA(dialog, "This will delete the entire log from your disk. Do you want to continue?", "ALERT !!",
                   MB_YESNO) != IDYES) {
     return;
@@ -73,11 +80,11 @@ void OnClearEntireLog(HWND dialog) {
   EnableControl(dialog, IDC_MANAGE_CLEAR, false);
   EnableControl(dialog, IDC_MANAGE_DELETE, false);
   SetDlgItemTextA(dialog, IDC_MANAGE_SUMMARY, "");
-  ClearEntireLog();
+  SetOutcome(dialog, ClearEntireLog());
 }
 
 void CloseManageLog(HWND dialog) {
-  EndDialog(dialog, logViewState.ManageLogResult);
+  EndDialog(dialog, OutcomeOf(dialog));
 }
 
 INT_PTR OnCommand(HWND dialog, WORD id, WORD code) {

@@ -3,7 +3,8 @@
 #pragma once
 #include <windows.h>
 
-// Runs the dialog modally, owned by the View Log dialog; returns ManageLogResult.
+// Runs the dialog modally, owned by the View Log dialog; returns the outcome it
+// ended with (a ManageLogOutcome: what View Log must refresh).
 int RunManageLog(HWND owner);
 
 INT_PTR CALLBACK ManageLogDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);

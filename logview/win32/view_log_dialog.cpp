@@ -25,8 +25,12 @@
 
 namespace {
 
-// Kept from one filling to the next, so a long log reuses its buffers.
-LogListing listing;
+// The dialog's own state, behind DWLP_USER from WM_INITDIALOG to WM_DESTROY.
+struct ViewLogState {
+  LogListing listing;  // kept from one filling to the next, so a long log reuses its buffers
+};
+
+ViewLogState* StateOf(HWND dialog) { return reinterpret_cast<ViewLogState*>(GetWindowLongPtrA(dialog, DWLP_USER)); }
 
 void SetText(HWND dialog, int id, const char* text) { SetDlgItemTextA(dialog, id, text); }
 
@@ -97,6 +101,7 @@ void ShowEmptyLog(HWND dialog) {
 }
 
 BOOL OnInitDialog(HWND dialog, Monitor& monitor) {
+  SetWindowLongPtrA(dialog, DWLP_USER, reinterpret_cast<LONG_PTR>(new ViewLogState));
   reportHooks.launchEditor = StartReportEditor;
   appWindows.viewLogOpen = true;
   ShowProgramIcon(dialog);
@@ -169,6 +174,13 @@ void CloseViewLog(HWND dialog) {
   appWindows.viewLogOpen = false;
 }
 
+// Also destroyed with its owner, the main status dialog, however that closes.
+void OnDestroy(HWND dialog) {
+  appWindows.viewLogOpen = false;
+  delete StateOf(dialog);
+  SetWindowLongPtrA(dialog, DWLP_USER, 0);
+}
+
 INT_PTR OnCommand(HWND dialog, WORD id, WORD code) {
   switch (id) {
     case IDC_VIEWLOG_CONNECTION:
@@ -209,6 +221,9 @@ void OpenViewLog(HWND owner, Monitor& monitor) {
 }
 
 bool FillLogList(HWND dialog, const char* connection, const char* month, char* year) {
+  ViewLogState* state = StateOf(dialog);
+  if (state == nullptr) return false;
+  LogListing& listing = state->listing;
   SetCursor(LoadCursor(nullptr, IDC_WAIT));
   const bool listed = BuildLogListing(connection, month, year, listing);
 
@@ -252,8 +267,7 @@ INT_PTR CALLBACK ViewLogDialogProc(HWND dialog, UINT message, WPARAM wParam, LPA
       CloseViewLog(dialog);
       return TRUE;
     case WM_DESTROY:
-      // Also destroyed with its owner, the main status dialog, however that closes.
-      appWindows.viewLogOpen = false;
+      OnDestroy(dialog);
       return FALSE;
     case WM_CTLCOLORDLG:
     case WM_CTLCOLORSTATIC:
