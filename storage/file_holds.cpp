@@ -1,7 +1,6 @@
 #include "storage/file_holds.h"
 
 #include <cstdio>
-#include <string>
 
 #include "platform/binary_file.h"
 #include "storage/notice_queue.h"
@@ -10,12 +9,6 @@ namespace {
 
 bool held[2] = {false, false};
 bool failing[2] = {false, false};  // told already; quiet until a save succeeds
-// What the last successful save wrote; empty path: nothing saved in this run.
-struct LastSave {
-  std::string path;
-  std::string content;
-};
-LastSave lastSave[2];
 
 void TellOnce(StoredFile file, const char* format, const char* path) {
   if (failing[file]) return;
@@ -35,24 +28,15 @@ void ReportUnreadable(StoredFile file, const char* path) {
   TellOnce(file, kFileUnreadableFormat, path);
 }
 
-bool NoteSaveResult(StoredFile file, const char* path, bool saved, const std::string& content) {
+bool NoteSaveResult(StoredFile file, const char* path, bool saved) {
   if (saved) {
     failing[file] = false;
-    lastSave[file] = LastSave{path, content};
   } else {
-    lastSave[file] = LastSave{};
     TellOnce(file, kFileNotSavedFormat, path);
   }
   return saved;
 }
 
-bool SavedAlready(StoredFile file, const char* path, const std::string& content) {
-  return !lastSave[file].path.empty() && lastSave[file].path == path && lastSave[file].content == content;
-}
-
 void ResetFileHolds() {
-  for (int file = 0; file < 2; ++file) {
-    held[file] = failing[file] = false;
-    lastSave[file] = LastSave{};
-  }
+  for (int file = 0; file < 2; ++file) held[file] = failing[file] = false;
 }

@@ -1,7 +1,6 @@
 // The program's two files, held while unreadable, and what is told when one
 // cannot be read or saved.
 #pragma once
-#include <string>
 
 // The file's path, then the system's reason.
 constexpr char kFileUnreadableFormat[] =
@@ -24,12 +23,8 @@ bool FileHeld(StoredFile file);
 // LastFileError()), and holds it.
 void ReportUnreadable(StoredFile file, const char* path);
 // Every save's result comes here: a failure is told once until a save of that
-// file succeeds again. A successful save remembers its path and what identifies
-// its content exactly (the log's generation, the settings' bytes).
-bool NoteSaveResult(StoredFile file, const char* path, bool saved, const std::string& content);
-// True when the last save of the file succeeded, to this path, with this content:
-// the disk already holds it, and writing it again would only wear the disk.
-bool SavedAlready(StoredFile file, const char* path, const std::string& content);
+// file succeeds again.
+bool NoteSaveResult(StoredFile file, const char* path, bool saved);
 
-// Forgets every hold, every failure told and every save (a fresh start).
+// Forgets every hold and every failure told (a fresh start).
 void ResetFileHolds();

@@ -178,14 +178,16 @@ bool SaveLog(const char* path) {
   // A log that could not be read is never saved over: it is read first.
   if (FileHeld(kLogFile) && !ReadHeldLogAgain(path)) return false;
   sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
-  // Every change of a record moves the generation on.
-  const std::string generation = std::to_string(logGeneration);
-  if (SavedAlready(kLogFile, path, generation)) return true;
+  // Every change of a record moves the generation on: the file already holds it.
+  if (logState.savedGeneration == logGeneration && logState.savedPath == path) return true;
   const uint32_t header[2] = {sessionLog.count, static_cast<uint32_t>(sessionLog.count * kRecordSize)};
   const WriteBlock blocks[] = {{header, sizeof header},
                                {sessionLog.records.data(), sessionLog.records.size() * kRecordSize}};
   // Written to its exact length: whole records past the count would load again.
-  return NoteSaveResult(kLogFile, path, SaveWholeFile(path, blocks, 2, false), generation);
+  const bool saved = SaveWholeFile(path, blocks, 2, false);
+  logState.savedGeneration = saved ? logGeneration : 0;
+  logState.savedPath = saved ? path : "";
+  return NoteSaveResult(kLogFile, path, saved);
 }
 
 void KeepSessionsUntilLogRead(const char* path, bool legacy) {

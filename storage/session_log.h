@@ -1,6 +1,7 @@
 // The log of sessions: held whole in memory, rewritten whole when it changed.
 #pragma once
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "storage/session_record.h"
@@ -30,6 +31,10 @@ struct LogState {
   SessionRecord LegacyLogTable[kLegacyLogSlots] = {};
   // Largest number of records the log may grow to; lowered only by tests.
   uint32_t LogRecordLimit = kMaxLogRecords;
+  // What the last successful save wrote (0: nothing yet): a save of the same
+  // generation to the same file writes nothing.
+  uint64_t savedGeneration = 0;
+  std::string savedPath;
 };
 extern LogState logState;
 

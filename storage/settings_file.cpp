@@ -45,10 +45,10 @@ bool LoadSettings(const char* path) {
 bool SaveSettingsTo(const char* path) {
   // A configuration file that could not be read is never replaced by the defaults.
   if (FileHeld(kConfigurationFile)) return false;
-  const std::string content(reinterpret_cast<const char*>(&settings), sizeof settings);
-  if (SavedAlready(kConfigurationFile, path, content)) return true;
+  // Written at every save, changed or not: closing the settings sheet, even with
+  // Cancel, rewrites the file, which users (and their backups) know it by.
   const WriteBlock block = {&settings, sizeof settings};
-  return NoteSaveResult(kConfigurationFile, path, SaveWholeFile(path, &block, 1, true), content);
+  return NoteSaveResult(kConfigurationFile, path, SaveWholeFile(path, &block, 1, true));
 }
 
 bool SaveSettings() { return SaveSettingsTo(SettingsPath()); }
