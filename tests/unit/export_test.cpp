@@ -17,14 +17,6 @@ class Export : public ProgramStateTest {};
 
 constexpr const char* kCafe = "Caf\xe9 \"Net\", Ltd";  // the separator, a quote, an ANSI e-acute
 
-SessionRecord Session(const char* name, CalendarDate ended, TimeOfDay on, TimeOfDay off, int32_t seconds) {
-  SessionRecord record = UsedRecord(name, seconds, ended.month, ended.year);
-  record.day = ended.day;
-  record.logOnHour = on.hour, record.logOnMinute = on.minute, record.logOnSecond = on.second;
-  record.logOffHour = off.hour, record.logOffMinute = off.minute, record.logOffSecond = off.second;
-  return record;
-}
-
 TEST(CsvFields, QuotingAndSymbols) {
   const struct {
     const char* text;
@@ -54,9 +46,9 @@ TEST(CsvFields, QuotingAndSymbols) {
 TEST_F(Export, SessionsFileBytes) {
   clock_.now = {2003, 3, 4, 20, 12, 0, 0};
   ConfigureAccount(0, kCafe, LimitedAccess, 10).periodStartDay = 14;
-  AppendToLog(Session(kCafe, {2003, 3, 1}, {23, 0, 0}, {1, 0, 0}, 7200));
-  AppendToLog(Session("Home ISP", {2003, 3, 10}, {10, 0, 0}, {10, 1, 5}, 65));
-  AppendToLog(Session("Home ISP", {2002, 3, 10}, {10, 0, 0}, {10, 1, 5}, 65));  // another year: not shown
+  AppendToLog(EndedSession(kCafe, {2003, 3, 1}, {23, 0, 0}, {1, 0, 0}, 7200));
+  AppendToLog(EndedSession("Home ISP", {2003, 3, 10}, {10, 0, 0}, {10, 1, 5}, 65));
+  AppendToLog(EndedSession("Home ISP", {2002, 3, 10}, {10, 0, 0}, {10, 1, 5}, 65));  // another year: not shown
   char year[10] = "2003";
   const std::vector<uint32_t> shown = FilteredRecordIndexes("All Connections", "ALL", year);
   ASSERT_TRUE(WriteExportFile(Path("export.csv").c_str(), SessionsCsv(shown, MakeCsvFormat(",", "."))));
@@ -83,7 +75,7 @@ TEST_F(Export, SummaryFiguresAreTheAccountArithmetic) {
                   {"plan", {2003, 3, 19}, 5 * 3600 + 59}, {"Card", {2003, 1, 20}, 3600},
                   {"Card", {2003, 2, 20}, 4 * 3600},      {"Card", {2003, 3, 2}, 5 * 3600},
                   {"Flat", {2003, 3, 2}, 90}};
-  for (const auto& s : sessions) AppendToLog(Session(s.name, s.ended, {10, 0, 0}, {11, 0, 0}, s.seconds));
+  for (const auto& s : sessions) AppendToLog(EndedSession(s.name, s.ended, {10, 0, 0}, {11, 0, 0}, s.seconds));
   char year[10] = "ALL ";
   const std::string csv =
       PeriodSummaryCsv(FilteredRecordIndexes("All Connections", "ALL", year), MakeCsvFormat(";", ","));

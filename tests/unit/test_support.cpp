@@ -12,6 +12,7 @@
 #include "monitor/monitor_state.h"
 #include "platform/platform_state.h"
 #include "platform/program_paths.h"
+#include "storage/billing_period.h"
 #include "storage/session_log.h"
 #include "storage/startup.h"
 #include "storage/settings.h"
@@ -21,25 +22,14 @@ namespace fs = std::filesystem;
 
 void FakeClock::Advance(uint32_t seconds) {
   tickMs += seconds * 1000u;
-  static const uint32_t kMonthDays[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  uint32_t total = now.hour * 3600 + now.minute * 60 + now.second + seconds;
-  for (; total >= 86400; total -= 86400) {
-    now.dayOfWeek = (now.dayOfWeek + 1) % 7;
-    const bool leap = now.year % 4 == 0 && (now.year % 100 != 0 || now.year % 400 == 0);
-    if (++now.day <= kMonthDays[now.month - 1] + (now.month == 2 && leap ? 1u : 0u)) continue;
-    now.day = 1;
-    if (++now.month > 12) now.month = 1, ++now.year;
-  }
-  now.hour = total / 3600;
-  now.minute = total / 60 % 60;
-  now.second = total % 60;
+  const uint32_t total = now.hour * 3600 + now.minute * 60 + now.second + seconds, days = total / 86400;
+  const CalendarDate date = DateOfDayNumber(DayNumber(CalendarDate{now.year, now.month, now.day}) + days);
+  now = {date.year, date.month, (now.dayOfWeek + days) % 7, date.day, total % 86400 / 3600, total / 60 % 60, total % 60};
 }
 
-uint32_t ScriptedRas::EnumConnections(ras::Connection95* connections, uint32_t* bufferSize,
+uint32_t ScriptedRas::EnumConnections(ras::Connection95* connections, uint32_t* /*bufferSize*/,
                                       uint32_t* connectionCount) {
   ++enumCalls;
-  lastEnumBufferSize = *bufferSize;
-  lastEntrySize = connections[0].dwSize;
   if (state == State::Unavailable) return 711;
   if (state == State::None || state == State::Vanished) {
     *connectionCount = 0;  // entry 0 is left as it was, as the service does
@@ -55,7 +45,6 @@ uint32_t ScriptedRas::EnumConnections(ras::Connection95* connections, uint32_t* 
 uint32_t ScriptedRas::GetConnectStatus(ras::ConnectionHandle queried, ras::ConnectionStatus95* status) {
   ++statusCalls;
   queriedHandles.push_back(reinterpret_cast<uintptr_t>(queried));
-  lastStatusSize = status->dwSize;
   const bool listed = state == State::Connected || state == State::Disconnected || state == State::Dialling;
   if (!listed || reinterpret_cast<uintptr_t>(queried) != handle) return ras::kErrorInvalidHandle;
   status->rasconnstate = state == State::Connected      ? ras::kStateConnected
@@ -130,9 +119,7 @@ std::vector<uint8_t> LogImage(uint32_t count, const std::vector<SessionRecord>& 
 }
 
 uint32_t U32At(const std::vector<uint8_t>& bytes, std::size_t offset) {
-  uint32_t value = 0;
-  for (int i = 3; i >= 0; --i) value = (value << 8) | bytes.at(offset + static_cast<std::size_t>(i));
-  return value;
+  return bytes.at(offset) | bytes.at(offset + 1) << 8 | bytes.at(offset + 2) << 16 | uint32_t{bytes.at(offset + 3)} << 24;
 }
 
 SessionRecord UsedRecord(const char* name, int32_t seconds, uint32_t month, uint32_t year, uint8_t status) {
@@ -144,6 +131,16 @@ SessionRecord UsedRecord(const char* name, int32_t seconds, uint32_t month, uint
   record.year = year;
   record.durationSeconds = seconds;
   std::strncpy(record.connectionName, name, kRecordNameSize - 1);
+  return record;
+}
+
+SessionRecord EndedSession(const char* name, CalendarDate ended, TimeOfDay on, TimeOfDay off, int32_t seconds,
+                           uint32_t dayOfWeek) {
+  SessionRecord record = UsedRecord(name, seconds, ended.month, ended.year);
+  record.dayOfWeek = dayOfWeek;
+  record.day = ended.day;
+  record.logOnHour = on.hour, record.logOnMinute = on.minute, record.logOnSecond = on.second;
+  record.logOffHour = off.hour, record.logOffMinute = off.minute, record.logOffSecond = off.second;
   return record;
 }
 

@@ -12,7 +12,9 @@
 #include "platform/ras_service.h"
 #include "platform/system_clock.h"
 #include "storage/account_record.h"
+#include "storage/billing_period.h"
 #include "storage/session_record.h"
+#include "storage/settings.h"
 
 class FakeClock : public Clock {
  public:
@@ -37,9 +39,6 @@ class ScriptedRas : public RasService {
   int enumCalls = 0;
   int statusCalls = 0;
   std::vector<uintptr_t> queriedHandles;
-  uint32_t lastEnumBufferSize = 0;
-  uint32_t lastEntrySize = 0;
-  uint32_t lastStatusSize = 0;
 
   void Connect(const std::string& connectionName) {
     name = connectionName;
@@ -85,6 +84,9 @@ class ProgramStateTest : public ::testing::Test {
 // and year; names are cut to the record's field.
 SessionRecord UsedRecord(const char* name, int32_t seconds, uint32_t month = 1, uint32_t year = 2002,
                          uint8_t status = InUse);
+// A session that ended on the date (weekday 1 unless given), from `on` to `off`.
+SessionRecord EndedSession(const char* name, CalendarDate ended, TimeOfDay on, TimeOfDay off, int32_t seconds,
+                           uint32_t dayOfWeek = 1);
 // Appends a record to the in-memory log and returns its index.
 uint32_t AppendToLog(const SessionRecord& record);
 inline uint32_t LogSession(const char* name, int32_t seconds, uint32_t month = 1, uint32_t year = 2002,

@@ -21,11 +21,7 @@ class Warnings : public ProgramStateTest {
   void SetUp() override {
     ProgramStateTest::SetUp();
     clock_.now = {2003, 3, 4, 20, 12, 0, 0};  // Thursday 20 March 2003
-    SessionRecord record = UsedRecord(kIsp, 7 * kHour, 3, 2003);
-    record.day = 10;
-    record.logOnHour = 1;
-    record.logOffHour = 8;
-    AppendToLog(record);
+    AppendToLog(EndedSession(kIsp, {2003, 3, 10}, {1, 0, 0}, {8, 0, 0}, 7 * kHour));
   }
   W Take(int32_t running) { return TakeDueWarning(kIsp, clock_.now, running, text_); }
   std::string text_;

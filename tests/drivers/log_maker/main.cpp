@@ -24,6 +24,7 @@
 #include <vector>
 
 #include "platform/program_paths.h"
+#include "storage/billing_period.h"
 #include "storage/fixed_text.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
@@ -40,16 +41,11 @@ std::vector<std::string> Split(const std::string& text, char separator) {
 long Number(const std::string& text) { return std::strtol(text.c_str(), nullptr, 10); }
 
 // A session of the given date (daysBack days before it), log-on time and length.
-SessionRecord Session(const char* name, SYSTEMTIME date, long daysBack, long logOn, long duration) {
-  FILETIME file;
-  date.wHour = date.wMinute = date.wSecond = date.wMilliseconds = 0;
-  SystemTimeToFileTime(&date, &file);
-  ULARGE_INTEGER time = {{file.dwLowDateTime, file.dwHighDateTime}};
-  time.QuadPart -= static_cast<ULONGLONG>(daysBack) * 864000000000ull;
-  file = {time.LowPart, time.HighPart};
-  FileTimeToSystemTime(&file, &date);  // the day of week too
+SessionRecord Session(const char* name, CalendarDate date, long daysBack, long logOn, long duration) {
+  const int64_t day = DayNumber(date) - daysBack;
+  date = DateOfDayNumber(day);
   const long off = (logOn + duration) % 86400;
-  SessionRecord record = {InUse, {}, date.wDayOfWeek, date.wMonth, date.wDay, date.wYear,
+  SessionRecord record = {InUse, {}, static_cast<uint32_t>((day % 7 + 11) % 7), date.month, date.day, date.year,  // 1 Jan 1970: a Thursday
                           static_cast<uint32_t>(logOn / 3600), static_cast<uint32_t>(logOn / 60 % 60), static_cast<uint32_t>(logOn % 60),
                           static_cast<uint32_t>(off / 3600), static_cast<uint32_t>(off / 60 % 60), static_cast<uint32_t>(off % 60),
                           0.0f, static_cast<int32_t>(duration), {}, {}};
@@ -59,10 +55,10 @@ SessionRecord Session(const char* name, SYSTEMTIME date, long daysBack, long log
 
 // NAME YEAR MONTH DAY HH:MM:SS SECONDS from field `at` on.
 SessionRecord Record(const std::vector<std::string>& f, std::size_t at) {
-  SYSTEMTIME date = {};
+  CalendarDate date = {};
   unsigned hour = 0, minute = 0, second = 0;
   const std::string fields = f[at + 1] + " " + f[at + 2] + " " + f[at + 3] + " " + f[at + 4];
-  std::sscanf(fields.c_str(), "%hu %hu %hu %u:%u:%u", &date.wYear, &date.wMonth, &date.wDay, &hour, &minute, &second);
+  std::sscanf(fields.c_str(), "%u %u %u %u:%u:%u", &date.year, &date.month, &date.day, &hour, &minute, &second);
   return Session(f[at].c_str(), date, 0, static_cast<long>(hour * 3600 + minute * 60 + second), Number(f[at + 5]));
 }
 
@@ -105,8 +101,9 @@ int main(int argc, char** argv) {
     } else if (f[0] == "spread") {
       const long count = Number(f[1]), perDay = Number(f[4]), seconds = Number(f[5]);
       const std::vector<std::string> names = Split(f[2], ',');
-      SYSTEMTIME today;
-      GetLocalTime(&today);
+      SYSTEMTIME now;
+      GetLocalTime(&now);
+      const CalendarDate today = {now.wYear, now.wMonth, now.wDay};
       for (long i = 0; i < count; ++i) {
         records.push_back(Session(names[static_cast<std::size_t>(i) % names.size()].c_str(), today, (count - 1 - i) / perDay,
                                   8 * 3600 + (i % perDay) * 3 * 3600 % 57600 + i % 600, seconds + (i * 37) % seconds));
