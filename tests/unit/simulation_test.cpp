@@ -38,6 +38,7 @@
 #include "platform/platform_state.h"
 #include "platform/posix/simulated_disk.h"
 #include "storage/billing_period.h"
+#include "storage/notice_queue.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
@@ -418,6 +419,7 @@ class Sim {
       case 'z':
         CloseTruth();  // the session ends now, recorded as it stands
         Follow(monitor_.Shutdown(ShutdownMode::kQuiet));
+        if (Notice kept; TakeNotice(&kept)) Violation("a notice kept that would hold the shutdown up");
         [[fallthrough]];
       case 'q':
         ended_ = true;
