@@ -82,7 +82,7 @@ class Monitor {
   void FireAlarm();
 
  private:
-  RecordOutcome CloseSession();
+  void CloseSession();
   void StoreDurationAndLogOn(uint32_t slot, int32_t duration, uint32_t hour, uint32_t minute, uint32_t second);
   RecordOutcome StoreNameAndSave(uint32_t slot, const char* name);
   void NoteLogOnTime(uint32_t hour, uint32_t minute, uint32_t second);

@@ -24,14 +24,8 @@ int64_t CheckpointDay() {
   return DayNumber(CalendarDate{settings.checkpointYear, settings.checkpointMonth, settings.checkpointDay});
 }
 
-// Whether the log already holds the checkpointed session (SameSession).
-bool IsCheckpointRecorded() {
-  const SessionRecord checkpoint = CheckpointRecord(settings);
-  for (const SessionRecord& record : sessionLog.records) {
-    if (record.status == InUse && SameSession(record, checkpoint)) return true;
-  }
-  return false;
-}
+// Whether the log already holds the checkpointed session.
+bool IsCheckpointRecorded() { return HoldsSession(sessionLog.records, CheckpointRecord(settings)); }
 
 void TellDamagedCheckpoint(const char* name) {
   char text[kCheckpointNameSize + sizeof kDamagedCheckpointFormat];
@@ -82,7 +76,7 @@ SessionChange Monitor::OnPollTick() {
     return SessionChange::kOpened;
   }
   if (connected || session_.SessionClosed != 0) return SessionChange::kNone;
-  if (CloseSession() == RecordOutcome::kNoRoom) QueueNotice(NoticeKind::kOutOfSpace);
+  CloseSession();
   return SessionChange::kClosed;
 }
 
@@ -91,19 +85,19 @@ SessionChange Monitor::Shutdown(ShutdownMode mode) {
   if (session_.SessionOpen != 0) {
     change = SessionChange::kClosed;
     // Out of space or a failed save keeps the marker: the next start records it.
-    if (CloseSession() == RecordOutcome::kNoRoom) QueueNotice(NoticeKind::kOutOfSpace);
+    CloseSession();
   }
   if (mode == ShutdownMode::kQuiet) ClearNotices();
   return change;
 }
 
 // The one way a session closes: the flags and one-shot alarm first, then the
-// record (EndSession clears the marker).
-RecordOutcome Monitor::CloseSession() {
+// record (EndSession clears the marker); a session the log has no room for is told.
+void Monitor::CloseSession() {
   session_.SessionClosed = 1;
   session_.SessionOpen = 0;
   alarm_.OneShotFired = 0;
-  return EndSession();
+  if (EndSession() == RecordOutcome::kNoRoom) QueueNotice(NoticeKind::kOutOfSpace);
 }
 
 // Shared tail of recording a session: the duration, log-on and name parts that a

@@ -118,13 +118,6 @@ std::vector<SessionRecord> LegacyRecords() {
   return records;
 }
 
-bool InRecords(const std::vector<SessionRecord>& records, const SessionRecord& session) {
-  for (const SessionRecord& record : records) {
-    if (record.status == InUse && SameSession(record, session)) return true;
-  }
-  return false;
-}
-
 // The log becomes the file's records, and the sessions recorded while it was held
 // go into its free slots, as the recorder would have put them. One the file holds
 // already (recovered from a checkpoint while the file could not be read) is not
@@ -132,7 +125,7 @@ bool InRecords(const std::vector<SessionRecord>& records, const SessionRecord& s
 void KeepRunSessionsOver(std::vector<SessionRecord> records) {
   std::vector<SessionRecord> run;
   for (const SessionRecord& record : sessionLog.records) {
-    if (record.status == InUse && !InRecords(records, record)) run.push_back(record);
+    if (record.status == InUse && !HoldsSession(records, record)) run.push_back(record);
   }
   sessionLog.records.swap(records);
   sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
@@ -305,6 +298,13 @@ bool SameSession(const SessionRecord& a, const SessionRecord& b) {
   const int64_t apart = DayNumber(CalendarDate{later.year, later.month, later.day}) -
                         DayNumber(CalendarDate{earlier.year, earlier.month, earlier.day});
   return apart >= -1 && apart <= reach;
+}
+
+bool HoldsSession(const std::vector<SessionRecord>& records, const SessionRecord& session) {
+  for (const SessionRecord& record : records) {
+    if (record.status == InUse && SameSession(record, session)) return true;
+  }
+  return false;
 }
 
 bool MarkConnectionDeleted(const char* name) {

@@ -82,6 +82,8 @@ const char* RecordName(uint32_t index);
 // checkpoint its start date), with a day to spare for a clock set back or on.
 // The longer one is taken for the later record.
 bool SameSession(const SessionRecord& a, const SessionRecord& b);
+// Whether an InUse record of the records is that session.
+bool HoldsSession(const std::vector<SessionRecord>& records, const SessionRecord& session);
 
 bool MarkConnectionDeleted(const char* name);
 void ClearLog();

@@ -113,8 +113,6 @@ bool ConfirmQuit() {
 void OnDestroy(HWND window) {
   if (appWindows.mainDialogVisible) DestroyWindow(appWindows.mainDialog);  // stops the status timers
   KillTimer(window, kPollTimer);
-  KillTimer(window, kStatusTimer);
-  KillTimer(window, kSlowStatusTimer);
   FollowSession(window, SessionChange::kClosed);  // the session timers
   RemoveTrayIcon(window);
   PostQuitMessage(0);
