@@ -2,7 +2,6 @@
 // count in "this month" and on the card, and what zero settings leave unchanged.
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
 #include <string>
 
 #include "logview/log_view_lines.h"
@@ -10,7 +9,6 @@
 #include "storage/accounts.h"
 #include "storage/billing_period.h"
 #include "storage/settings.h"
-#include "storage/usage_cache.h"
 #include "test_support.h"
 
 namespace {

@@ -3,7 +3,6 @@
 // A damaged log is shown as it is (a weekday or month out of range leaves its text
 // out) and keeps every record when a session is saved into it.
 #include <cstring>
-#include <iterator>
 #include <string>
 #include <vector>
 
