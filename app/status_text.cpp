@@ -4,9 +4,8 @@
 #include <cstring>
 
 #include "monitor/monitor.h"
-#include "storage/accounts.h"
 #include "storage/fixed_text.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 
 StatusState statusState;
 
@@ -21,16 +20,16 @@ std::string Format(const char* format, Args... args) {
   return text;
 }
 
-std::string PreviousAccountLine(const UsageQueries& usage, const char* name) {
-  switch (usage.accountKindOf(name)) {
+std::string PreviousAccountLine(Storage& store, const UsageQueries& usage, const char* name) {
+  switch ((store.*usage.accountKindOf)(name)) {
     case PrePaidCard:
       return Format(" Card :                    %.2f Hrs.   of  %.0f Hrs. used",
-                    static_cast<double>(static_cast<float>(usage.totalSeconds(name)) * kHoursPerSecond),
-                    static_cast<double>(usage.allottedAmount(name)));
+                    static_cast<double>(static_cast<float>((store.*usage.totalSeconds)(name)) * kHoursPerSecond),
+                    static_cast<double>((store.*usage.allottedAmount)(name)));
     case LimitedAccess:
       return Format("Limited: %.2f Hrs this month/ %.2f Hrs Logged",
-                    static_cast<double>(static_cast<float>(usage.secondsThisMonth(name)) * kHoursPerSecond),
-                    static_cast<double>(static_cast<float>(usage.totalSeconds(name)) * kHoursPerSecond));
+                    static_cast<double>(static_cast<float>((store.*usage.secondsThisMonth)(name)) * kHoursPerSecond),
+                    static_cast<double>(static_cast<float>((store.*usage.totalSeconds)(name)) * kHoursPerSecond));
     case UnlimitedAccess:
       return "Account Type : Unlimited Access Account";
     default:
@@ -50,28 +49,29 @@ StatusInputs StatusInputsOf(const Monitor& monitor) {
           .elapsedSeconds = monitor.ElapsedSeconds()};
 }
 
-void RefreshStatusText(const Monitor& monitor) { RefreshStatusTextWith(StatusInputsOf(monitor), kCachedUsage); }
+void RefreshStatusText(Monitor& monitor) {
+  RefreshStatusTextWith(monitor.Store(), StatusInputsOf(monitor), kCachedUsage);
+}
 
-void RefreshStatusTextWith(const StatusInputs& inputs, const UsageQueries& usage) {
+void RefreshStatusTextWith(Storage& store, const StatusInputs& inputs, const UsageQueries& usage) {
   const int32_t elapsed = inputs.elapsedSeconds;
   const char* const name = inputs.connectionName;
   if (inputs.connected) {
     std::string kind;
     std::string detail;
-    switch (usage.accountKindOf(name)) {
+    switch ((store.*usage.accountKindOf)(name)) {
       case NotChosen:
         kind = " Account info not yet configured for Orvalen's database";
         break;
       case PrePaidCard: {
-        const float remaining =
-            usage.cardSecondsRemaining(name) - static_cast<float>(elapsed);
+        const float remaining = (store.*usage.cardSecondsRemaining)(name) - static_cast<float>(elapsed);
         const float hours = remaining > 0.0f ? remaining * kHoursPerSecond : 0.0f;
         kind = "Pre-paid Internet Card ";
         detail = "Time remaining on this card : " + HoursText(hours);
         break;
       }
       case LimitedAccess: {
-        const float seconds = static_cast<float>(usage.secondsThisMonth(name) + elapsed);
+        const float seconds = static_cast<float>((store.*usage.secondsThisMonth)(name) + elapsed);
         kind = "Limited Access account";
         detail = "Time Consumed this month : " + HoursText(seconds * kHoursPerSecond);
         break;
@@ -98,10 +98,10 @@ SessionChange OnMainWindowTimer(bool pollTick, bool statusShown, Monitor& monito
   return change;
 }
 
-std::vector<std::string> PreviousSessionLines() { return PreviousSessionLinesWith(kCachedUsage); }
+std::vector<std::string> PreviousSessionLines(Storage& store) { return PreviousSessionLinesWith(store, kCachedUsage); }
 
-std::vector<std::string> PreviousSessionLinesWith(const UsageQueries& usage) {
-  const PreviousSession& last = settings.previousSession;
+std::vector<std::string> PreviousSessionLinesWith(Storage& store, const UsageQueries& usage) {
+  const PreviousSession& last = store.settings.previousSession;
   // A damaged file may leave the name unterminated: take the field alone.
   char name[kPreviousNameSize + 1] = {};
   std::memcpy(name, last.connectionName, kPreviousNameSize);
@@ -110,8 +110,9 @@ std::vector<std::string> PreviousSessionLinesWith(const UsageQueries& usage) {
   char logOn[kClockTextSize];
   char logOff[kClockTextSize];
   FormatDate(date, last.dayOfWeek, last.month, last.day, last.year);
-  FormatClock(logOn, last.logOn.hour, last.logOn.minute, last.logOn.second);
-  FormatClock(logOff, last.logOff.hour, last.logOff.minute, last.logOff.second);
+  const bool twentyFourHour = store.settings.use24HourClock != 0;
+  FormatClock(logOn, last.logOn.hour, last.logOn.minute, last.logOn.second, twentyFourHour);
+  FormatClock(logOff, last.logOff.hour, last.logOff.minute, last.logOff.second, twentyFourHour);
   const uint32_t seconds = last.durationSeconds;
   return {
       "----------------------  Previous Session  ----------------------",
@@ -120,6 +121,6 @@ std::vector<std::string> PreviousSessionLinesWith(const UsageQueries& usage) {
       Format(" ON:  %s       OFF:  %s", logOn, logOff),
       Format(" Duration :                        %d Hr: %d Min: %d Sec", static_cast<int>(seconds / 3600),
              static_cast<int>(seconds % 3600 / 60), static_cast<int>(seconds % 60)),
-      PreviousAccountLine(usage, name),
+      PreviousAccountLine(store, usage, name),
   };
 }

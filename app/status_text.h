@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "storage/usage_cache.h"
+#include "storage/storage.h"
 
 class Monitor;
 enum class SessionChange;
@@ -35,8 +35,8 @@ StatusInputs StatusInputsOf(const Monitor& monitor);
 // Built on the monitor's latest poll tick, so it asks the dial-up service
 // nothing. Takes the account figures from the usage cache, so a rebuild costs the
 // same whatever the log's size; the With forms take them from the family given.
-void RefreshStatusText(const Monitor& monitor);
-void RefreshStatusTextWith(const StatusInputs& inputs, const UsageQueries& usage);
+void RefreshStatusText(Monitor& monitor);
+void RefreshStatusTextWith(Storage& store, const StatusInputs& inputs, const UsageQueries& usage);
 
 // A tick of the main window's timers 2, 5 and 10: timer 2's tick (pollTick) runs
 // the monitor's poll, the one dial-up query of the tick; every tick rebuilds the
@@ -48,5 +48,5 @@ SessionChange OnMainWindowTimer(bool pollTick, bool statusShown, Monitor& monito
 std::string HoursText(float hours);
 
 // The summary of the previous session stored in the settings, line by line.
-std::vector<std::string> PreviousSessionLines();
-std::vector<std::string> PreviousSessionLinesWith(const UsageQueries& usage);
+std::vector<std::string> PreviousSessionLines(Storage& store);
+std::vector<std::string> PreviousSessionLinesWith(Storage& store, const UsageQueries& usage);

@@ -4,15 +4,15 @@
 
 #include "storage/accounts.h"
 #include "storage/session_log.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 
 const char* const kBenchNames[5] = {"Home ISP", "home isp", "Work Dial-Up", "Holiday Card", "HOME ISP"};
 
-void FillLog(uint32_t records) {
-  sessionLog = SessionLog{};
-  sessionLog.records.resize(records);
+void FillLog(Storage& store, uint32_t records) {
+  store.sessionLog = SessionLog{};
+  store.sessionLog.records.resize(records);
   for (uint32_t i = 0; i < records; ++i) {
-    SessionRecord& record = sessionLog.records[i];
+    SessionRecord& record = store.sessionLog.records[i];
     record.status = (i % 97 == 0) ? Deleted : InUse;
     record.dayOfWeek = i % 7;
     record.month = 1 + i % 12;
@@ -27,13 +27,13 @@ void FillLog(uint32_t records) {
     record.durationSeconds = static_cast<int32_t>(60 + i % 7200);
     std::strcpy(record.connectionName, kBenchNames[i % 5]);
   }
-  sessionLog.count = records;
-  NoteLogChanged();
+  store.sessionLog.count = records;
+  store.NoteLogChanged();
 }
 
-void UseBenchmarkAccounts() {
-  std::memset(settings.accounts, 0, sizeof settings.accounts);
-  AccountRecord& limited = settings.accounts[0];
+void UseBenchmarkAccounts(Storage& store) {
+  std::memset(store.settings.accounts, 0, sizeof store.settings.accounts);
+  AccountRecord& limited = store.settings.accounts[0];
   std::strcpy(limited.connectionName, "Home ISP");
   limited.configured = 1;
   limited.kind = LimitedAccess;
@@ -41,7 +41,7 @@ void UseBenchmarkAccounts() {
   limited.monthlyCharge = 20.0f;
   limited.excessPerMinute = 0.05f;
   limited.vatPercent = 5.0f;
-  AccountRecord& card = settings.accounts[1];
+  AccountRecord& card = store.settings.accounts[1];
   std::strcpy(card.connectionName, "Holiday Card");
   card.configured = 1;
   card.kind = PrePaidCard;

@@ -6,16 +6,18 @@
 #include "platform/ras_service.h"
 #include "platform/system_clock.h"
 
+class Storage;
+
 // Connection names of the benchmark logs, used in turn; the first and fourth
 // have accounts in UseBenchmarkAccounts.
 extern const char* const kBenchNames[5];
 
-// The program-wide log becomes `records` records: names in turn, dates spread
+// The storage's log becomes `records` records: names in turn, dates spread
 // over 1999 to 2011 and every 97th record Deleted.
-void FillLog(uint32_t records);
+void FillLog(Storage& store, uint32_t records);
 
 // "Home ISP": limited access; "Holiday Card": a pre-paid card.
-void UseBenchmarkAccounts();
+void UseBenchmarkAccounts(Storage& store);
 
 // Always 12 March 2002, 10:00; the tick counter does not move.
 class FixedClock : public Clock {

@@ -9,23 +9,24 @@
 #include "benchmarks/bench_support.h"
 #include "logview/csv_export.h"
 #include "logview/log_view_lines.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 
 namespace {
 
-std::vector<uint32_t> Everything() {
+std::vector<uint32_t> Everything(const Storage& store) {
   char year[kFilterYearSize] = "ALL ";
-  return FilteredRecordIndexes("All Connections", "ALL", year);
+  return FilteredRecordIndexes(store, "All Connections", "ALL", year);
 }
 
 void BM_ExportSessionsToFile(benchmark::State& state) {
-  FillLog(static_cast<uint32_t>(state.range(0)));
-  UseBenchmarkAccounts();
-  settings.accounts[0].periodStartDay = 14;  // a billing period on every "Home ISP" record
+  Storage store;
+  FillLog(store, static_cast<uint32_t>(state.range(0)));
+  UseBenchmarkAccounts(store);
+  store.settings.accounts[0].periodStartDay = 14;  // a billing period on every "Home ISP" record
   const std::string path = "orvalen-bench-export.csv";
   std::size_t bytes = 0;
   for (auto _ : state) {
-    const std::string text = SessionsCsv(Everything(), CsvFormat{});
+    const std::string text = SessionsCsv(store, Everything(store), CsvFormat{});
     bytes = text.size();
     if (!WriteExportFile(path.c_str(), text)) state.SkipWithError("the file could not be written");
   }
@@ -35,9 +36,10 @@ void BM_ExportSessionsToFile(benchmark::State& state) {
 }
 
 void BM_ExportSummary(benchmark::State& state) {
-  FillLog(static_cast<uint32_t>(state.range(0)));
-  UseBenchmarkAccounts();
-  for (auto _ : state) benchmark::DoNotOptimize(PeriodSummaryCsv(Everything(), CsvFormat{}).size());
+  Storage store;
+  FillLog(store, static_cast<uint32_t>(state.range(0)));
+  UseBenchmarkAccounts(store);
+  for (auto _ : state) benchmark::DoNotOptimize(PeriodSummaryCsv(store, Everything(store), CsvFormat{}).size());
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 

@@ -7,17 +7,18 @@
 #include "benchmarks/bench_support.h"
 #include "logview/log_view_lines.h"
 #include "logview/text_report.h"
-#include "storage/session_log.h"
+#include "storage/storage.h"
 
 namespace {
 
 void Listing(benchmark::State& state, const char* connection, const char* month, const char* yearText) {
-  FillLog(static_cast<uint32_t>(state.range(0)));
+  Storage store;
+  FillLog(store, static_cast<uint32_t>(state.range(0)));
   LogListing listing;
   for (auto _ : state) {
     char year[kFilterYearSize];
     std::snprintf(year, sizeof year, "%s", yearText);
-    BuildLogListing(connection, month, year, listing);
+    BuildLogListing(store, connection, month, year, listing);
     benchmark::DoNotOptimize(listing.lines.size());
     benchmark::DoNotOptimize(logViewState.FinishedReport.size());
   }
@@ -34,8 +35,9 @@ void BM_ListOneConnection(benchmark::State& state) { Listing(state, "Holiday Car
 void BM_ListConnectionMonthYear(benchmark::State& state) { Listing(state, "Home ISP", "MAR", "2002"); }
 
 void BM_ConnectionNames(benchmark::State& state) {
-  FillLog(static_cast<uint32_t>(state.range(0)));
-  for (auto _ : state) benchmark::DoNotOptimize(ConnectionNames("All Connections"));
+  Storage store;
+  FillLog(store, static_cast<uint32_t>(state.range(0)));
+  for (auto _ : state) benchmark::DoNotOptimize(ConnectionNames(store, "All Connections"));
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 

@@ -8,7 +8,7 @@
 #include "app/status_text.h"
 #include "benchmarks/bench_support.h"
 #include "storage/session_log.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 #include "storage/usage_cache.h"
 
 namespace {
@@ -20,11 +20,11 @@ class OnLineProgram {
   explicit OnLineProgram(uint32_t records) : ras_("Home ISP") {
     UseClock(&clock_);
     UseRasService(&ras_);
-    FillLog(records);
-    UseBenchmarkAccounts();
-    ClearUsageCache();
-    std::strcpy(settings.previousSession.connectionName, "Home ISP");
-    settings.previousSessionValid = 1;
+    FillLog(store, records);
+    UseBenchmarkAccounts(store);
+    store.Cache().Clear();
+    std::strcpy(store.settings.previousSession.connectionName, "Home ISP");
+    store.settings.previousSessionValid = 1;
   }
   ~OnLineProgram() {
     UseClock(nullptr);
@@ -33,6 +33,7 @@ class OnLineProgram {
 
   // What the monitor's poll tick gives the status text: on-line for a while.
   const StatusInputs inputs{.connected = true, .connectionName = "Home ISP", .elapsedSeconds = 1234};
+  Storage store;
 
  private:
   FixedClock clock_;
@@ -43,7 +44,7 @@ class OnLineProgram {
 void BM_StatusRefresh(benchmark::State& state, const UsageQueries* usage) {
   OnLineProgram program(static_cast<uint32_t>(state.range(0)));
   for (auto _ : state) {
-    RefreshStatusTextWith(program.inputs, *usage);
+    RefreshStatusTextWith(program.store, program.inputs, *usage);
     benchmark::DoNotOptimize(statusState.statusText[0]);
   }
   if (std::strstr(statusState.statusText, "Time Consumed this month") == nullptr) state.SkipWithError("not the on-line text");
@@ -53,7 +54,7 @@ void BM_StatusRefresh(benchmark::State& state, const UsageQueries* usage) {
 // The main dialog's previous-session figures (kind, month and total hours).
 void BM_PreviousSessionFigures(benchmark::State& state, const UsageQueries* usage) {
   OnLineProgram program(static_cast<uint32_t>(state.range(0)));
-  for (auto _ : state) benchmark::DoNotOptimize(PreviousSessionLinesWith(*usage));
+  for (auto _ : state) benchmark::DoNotOptimize(PreviousSessionLinesWith(program.store, *usage));
   state.counters["records"] = static_cast<double>(state.range(0));
 }
 
@@ -62,8 +63,8 @@ void BM_PreviousSessionFigures(benchmark::State& state, const UsageQueries* usag
 void BM_StatusRefreshAfterLogChange(benchmark::State& state) {
   OnLineProgram program(static_cast<uint32_t>(state.range(0)));
   for (auto _ : state) {
-    NoteLogChanged();
-    RefreshStatusTextWith(program.inputs, kCachedUsage);
+    program.store.NoteLogChanged();
+    RefreshStatusTextWith(program.store, program.inputs, kCachedUsage);
     benchmark::DoNotOptimize(statusState.statusText[0]);
   }
 }

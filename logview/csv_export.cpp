@@ -8,11 +8,9 @@
 
 #include "logview/log_view_lines.h"
 #include "platform/binary_file.h"
-#include "storage/accounts.h"
 #include "storage/billing_period.h"
 #include "storage/fixed_text.h"
-#include "storage/session_log.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 
 namespace {
 
@@ -66,7 +64,7 @@ void AppendRow(std::string& out, std::initializer_list<std::string> fields, cons
   out += "\r\n";
 }
 
-std::string RecordName(const SessionRecord& record) {
+std::string NameOf(const SessionRecord& record) {
   return std::string(record.connectionName, FixedTextLength(record.connectionName, kRecordNameSize));
 }
 
@@ -79,17 +77,19 @@ std::string LowerName(std::string name) {
 // name asked for is remembered, as records of one connection tend to follow on.
 class StartDays {
  public:
+  explicit StartDays(const Storage& store) : store_(store) {}
   uint32_t For(const std::string& name) {
     if (name != lastName_) {
       lastName_ = name;
-      const int k = FindAccount(name.c_str());
-      const AccountRecord* account = k == kNoAccount ? nullptr : &settings.accounts[k];
+      const int k = store_.FindAccount(name.c_str());
+      const AccountRecord* account = k == kNoAccount ? nullptr : &store_.settings.accounts[k];
       lastDay_ = account != nullptr && account->kind == LimitedAccess ? account->periodStartDay : 0;
     }
     return lastDay_;
   }
 
  private:
+  const Storage& store_;
   std::string lastName_ = std::string(1, '\0');
   uint32_t lastDay_ = 0;
 };
@@ -123,27 +123,28 @@ void AppendCsvField(std::string& line, const char* text, std::size_t length, con
   line += '"';
 }
 
-std::vector<uint32_t> FilteredRecordIndexes(const char* connection, const char* month, char* year) {
+std::vector<uint32_t> FilteredRecordIndexes(const Storage& store, const char* connection, const char* month,
+                                            char* year) {
   const LogFilter filter = MakeLogFilter(connection, month, year);
   std::vector<uint32_t> indexes;
-  const std::size_t count = std::min<std::size_t>(sessionLog.count, sessionLog.records.size());
+  const std::size_t count = std::min<std::size_t>(store.sessionLog.count, store.sessionLog.records.size());
   for (std::size_t i = 0; i < count; ++i) {
-    if (RecordMatches(filter, sessionLog.records[i])) indexes.push_back(static_cast<uint32_t>(i));
+    if (RecordMatches(filter, store.sessionLog.records[i])) indexes.push_back(static_cast<uint32_t>(i));
   }
   return indexes;
 }
 
-std::string SessionsCsv(const std::vector<uint32_t>& records, const CsvFormat& format) {
+std::string SessionsCsv(const Storage& store, const std::vector<uint32_t>& records, const CsvFormat& format) {
   std::string out;
   out.reserve(128 + records.size() * 110);
   AppendRow(out,
             {"Connection", "Log-on date", "Log-on time", "Log-off date", "Log-off time", "Duration", "Seconds",
              "Billing period"},
             format);
-  StartDays periodDays;
+  StartDays periodDays(store);
   for (const uint32_t i : records) {
-    const SessionRecord& record = sessionLog.records[i];
-    const std::string name = RecordName(record);
+    const SessionRecord& record = store.sessionLog.records[i];
+    const std::string name = NameOf(record);
     const uint32_t day = periodDays.For(name);
     AppendRow(out,
               {name, IsoDate(LogOnDate(record)), ClockText(record.logOnHour, record.logOnMinute, record.logOnSecond),
@@ -156,7 +157,7 @@ std::string SessionsCsv(const std::vector<uint32_t>& records, const CsvFormat& f
   return out;
 }
 
-std::string PeriodSummaryCsv(const std::vector<uint32_t>& records, const CsvFormat& format) {
+std::string PeriodSummaryCsv(Storage& store, const std::vector<uint32_t>& records, const CsvFormat& format) {
   struct Group {
     int count = 0;
     int64_t seconds = 0;
@@ -170,27 +171,27 @@ std::string PeriodSummaryCsv(const std::vector<uint32_t>& records, const CsvForm
     std::map<uint32_t, float> cardSeconds;      // the card's share of them
   };
   std::map<std::string, Connection> connections;
-  StartDays periodDays;
+  StartDays periodDays(store);
   const LocalTime now = ReadLocalTime();
   for (const uint32_t i : records) {
-    const SessionRecord& record = sessionLog.records[i];
-    const std::string name = RecordName(record);
+    const SessionRecord& record = store.sessionLog.records[i];
+    const std::string name = NameOf(record);
     Connection& connection = connections[LowerName(name)];
     if (connection.name.empty()) {
       connection.name = name;
       connection.day = periodDays.For(name);
-      connection.cardFrom = UsageWindowFor(name.c_str(), now).cardFrom;
+      connection.cardFrom = store.UsageWindowFor(name.c_str(), now).cardFrom;
     }
     Group& group = connection.listed[CountingPeriodId(connection.day, record)];
     ++group.count;
     group.seconds += record.durationSeconds;
   }
   // One walk of the whole log gives each period's figures as the account arithmetic counts them.
-  const std::size_t count = std::min<std::size_t>(sessionLog.count, sessionLog.records.size());
+  const std::size_t count = std::min<std::size_t>(store.sessionLog.count, store.sessionLog.records.size());
   for (std::size_t i = 0; i < count && !connections.empty(); ++i) {
-    const SessionRecord& record = sessionLog.records[i];
+    const SessionRecord& record = store.sessionLog.records[i];
     if (record.status == Deleted) continue;
-    const auto found = connections.find(LowerName(RecordName(record)));
+    const auto found = connections.find(LowerName(NameOf(record)));
     if (found == connections.end()) continue;
     Connection& connection = found->second;
     const uint32_t id = CountingPeriodId(connection.day, record);
@@ -217,7 +218,7 @@ std::string PeriodSummaryCsv(const std::vector<uint32_t>& records, const CsvForm
         if (cardId <= id) sums.allSeconds += seconds;  // the card's sessions up to the period's end
       }
       UsageSummary usage;
-      const float result = UsageFromLogSums(connection.name.c_str(), sums, usage);
+      const float result = store.UsageFromLogSums(connection.name.c_str(), sums, usage);
       const bool limited = usage.kind == LimitedAccess, card = usage.kind == PrePaidCard;
       const bool dated = id != kNoPeriod;
       AppendRow(out,

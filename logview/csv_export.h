@@ -9,6 +9,8 @@
 
 #include "platform/system_clock.h"
 
+class Storage;
+
 struct CsvFormat {
   char separator = ',';  // the Regional Settings' list separator
   char decimal = '.';    // and decimal symbol, for hours and money
@@ -23,13 +25,14 @@ CsvFormat MakeCsvFormat(const char* listSeparator, const char* decimalSymbol);
 void AppendCsvField(std::string& line, const char* text, std::size_t length, const CsvFormat& format);
 
 // Indexes of the records the three filter texts show, in record order (as the list).
-std::vector<uint32_t> FilteredRecordIndexes(const char* connection, const char* month, char* year);
+std::vector<uint32_t> FilteredRecordIndexes(const Storage& store, const char* connection, const char* month,
+                                            char* year);
 
-std::string SessionsCsv(const std::vector<uint32_t>& records, const CsvFormat& format);
+std::string SessionsCsv(const Storage& store, const std::vector<uint32_t>& records, const CsvFormat& format);
 // Per connection (letter case ignored, as the figures do) and period, in that
 // order: sessions, time, the minutes beyond the included hours and the cost with
 // VAT (limited access), the card's hours left at the period's end (a card).
-std::string PeriodSummaryCsv(const std::vector<uint32_t>& records, const CsvFormat& format);
+std::string PeriodSummaryCsv(Storage& store, const std::vector<uint32_t>& records, const CsvFormat& format);
 
 // "Orvalen log 2003-03-20.csv".
 std::string DefaultExportName(const LocalTime& now);

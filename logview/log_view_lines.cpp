@@ -9,10 +9,8 @@
 #include "monitor/dial_up_probe.h"
 #include "platform/system_clock.h"
 #include "monitor/time_text.h"
-#include "storage/accounts.h"
 #include "storage/fixed_text.h"
-#include "storage/session_log.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 
 const char* const kMonthChoices[kMonthChoiceCount] = {"ALL", "JAN", "FEB", "MAR", "APR", "MAY", "JUN",
                                                       "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"};
@@ -34,10 +32,10 @@ struct RecordTexts {
   char logOn[64];
   char duration[64];
 
-  explicit RecordTexts(const SessionRecord& record) {
+  RecordTexts(const SessionRecord& record, bool twentyFourHour) {
     FormatDate(date, record.dayOfWeek, record.month, record.day, record.year);
-    FormatClock(logOff, record.logOffHour, record.logOffMinute, record.logOffSecond);
-    FormatClock(logOn, record.logOnHour, record.logOnMinute, record.logOnSecond);
+    FormatClock(logOff, record.logOffHour, record.logOffMinute, record.logOffSecond, twentyFourHour);
+    FormatClock(logOn, record.logOnHour, record.logOnMinute, record.logOnSecond, twentyFourHour);
     int32_t hours = 0, minutes = 0, seconds = 0;
     SplitSeconds(record.durationSeconds, &hours, &minutes, &seconds);
     FormatDuration(duration, hours, minutes, seconds);
@@ -175,16 +173,18 @@ void TextLines::Add(const char* text, std::size_t length) {
 
 void TextLines::Add(const char* text) { Add(text, std::strlen(text)); }
 
-void AddListLines(const SessionRecord& record, TextLines& lines) {
-  AddListLines(record, RecordTexts(record), lines);
+void AddListLines(const SessionRecord& record, bool twentyFourHour, TextLines& lines) {
+  AddListLines(record, RecordTexts(record, twentyFourHour), lines);
 }
 
-void AddReportLines(const SessionRecord& record) { AddReportLines(record, RecordTexts(record)); }
+void AddReportLines(const SessionRecord& record, bool twentyFourHour) {
+  AddReportLines(record, RecordTexts(record, twentyFourHour));
+}
 
-bool BuildLogListing(const char* connection, const char* month, char* year, LogListing& listing) {
+bool BuildLogListing(const Storage& store, const char* connection, const char* month, char* year, LogListing& listing) {
   const LogFilter filter = MakeLogFilter(connection, month, year);
-  const std::vector<SessionRecord>& records = sessionLog.records;
-  const std::size_t count = std::min<std::size_t>(sessionLog.count, records.size());
+  const std::vector<SessionRecord>& records = store.sessionLog.records;
+  const std::size_t count = std::min<std::size_t>(store.sessionLog.count, records.size());
 
   // A first pass only counts, so that the lines and the report grow once.
   std::size_t matching = 0;
@@ -201,7 +201,7 @@ bool BuildLogListing(const char* connection, const char* month, char* year, LogL
     if (!RecordMatches(filter, record)) continue;
     ++listing.count;
     listing.totalSeconds += static_cast<float>(record.durationSeconds);
-    const RecordTexts texts(record);
+    const RecordTexts texts(record, store.settings.use24HourClock != 0);
     AddListLines(record, texts, listing.lines);
     AddReportLines(record, texts);
   }
@@ -223,38 +223,39 @@ std::string TotalHoursText(float totalSeconds) {
   return result;
 }
 
-std::string BillingPeriodLine(const char* connection) {
+std::string BillingPeriodLine(const Storage& store, const char* connection) {
   BillingPeriod period;
-  if (!CurrentBillingPeriod(connection, period)) return std::string();
+  if (!store.CurrentBillingPeriod(connection, period)) return std::string();
   return "\nPeriod : " + PeriodText(period);
 }
 
 namespace {
 // "\nSince : 14 Mar 2026" for a card recharged at some time, else empty.
-std::string RechargeLine(const char* connection) {
-  const int k = FindAccount(connection);
-  if (k == kNoAccount || settings.accounts[k].recharged.year == 0) return std::string();
-  const MomentStamp& at = settings.accounts[k].recharged;
+std::string RechargeLine(const Storage& store, const char* connection) {
+  const int k = store.FindAccount(connection);
+  if (k == kNoAccount || store.settings.accounts[k].recharged.year == 0) return std::string();
+  const MomentStamp& at = store.settings.accounts[k].recharged;
   return "\nSince : " + DayMonthText(CalendarDate{at.year, at.month, at.day}) + " " + std::to_string(at.year);
 }
 }  // namespace
 
-std::string AccountSummaryText(const char* connection) {
+std::string AccountSummaryText(Storage& store, const char* connection) {
   // One walk of the log gives every figure the accessors would each walk again for.
   UsageSummary summary;
-  ComputeUsage(connection, summary);
+  store.ComputeUsage(connection, summary);
   char text[160];
   switch (summary.kind) {
     case PrePaidCard:
       std::snprintf(text, sizeof text, "Prepaid Card\nAllotted Time : %d Hrs.", static_cast<int>(summary.allotted));
-      return text + RechargeLine(connection);
+      return text + RechargeLine(store, connection);
     case LimitedAccess: {
       // A damaged file may leave the currency without its terminator.
       char currency[kCurrencyNameSize + 1] = {};
-      std::memcpy(currency, settings.currencyName, FixedTextLength(settings.currencyName, kCurrencyNameSize));
+      std::memcpy(currency, store.settings.currencyName,
+                  FixedTextLength(store.settings.currencyName, kCurrencyNameSize));
       std::snprintf(text, sizeof text, "Limited Access Account\nThis Month   : %d Mins.\nCurrent Cost : %.2f %s",
                     static_cast<int>(summary.secondsThisMonth / 60), static_cast<double>(summary.cost), currency);
-      return text + BillingPeriodLine(connection);
+      return text + BillingPeriodLine(store, connection);
     }
     case UnlimitedAccess:
       return "Unlimited Access";
@@ -263,14 +264,14 @@ std::string AccountSummaryText(const char* connection) {
   }
 }
 
-std::vector<std::string> ConnectionNames(const char* firstItem) {
+std::vector<std::string> ConnectionNames(const Storage& store, const char* firstItem) {
   std::vector<std::string> names;
   names.reserve(kMaxConnectionNames);
   const bool hasFirst = firstItem != nullptr && firstItem[0] != '\0';
   if (hasFirst) names.emplace_back(firstItem, std::min(std::strlen(firstItem), kFilterConnectionSize - 1));
   const std::size_t from = hasFirst ? 1 : 0;
-  for (uint32_t i = 0; i < sessionLog.count && names.size() < kMaxConnectionNames; ++i) {
-    const char* name = RecordName(i);
+  for (uint32_t i = 0; i < store.sessionLog.count && names.size() < kMaxConnectionNames; ++i) {
+    const char* name = store.RecordName(i);
     if (name == nullptr) continue;
     const std::size_t length = std::min(FixedTextLength(name, kRecordNameSize), kFilterConnectionSize - 1);
     bool known = false;
@@ -282,7 +283,7 @@ std::vector<std::string> ConnectionNames(const char* firstItem) {
   return names;
 }
 
-std::string InitialConnectionFilter(bool connectedNow, const DialUpProbe& probe) {
+std::string InitialConnectionFilter(const Settings& settings, bool connectedNow, const DialUpProbe& probe) {
   if (settings.logInitialFilter != 2) return kAllConnections;
   if (connectedNow && probe.OnLine()) {
     const char* current = probe.ConnectionName();

@@ -11,6 +11,8 @@
 #include "storage/session_record.h"
 
 class DialUpProbe;
+class Storage;
+struct Settings;
 
 // The first items of the three filter boxes; they stand for "everything" and are
 // recognised whatever their letter case.
@@ -83,9 +85,9 @@ class TextLines {
 };
 
 // The six list lines of a record, appended to lines.
-void AddListLines(const SessionRecord& record, TextLines& lines);
+void AddListLines(const SessionRecord& record, bool twentyFourHour, TextLines& lines);
 // The six report lines of a record, passed to AppendReportLine.
-void AddReportLines(const SessionRecord& record);
+void AddReportLines(const SessionRecord& record, bool twentyFourHour);
 
 // What one filtering produced for the dialog.
 struct LogListing {
@@ -100,24 +102,24 @@ struct LogListing {
 // One pass over the log: lists the matching records, builds their report and
 // finishes it (header first), and sums count and time. Mirrors FillLogList without
 // the controls; true when at least one record was listed. year as in MakeLogFilter.
-bool BuildLogListing(const char* connection, const char* month, char* year, LogListing& listing);
+bool BuildLogListing(const Storage& store, const char* connection, const char* month, char* year, LogListing& listing);
 
 // The count and total texts of ShowLogTotals.
 std::string CountText(int count);
 std::string TotalHoursText(float totalSeconds);
 
 // The account box's text for one connection (line breaks are "\n").
-std::string AccountSummaryText(const char* connection);
+std::string AccountSummaryText(Storage& store, const char* connection);
 // "\nPeriod : 14 Mar - 13 Apr" for an account billed from a day of its own, else
 // empty: the line the account summaries add where they have room.
-std::string BillingPeriodLine(const char* connection);
+std::string BillingPeriodLine(const Storage& store, const char* connection);
 
 // The distinct names of the log's InUse records in order of first appearance,
 // compared exactly, at most 50 including firstItem, which (when not empty) comes
 // first. Each name is cut to kFilterConnectionSize - 1 characters.
-std::vector<std::string> ConnectionNames(const char* firstItem);
+std::vector<std::string> ConnectionNames(const Storage& store, const char* firstItem);
 
 // The connection the dialog opens on: "All Connections", or with logInitialFilter 2
 // the active connection (when a poll confirms it) or else the previous session's.
 // connectedNow is the answer of a fresh poll of the monitor's probe, which names it.
-std::string InitialConnectionFilter(bool connectedNow, const DialUpProbe& probe);
+std::string InitialConnectionFilter(const Settings& settings, bool connectedNow, const DialUpProbe& probe);

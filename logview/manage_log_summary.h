@@ -5,17 +5,19 @@
 
 #include "logview/logview_state.h"
 
+class Storage;
+
 // The usage summary of one connection (line breaks are "\n"); empty when it has no
 // configured account.
-std::string ManageLogSummaryText(const char* connection);
+std::string ManageLogSummaryText(Storage& store, const char* connection);
 
 // Delete Entry after a Yes: every record of exactly that name becomes Deleted, its
 // account entry is freed, and the log and the settings are saved. Returns the
 // dialog's outcome (kRecordsDeleted when a record changed, else kLogUnchanged).
-int DeleteConnectionEntries(const char* connection);
+int DeleteConnectionEntries(Storage& store, const char* connection);
 
 // Clear Entire Log after a Yes: every record becomes Deleted (the array keeps its
 // length), the log and the settings are saved. Accounts are kept: the user set them
 // up by hand, and a fresh log of the same connections will want them again.
 // Returns kLogCleared.
-int ClearEntireLog();
+int ClearEntireLog(Storage& store);

@@ -4,8 +4,7 @@
 
 #include "monitor/monitor.h"
 #include "monitor/monitor_shell.h"
-#include "storage/notice_queue.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 
 AlarmState alarmState;
 
@@ -29,12 +28,12 @@ bool IsStoredAction(uint8_t action) {
 }  // namespace
 
 uint32_t Monitor::AlarmPeriodMs() {
-  if (settings.alarmMode == kAlarmEveryInterval) {
+  if (store_->settings.alarmMode == kAlarmEveryInterval) {
     alarm_.OneShotFired = 0;
-    return PeriodMs(settings.alarmRepeatHours, settings.alarmRepeatMinutes);
+    return PeriodMs(store_->settings.alarmRepeatHours, store_->settings.alarmRepeatMinutes);
   }
-  if (settings.alarmMode == kAlarmOnceAtEnd) {
-    return PeriodMs(settings.alarmOnceHours, settings.alarmOnceMinutes);
+  if (store_->settings.alarmMode == kAlarmOnceAtEnd) {
+    return PeriodMs(store_->settings.alarmOnceHours, store_->settings.alarmOnceMinutes);
   }
   // No mode: the timer still runs (the session step always starts it), slowly,
   // and FireAlarm gives nothing for such a mode.
@@ -50,14 +49,15 @@ void FormatAlarmPeriod(char* text, std::size_t size, int hours, int minutes) {
 }
 
 void Monitor::FireAlarm() {
-  if (!probe_.OnLine() || settings.alarmOn == 0 || alarm_.OneShotFired == 1) return;
-  const uint8_t mode = settings.alarmMode;
+  if (!probe_.OnLine() || store_->settings.alarmOn == 0 || alarm_.OneShotFired == 1) return;
+  const uint8_t mode = store_->settings.alarmMode;
   if (mode != kAlarmEveryInterval && mode != kAlarmOnceAtEnd) return;
 
   char repeating[40];
   char once[40];
-  FormatAlarmPeriod(repeating, sizeof repeating, settings.alarmRepeatHours, settings.alarmRepeatMinutes);
-  FormatAlarmPeriod(once, sizeof once, settings.alarmOnceHours, settings.alarmOnceMinutes);
+  FormatAlarmPeriod(repeating, sizeof repeating, store_->settings.alarmRepeatHours,
+                    store_->settings.alarmRepeatMinutes);
+  FormatAlarmPeriod(once, sizeof once, store_->settings.alarmOnceHours, store_->settings.alarmOnceMinutes);
   if (mode == kAlarmOnceAtEnd) {
     std::snprintf(alarm_.AlarmMessage, sizeof alarm_.AlarmMessage, kOneShotAlarmFormat, once);
     // Set before the modal notice: its message loop keeps the alarm timer running.
@@ -65,17 +65,17 @@ void Monitor::FireAlarm() {
   } else {
     std::snprintf(alarm_.AlarmMessage, sizeof alarm_.AlarmMessage, kRepeatingAlarmFormat, repeating);
   }
-  QueueNotice(NoticeKind::kAlarmReminder, alarm_.AlarmMessage);
+  store_->notices.Queue(NoticeKind::kAlarmReminder, alarm_.AlarmMessage);
 }
 
-void PlayAlarmSoundIfChosen(MonitorShell& shell) {
+void PlayAlarmSoundIfChosen(const Settings& settings, MonitorShell& shell) {
   const uint8_t action = settings.alarmAction;
   if (action == kAlarmSoundOnly || action == kAlarmBoxAndSound) shell.PlayAlarmSound();
 }
 
-void ShowAlarmReminder(MonitorShell& shell, const char* text) {
+void ShowAlarmReminder(const Settings& settings, MonitorShell& shell, const char* text) {
   const uint8_t action = settings.alarmAction;
-  PlayAlarmSoundIfChosen(shell);
+  PlayAlarmSoundIfChosen(settings, shell);
   if (action == kAlarmBoxAndSound || action == kAlarmBoxOnly) shell.ShowAlarmReminder(text);
 }
 
@@ -85,13 +85,14 @@ AlarmTime ClampAlarmTime(uint32_t hours, uint32_t minutes) {
   return time;
 }
 
-void LoadAlarmPageState() {
+void LoadAlarmPageState(const Settings& settings) {
   alarmState.AlarmOnState = settings.alarmOn != 0 ? 1 : 0;
   alarmState.AlarmModeState = settings.alarmMode == kAlarmOnceAtEnd ? kAlarmOnceAtEnd : kAlarmEveryInterval;
   alarmState.AlarmActionState = IsStoredAction(settings.alarmAction) ? settings.alarmAction : kAlarmBoxAndSound;
 }
 
-void StoreAlarmPage(uint32_t repeatHours, uint32_t repeatMinutes, uint32_t onceHours, uint32_t onceMinutes) {
+void StoreAlarmPage(Settings& settings, uint32_t repeatHours, uint32_t repeatMinutes, uint32_t onceHours,
+                    uint32_t onceMinutes) {
   settings.alarmOn = static_cast<uint8_t>(alarmState.AlarmOnState != 0 ? 1 : 0);
   settings.alarmAction = alarmState.AlarmActionState;
   settings.alarmMode = alarmState.AlarmModeState;

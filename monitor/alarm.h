@@ -28,12 +28,13 @@ constexpr uint32_t kAlarmMaxHours = 24;
 constexpr uint32_t kAlarmMaxMinutes = 59;
 
 class MonitorShell;
+struct Settings;
 
 // Plays the alarm's sound when the stored action has one (sound only, or box and
 // sound): the alarm's reminders and the usage warnings.
-void PlayAlarmSoundIfChosen(MonitorShell& shell);
+void PlayAlarmSoundIfChosen(const Settings& settings, MonitorShell& shell);
 // Shows a queued reminder as the stored action says: its sound, its box or both.
-void ShowAlarmReminder(MonitorShell& shell, const char* text);
+void ShowAlarmReminder(const Settings& settings, MonitorShell& shell, const char* text);
 
 // The text "%d Hr and  %d Min." of a period.
 void FormatAlarmPeriod(char* text, std::size_t size, int hours, int minutes);
@@ -50,10 +51,11 @@ AlarmTime ClampAlarmTime(uint32_t hours, uint32_t minutes);
 // The page's choices as it opens, from the settings. A mode or action that is not
 // one of the stored values shows (and, on OK, keeps) the default: repeating mode,
 // message box and sound, so what the page shows is what it stores.
-void LoadAlarmPageState();
+void LoadAlarmPageState(const Settings& settings);
 // OK on the page: the choices and the clamped times into the settings (the
 // sheet's caller saves them).
-void StoreAlarmPage(uint32_t repeatHours, uint32_t repeatMinutes, uint32_t onceHours, uint32_t onceMinutes);
+void StoreAlarmPage(Settings& settings, uint32_t repeatHours, uint32_t repeatMinutes, uint32_t onceHours,
+                    uint32_t onceMinutes);
 
 // The page's choices back to those of a freshly started process (tests, tools).
 void ResetAlarmState();

@@ -12,6 +12,7 @@
 #include "monitor/time_text.h"
 
 class MonitorShell;
+class Storage;
 
 // What an event did to the session: the shell starts the session's timers
 // (checkpoint, alarm, usage warning) when it opened and stops them when it closed.
@@ -24,6 +25,11 @@ enum class ShutdownMode {
 
 class Monitor {
  public:
+  // The session is recorded into the storage, which outlives the monitor.
+  explicit Monitor(Storage& storage) : store_(&storage) {}
+  Storage& Store() { return *store_; }
+  const Storage& Store() const { return *store_; }
+
   // --- Events in ---------------------------------------------------------------
   // The 100 ms poll: one dial-up query, whose answer both checks take (up while
   // no session is open opens one, down while one is open closes it) and which
@@ -87,6 +93,7 @@ class Monitor {
   RecordOutcome StoreNameAndSave(uint32_t slot, const char* name);
   void NoteLogOnTime(uint32_t hour, uint32_t minute, uint32_t second);
 
+  Storage* store_;  // never null
   DialUpProbe probe_;
   SessionState session_;
   SessionTexts texts_;

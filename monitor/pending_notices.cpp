@@ -2,14 +2,14 @@
 
 #include "monitor/alarm.h"
 #include "monitor/monitor_shell.h"
-#include "storage/notice_queue.h"
+#include "storage/storage.h"
 #include "storage/startup_hooks.h"
 
 void Monitor::ShowPendingNotices(MonitorShell& shell) {
   if (showing_) return;
   showing_ = true;
   Notice notice;
-  while (TakeNotice(&notice)) {
+  while (store_->notices.Take(&notice)) {
     switch (notice.kind) {
       case NoticeKind::kFileProblem:
         shell.ShowFileProblem(notice.text.c_str(), kFileProblemCaption);
@@ -21,10 +21,10 @@ void Monitor::ShowPendingNotices(MonitorShell& shell) {
         shell.CheckAccounts();
         break;
       case NoticeKind::kAlarmReminder:
-        ShowAlarmReminder(shell, notice.text.c_str());
+        ShowAlarmReminder(store_->settings, shell, notice.text.c_str());
         break;
       case NoticeKind::kUsageWarning:
-        PlayAlarmSoundIfChosen(shell);
+        PlayAlarmSoundIfChosen(store_->settings, shell);
         shell.ShowUsageWarning(notice.text.c_str());
         break;
     }

@@ -8,10 +8,8 @@
 #include "platform/system_clock.h"
 #include "storage/billing_period.h"
 #include "storage/fixed_text.h"
-#include "storage/notice_queue.h"
 #include "platform/program_paths.h"
-#include "storage/session_log.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 #include "storage/startup.h"
 
 namespace {
@@ -20,24 +18,26 @@ namespace {
 // uptime); a session open across that moment still gets its true length.
 constexpr uint32_t kTickWrapSeconds = 0xFFFFFFFFu / 1000u;
 
-int64_t CheckpointDay() {
+int64_t CheckpointDay(const Settings& settings) {
   return DayNumber(CalendarDate{settings.checkpointYear, settings.checkpointMonth, settings.checkpointDay});
 }
 
 // Whether the log already holds the checkpointed session.
-bool IsCheckpointRecorded() { return HoldsSession(sessionLog.records, CheckpointRecord(settings)); }
+bool IsCheckpointRecorded(const Storage& store) {
+  return HoldsSession(store.sessionLog.records, CheckpointRecord(store.settings));
+}
 
-void TellDamagedCheckpoint(const char* name) {
+void TellDamagedCheckpoint(NoticeQueue& notices, const char* name) {
   char text[kCheckpointNameSize + sizeof kDamagedCheckpointFormat];
   std::snprintf(text, sizeof text, kDamagedCheckpointFormat, name);
-  QueueNotice(NoticeKind::kFileProblem, text);
+  notices.Queue(NoticeKind::kFileProblem, text);
 }
 
 bool IsTimeOfDay(const TimeOfDay& time) { return time.hour < 24 && time.minute < 60 && time.second < 60; }
 
 // A checkpoint from a damaged file: without a name, a real date and real times
 // there is nothing to record.
-bool IsCheckpointWhole(const char* name) {
+bool IsCheckpointWhole(const Settings& settings, const char* name) {
   return name[0] != '\0' && settings.checkpointMonth >= 1 && settings.checkpointMonth <= 12 &&
          settings.checkpointDay >= 1 && settings.checkpointDay <= 31 && settings.checkpointYear >= 1980 &&
          settings.checkpointYear <= 9999 && settings.checkpointDayOfWeek <= 6 &&
@@ -49,11 +49,11 @@ int64_t SecondsOfDay(const TimeOfDay& time) { return time.hour * 3600 + time.min
 // The checkpoint's length, unless it cannot be true: negative, or longer than the
 // time since the session began (with a day to spare for a clock set back or
 // forward, daylight saving included). Then -1.
-int32_t PlausibleElapsed() {
+int32_t PlausibleElapsed(const Settings& settings) {
   const uint32_t elapsed = settings.checkpointElapsed;
   if (elapsed > 0x7FFFFFFFu) return -1;
   const LocalTime now = ReadLocalTime();
-  const int64_t since = (DayNumber(CalendarDate{now.year, now.month, now.day}) - CheckpointDay()) * 86400 +
+  const int64_t since = (DayNumber(CalendarDate{now.year, now.month, now.day}) - CheckpointDay(settings)) * 86400 +
                         now.hour * 3600 + now.minute * 60 + now.second - SecondsOfDay(settings.checkpointLogOn);
   return elapsed <= std::max<int64_t>(since, 0) + 86400 ? static_cast<int32_t>(elapsed) : -1;
 }
@@ -69,10 +69,10 @@ SessionChange Monitor::OnPollTick() {
     session_.SessionClosed = 0;
     session_.SessionOpen = 1;
     StartSession();
-    settings.sessionOpenMarker = kSessionOpen;
+    store_->settings.sessionOpenMarker = kSessionOpen;
     // The file now holds the marker and the first checkpoint. A failed save was
     // told by the save; the session goes on in memory and the next save retries.
-    (void)SaveSettings();
+    (void)store_->SaveSettings();
     return SessionChange::kOpened;
   }
   if (connected || session_.SessionClosed != 0) return SessionChange::kNone;
@@ -87,7 +87,7 @@ SessionChange Monitor::Shutdown(ShutdownMode mode) {
     // Out of space or a failed save keeps the marker: the next start records it.
     CloseSession();
   }
-  if (mode == ShutdownMode::kQuiet) ClearNotices();
+  if (mode == ShutdownMode::kQuiet) store_->notices.Clear();
   return change;
 }
 
@@ -97,35 +97,35 @@ void Monitor::CloseSession() {
   session_.SessionClosed = 1;
   session_.SessionOpen = 0;
   alarm_.OneShotFired = 0;
-  if (EndSession() == RecordOutcome::kNoRoom) QueueNotice(NoticeKind::kOutOfSpace);
+  if (EndSession() == RecordOutcome::kNoRoom) store_->notices.Queue(NoticeKind::kOutOfSpace);
 }
 
 // Shared tail of recording a session: the duration, log-on and name parts that a
 // finished and an interrupted session write alike.
 void Monitor::StoreDurationAndLogOn(uint32_t slot, int32_t duration, uint32_t hour, uint32_t minute,
                                     uint32_t second) {
-  SetRecordDuration(slot, duration);
-  SetRecordLogOn(slot, hour, minute, second);
-  settings.previousSession.durationSeconds = static_cast<uint32_t>(duration);
+  store_->SetRecordDuration(slot, duration);
+  store_->SetRecordLogOn(slot, hour, minute, second);
+  store_->settings.previousSession.durationSeconds = static_cast<uint32_t>(duration);
   FormatElapsed(texts_.ElapsedText, duration);
   CopyFixedText(texts_.LastDurationText, texts_.ElapsedText);
-  SetPreviousSessionLogOn(hour, minute, second);
+  SetPreviousSessionLogOn(store_->settings, hour, minute, second);
 }
 
 // kLogNotSaved when the log could not be saved: the session then stays in memory,
 // and the configuration keeps it as an open session's checkpoint, so a kill
 // before a later save succeeds still finds it at the next start.
 RecordOutcome Monitor::StoreNameAndSave(uint32_t slot, const char* name) {
-  SetRecordName(slot, name);
-  SetPreviousSessionName(name);
+  store_->SetRecordName(slot, name);
+  SetPreviousSessionName(store_->settings, name);
   session_.LastSessionChanged = 1;
-  settings.previousSessionValid = 1;
+  store_->settings.previousSessionValid = 1;
   session_.SessionConnectionName[0] = '\0';
-  const bool logged = SaveLog(LogFilePath().c_str());
-  if (!logged) settings.sessionOpenMarker = kSessionOpen;
+  const bool logged = store_->SaveLog(LogFilePath().c_str());
+  if (!logged) store_->settings.sessionOpenMarker = kSessionOpen;
   // A failed save was told by the save itself; the marker it keeps (or the one
   // already on disk) makes the next start record the session.
-  (void)SaveSettings();
+  (void)store_->SaveSettings();
   session_.LastSessionChanged = 1;
   return logged ? RecordOutcome::kSaved : RecordOutcome::kLogNotSaved;
 }
@@ -135,10 +135,10 @@ void Monitor::StartSession() {
   session_.SessionStartSeconds = ReadTickCount() / 1000u;
   NoteLogOnTime(now.hour, now.minute, now.second);
   CopyFixedText(session_.SessionConnectionName, probe_.ConnectionName());
-  SetCheckpointStart(probe_.ConnectionName(), now.hour, now.minute, now.second, now.dayOfWeek, now.day,
-                     now.month, now.year);
+  SetCheckpointStart(store_->settings, probe_.ConnectionName(), now.hour, now.minute, now.second, now.dayOfWeek,
+                     now.day, now.month, now.year);
   // The first checkpoint is the log-on moment itself, with nothing elapsed.
-  SetCheckpointTime(probe_.ConnectionName(), now.hour, now.minute, now.second, 0);
+  SetCheckpointTime(store_->settings, probe_.ConnectionName(), now.hour, now.minute, now.second, 0);
 }
 
 int32_t Monitor::ElapsedSeconds() const {
@@ -154,19 +154,19 @@ RecordOutcome Monitor::EndSession() {
   session_.LogOffHour = logOff.hour;
   session_.LogOffMinute = logOff.minute;
   session_.LogOffSecond = logOff.second;
-  settings.sessionOpenMarker = kNoSessionOpen;
+  store_->settings.sessionOpenMarker = kNoSessionOpen;
 
-  const uint32_t slot = FindFreeSlot();
+  const uint32_t slot = store_->FindFreeSlot();
   if (slot == kNoSlot) return RecordOutcome::kNoRoom;
-  SetRecordStatus(slot, InUse);
+  store_->SetRecordStatus(slot, InUse);
   StoreDurationAndLogOn(slot, elapsed, session_.LogOnHour, session_.LogOnMinute, session_.LogOnSecond);
 
   // The record carries the date on which the session ended.
   const LocalTime now = ReadLocalTime();
-  SetRecordDate(slot, now.dayOfWeek, now.month, now.day, now.year);
-  SetPreviousSessionDate(now.dayOfWeek, now.month, now.day, now.year);
-  SetRecordLogOff(slot, session_.LogOffHour, session_.LogOffMinute, session_.LogOffSecond);
-  SetPreviousSessionLogOff(now.hour, now.minute, now.second);
+  store_->SetRecordDate(slot, now.dayOfWeek, now.month, now.day, now.year);
+  SetPreviousSessionDate(store_->settings, now.dayOfWeek, now.month, now.day, now.year);
+  store_->SetRecordLogOff(slot, session_.LogOffHour, session_.LogOffMinute, session_.LogOffSecond);
+  SetPreviousSessionLogOff(store_->settings, now.hour, now.minute, now.second);
 
   // Its own name, not the slot's: a save that read a held log again moves the
   // run's records to other slots.
@@ -177,27 +177,27 @@ RecordOutcome Monitor::EndSession() {
     // The log did not save: the checkpoint takes the whole session, which a start
     // after a kill then records. Should this save fail too, the checkpoint on disk
     // still holds the session up to its last three minutes.
-    SetCheckpointTime(name, session_.LogOffHour, session_.LogOffMinute,
-                      session_.LogOffSecond, static_cast<uint32_t>(elapsed));
-    (void)SaveSettings();
+    SetCheckpointTime(store_->settings, name, session_.LogOffHour, session_.LogOffMinute, session_.LogOffSecond,
+                      static_cast<uint32_t>(elapsed));
+    (void)store_->SaveSettings();
   }
-  QueueNotice(NoticeKind::kAccountCheck);
+  store_->notices.Queue(NoticeKind::kAccountCheck);
   return outcome;
 }
 
 void Monitor::CheckpointSession() {
   const int32_t elapsed = ElapsedSeconds();
   const LocalTime now = ReadLocalTime();
-  SetCheckpointTime(session_.SessionConnectionName, now.hour, now.minute, now.second,
+  SetCheckpointTime(store_->settings, session_.SessionConnectionName, now.hour, now.minute, now.second,
                     static_cast<uint32_t>(elapsed));
   // The previous-session date, end and name follow the open session; its log-on
   // time and duration stay those of the session recorded before.
-  SetPreviousSessionDate(now.dayOfWeek, now.month, now.day, now.year);
-  SetPreviousSessionLogOff(now.hour, now.minute, now.second);
-  SetPreviousSessionName(session_.SessionConnectionName);
-  settings.previousSessionValid = 1;
+  SetPreviousSessionDate(store_->settings, now.dayOfWeek, now.month, now.day, now.year);
+  SetPreviousSessionLogOff(store_->settings, now.hour, now.minute, now.second);
+  SetPreviousSessionName(store_->settings, session_.SessionConnectionName);
+  store_->settings.previousSessionValid = 1;
   // A failed save was told by the save; the next checkpoint tries again.
-  (void)SaveSettings();
+  (void)store_->SaveSettings();
   session_.LastSessionChanged = 1;
 }
 
@@ -206,49 +206,50 @@ void Monitor::OnCheckpointTimer() {
 }
 
 void Monitor::RecoverInterruptedSession() {
-  if (settings.sessionOpenMarker != kSessionOpen) return;
+  if (store_->settings.sessionOpenMarker != kSessionOpen) return;
   // The stored name may be unterminated in a damaged file: copy the field alone.
   char name[kCheckpointNameSize + 1] = {};
-  std::memcpy(name, settings.checkpointName, kCheckpointNameSize);
+  std::memcpy(name, store_->settings.checkpointName, kCheckpointNameSize);
   bool done = true;  // nothing (more) to record
   // A program stopped between saving the log and saving the cleared marker left
   // the session already recorded; recording it again would count it twice.
-  if (IsCheckpointWhole(name) && !IsCheckpointRecorded()) {
-    int32_t elapsed = PlausibleElapsed();
+  if (IsCheckpointWhole(store_->settings, name) && !IsCheckpointRecorded(*store_)) {
+    int32_t elapsed = PlausibleElapsed(store_->settings);
     if (elapsed < 0) {
       // A damaged length: the checkpoint's own times tell how long the session ran.
-      const int64_t span = SecondsOfDay(settings.checkpointTime) - SecondsOfDay(settings.checkpointLogOn);
+      const int64_t span =
+          SecondsOfDay(store_->settings.checkpointTime) - SecondsOfDay(store_->settings.checkpointLogOn);
       elapsed = static_cast<int32_t>((span + 86400) % 86400);
-      TellDamagedCheckpoint(name);
+      TellDamagedCheckpoint(store_->notices, name);
     }
     done = RecordInterruptedSession({.name = name,
-                                     .logOn = settings.checkpointLogOn,
-                                     .logOff = settings.checkpointTime,
+                                     .logOn = store_->settings.checkpointLogOn,
+                                     .logOff = store_->settings.checkpointTime,
                                      .duration = elapsed,
-                                     .dayOfWeek = settings.checkpointDayOfWeek,
-                                     .month = settings.checkpointMonth,
-                                     .day = settings.checkpointDay,
-                                     .year = settings.checkpointYear}) == RecordOutcome::kSaved;
+                                     .dayOfWeek = store_->settings.checkpointDayOfWeek,
+                                     .month = store_->settings.checkpointMonth,
+                                     .day = store_->settings.checkpointDay,
+                                     .year = store_->settings.checkpointYear}) == RecordOutcome::kSaved;
   }
   if (done) {
-    settings.sessionOpenMarker = kNoSessionOpen;
+    store_->settings.sessionOpenMarker = kNoSessionOpen;
     // Told by the save when it fails; the marker left on disk then brings the
     // recovery again, and IsCheckpointRecorded keeps it from counting twice.
-    (void)SaveSettings();
+    (void)store_->SaveSettings();
   }
 }
 
 RecordOutcome Monitor::RecordInterruptedSession(const InterruptedSession& s) {
-  const uint32_t slot = FindFreeSlot();
+  const uint32_t slot = store_->FindFreeSlot();
   if (slot == kNoSlot) return RecordOutcome::kNoRoom;
-  SetRecordStatus(slot, InUse);
+  store_->SetRecordStatus(slot, InUse);
   StoreDurationAndLogOn(slot, s.duration, s.logOn.hour, s.logOn.minute, s.logOn.second);
   // Recorded at start-up, the session carries the date on which it began and ends
   // at its latest checkpoint.
-  SetRecordDate(slot, s.dayOfWeek, s.month, s.day, s.year);
-  SetPreviousSessionDate(s.dayOfWeek, s.month, s.day, s.year);
-  SetRecordLogOff(slot, s.logOff.hour, s.logOff.minute, s.logOff.second);
-  SetPreviousSessionLogOff(s.logOff.hour, s.logOff.minute, s.logOff.second);
+  store_->SetRecordDate(slot, s.dayOfWeek, s.month, s.day, s.year);
+  SetPreviousSessionDate(store_->settings, s.dayOfWeek, s.month, s.day, s.year);
+  store_->SetRecordLogOff(slot, s.logOff.hour, s.logOff.minute, s.logOff.second);
+  SetPreviousSessionLogOff(store_->settings, s.logOff.hour, s.logOff.minute, s.logOff.second);
   return StoreNameAndSave(slot, s.name);
 }
 
@@ -266,6 +267,6 @@ const char* Monitor::ElapsedText() {
 
 const char* Monitor::ClockText() {
   const LocalTime now = ReadLocalTime();
-  FormatClock(texts_.ClockTextBuffer, now.hour, now.minute, now.second);
+  FormatClock(texts_.ClockTextBuffer, now.hour, now.minute, now.second, store_->settings.use24HourClock != 0);
   return texts_.ClockTextBuffer;
 }

@@ -3,7 +3,6 @@
 #include <cstdio>
 
 #include "storage/fixed_text.h"
-#include "storage/settings.h"
 
 namespace {
 
@@ -19,10 +18,10 @@ const char* ClockFormat(uint32_t minute, uint32_t second) {
 
 }  // namespace
 
-void FormatClock(char* out, std::size_t outSize, uint32_t hour, uint32_t minute, uint32_t second) {
+void FormatClock(char* out, std::size_t outSize, uint32_t hour, uint32_t minute, uint32_t second, bool twentyFourHour) {
   uint32_t shownHour = hour;
   const char* suffix = "   ";
-  if (settings.use24HourClock == 0) {
+  if (!twentyFourHour) {
     suffix = hour < 12 ? "  AM" : "  PM";
     if (hour == 0) shownHour = 12;
     else if (hour > 12) shownHour = hour - 12;

@@ -19,7 +19,8 @@ struct SessionTexts {
   char LastDurationText[kLastDurationTextSize] = "";
 };
 
-void FormatClock(char* out, std::size_t outSize, uint32_t hour, uint32_t minute, uint32_t second);
+// The 12-hour form ends in "  AM" or "  PM", the 24-hour form in three blanks.
+void FormatClock(char* out, std::size_t outSize, uint32_t hour, uint32_t minute, uint32_t second, bool twentyFourHour);
 void FormatDate(char* out, std::size_t outSize, uint32_t dayOfWeek, uint32_t month, uint32_t day,
                 uint32_t year);
 // "1 Hr : 2 Min : 5 sec", cut to the running session's text.
@@ -28,8 +29,8 @@ void FormatDuration(char* out, std::size_t outSize, int32_t hours, int32_t minut
 void SplitSeconds(int32_t seconds, int32_t* hours, int32_t* minutes, int32_t* secs);
 
 template <std::size_t N>
-void FormatClock(char (&out)[N], uint32_t hour, uint32_t minute, uint32_t second) {
-  FormatClock(out, N, hour, minute, second);
+void FormatClock(char (&out)[N], uint32_t hour, uint32_t minute, uint32_t second, bool twentyFourHour) {
+  FormatClock(out, N, hour, minute, second, twentyFourHour);
 }
 template <std::size_t N>
 void FormatDate(char (&out)[N], uint32_t dayOfWeek, uint32_t month, uint32_t day, uint32_t year) {

@@ -3,11 +3,8 @@
 #include <cstdio>
 
 #include "monitor/monitor_shell.h"
-#include "storage/accounts.h"
 #include "storage/fixed_text.h"
-#include "storage/session_log.h"
-#include "storage/settings.h"
-#include "storage/startup.h"
+#include "storage/storage.h"
 
 UnconfiguredState unconfiguredState;
 
@@ -24,11 +21,11 @@ void BuildConfigureNotice(char (&text)[kConfigureNoticeSize], const char* name) 
   std::snprintf(text, sizeof text, kConfigureNoticeFormat, name != nullptr ? name : "");
 }
 
-void AddLogConnectionsToAccounts() {
-  const uint32_t count = sessionLog.count;
-  for (uint32_t i = 0; i < count && i < sessionLog.records.size(); ++i) {
-    const char* name = RecordName(i);  // nullptr unless InUse
-    if (name != nullptr) AddAccountName(name);
+void AddLogConnectionsToAccounts(Storage& store) {
+  const uint32_t count = store.sessionLog.count;
+  for (uint32_t i = 0; i < count && i < store.sessionLog.records.size(); ++i) {
+    const char* name = store.RecordName(i);  // nullptr unless InUse
+    if (name != nullptr) store.AddAccountName(name);
   }
 }
 
@@ -44,15 +41,15 @@ bool AskToConfigure(MonitorShell& shell, const char* name) {
   return true;
 }
 
-bool CheckUnconfiguredConnections(MonitorShell& shell) {
-  AddLogConnectionsToAccounts();
+bool CheckUnconfiguredConnections(Storage& store, MonitorShell& shell) {
+  AddLogConnectionsToAccounts(store);
   // While the configuration cannot be read its accounts are unknown: asking about
   // every connection would only confuse.
-  if (!CheckRunning && !FileHeld(kConfigurationFile)) {
+  if (!CheckRunning && !store.holds.Held(kConfigurationFile)) {
     CheckRunning = true;
     for (std::size_t k = 0; k < kAccountCount; ++k) {
       // Read afresh each time: the dialogs before may have changed the table.
-      const AccountRecord& account = settings.accounts[k];
+      const AccountRecord& account = store.settings.accounts[k];
       const std::size_t length = FixedTextLength(account.connectionName, kAccountNameSize);
       // An unterminated name (a damaged file) could never be found again to be saved.
       if (length == 0 || length == kAccountNameSize || account.configured == 1) continue;
@@ -62,7 +59,7 @@ bool CheckUnconfiguredConnections(MonitorShell& shell) {
     }
     CheckRunning = false;
   }
-  return SaveSettings();
+  return store.SaveSettings();
 }
 
 void ResetUnconfiguredState() {

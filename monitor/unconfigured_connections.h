@@ -9,6 +9,7 @@
 #include "storage/account_record.h"
 
 class MonitorShell;
+class Storage;
 
 constexpr std::size_t kConnectionToConfigureSize = kAccountNameSize;  // 31 characters and the NUL
 constexpr std::size_t kConfigureNoticeSize = 200;
@@ -35,14 +36,14 @@ void BuildConfigureNotice(char (&text)[kConfigureNoticeSize], const char* name);
 
 // Gives every connection name of the log's InUse records an account entry (while
 // free entries last).
-void AddLogConnectionsToAccounts();
+void AddLogConnectionsToAccounts(Storage& store);
 
 // Notice, then the account dialog for name; true when the dialog saved the account.
 bool AskToConfigure(MonitorShell& shell, const char* name);
 
 // Adds the log's names, asks about each named entry not yet set up (in index
 // order), and returns the result of saving the settings.
-bool CheckUnconfiguredConnections(MonitorShell& shell);
+bool CheckUnconfiguredConnections(Storage& store, MonitorShell& shell);
 
 // Back to the state of a freshly started process (tests, tools).
 void ResetUnconfiguredState();

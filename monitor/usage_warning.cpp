@@ -5,11 +5,8 @@
 
 #include "monitor/alarm.h"
 #include "monitor/monitor.h"
-#include "storage/accounts.h"
 #include "storage/fixed_text.h"
-#include "storage/notice_queue.h"
-#include "storage/settings.h"
-#include "storage/usage_cache.h"
+#include "storage/storage.h"
 
 namespace {
 
@@ -17,7 +14,7 @@ constexpr uint32_t kCardMark = 1;  // a card has no periods: shown for this card
 
 double Hours(int64_t seconds) { return static_cast<double>(seconds) / 3600.0; }
 
-std::string Currency() {
+std::string Currency(const Settings& settings) {
   return std::string(settings.currencyName, FixedTextLength(settings.currencyName, kCurrencyNameSize));
 }
 
@@ -29,12 +26,12 @@ std::string Format(const char* format, Args... args) {
 }
 
 // The period's cost for the given seconds, by the account arithmetic.
-float CostFor(const char* name, int64_t seconds) {
+float CostFor(Storage& store, const char* name, int64_t seconds) {
   LogUsageSums sums;
   sums.found = true;
   sums.monthSeconds = seconds > INT32_MAX ? INT32_MAX : static_cast<int32_t>(seconds);
   UsageSummary summary;
-  return UsageFromLogSums(name, sums, summary);
+  return store.UsageFromLogSums(name, sums, summary);
 }
 
 bool Crossed(int64_t used, int64_t allowed, uint32_t percent) { return used * 100 >= allowed * percent; }
@@ -43,15 +40,15 @@ bool Crossed(int64_t used, int64_t allowed, uint32_t percent) { return used * 10
 // clock set back brings nothing again) and kCardMark for a card.
 bool Shown(uint32_t mark, uint32_t current) { return mark != 0 && mark >= current; }
 
-std::string LimitedText(const char* name, UsageWarningKind kind, const AccountRecord& account, int64_t used,
-                        const BillingPeriod& period, const CalendarDate& today) {
-  const std::string currency = Currency();
+std::string LimitedText(Storage& store, const char* name, UsageWarningKind kind, const AccountRecord& account,
+                        int64_t used, const BillingPeriod& period, const CalendarDate& today) {
+  const std::string currency = Currency(store.settings);
   const int64_t projected = ProjectedSeconds(used, period, today);
   std::string head;
   if (kind == UsageWarningKind::Cost) {
     head = Format("\n%s: this period's cost has reached %.2f %s\n%.2f %s so far", name,
-                  static_cast<double>(account.warnCost), currency.c_str(), static_cast<double>(CostFor(name, used)),
-                  currency.c_str());
+                  static_cast<double>(account.warnCost), currency.c_str(),
+                  static_cast<double>(CostFor(store, name, used)), currency.c_str());
   } else {
     const uint32_t percent = kind == UsageWarningKind::Full ? 100 : account.warnPercent;
     head = Format("\n%s: %u %% of the included hours used\n%.2f of %u Hrs.", name, static_cast<unsigned>(percent),
@@ -59,7 +56,8 @@ std::string LimitedText(const char* name, UsageWarningKind kind, const AccountRe
   }
   return head + " this period (" + PeriodText(period) + ")\n" +
          Format("At this rate: %.2f Hrs. and %.2f %s by %s", Hours(projected),
-                static_cast<double>(CostFor(name, projected)), currency.c_str(), DayMonthText(period.last).c_str());
+                static_cast<double>(CostFor(store, name, projected)), currency.c_str(),
+                DayMonthText(period.last).c_str());
 }
 
 std::string CardText(const char* name, UsageWarningKind kind, const AccountRecord& account, int64_t used,
@@ -96,12 +94,13 @@ bool CardRunOutDate(int64_t remainingSeconds, int64_t usedThisPeriod, const Bill
   return true;
 }
 
-UsageWarningKind TakeDueWarning(const char* name, const LocalTime& now, int32_t runningSeconds, std::string& text) {
-  const int k = FindAccount(name);
+UsageWarningKind TakeDueWarning(Storage& store, const char* name, const LocalTime& now, int32_t runningSeconds,
+                                std::string& text) {
+  const int k = store.FindAccount(name);
   if (k == kNoAccount) return UsageWarningKind::None;
-  AccountRecord& account = settings.accounts[k];
+  AccountRecord& account = store.settings.accounts[k];
   UsageSummary usage;
-  CachedComputeUsage(name, usage);
+  store.CachedComputeUsage(name, usage);
   const CalendarDate today{now.year, now.month, now.day};
   const int64_t running = runningSeconds > 0 ? runningSeconds : 0;
   const int64_t thisPeriod = int64_t{usage.secondsThisMonth} + running;
@@ -128,8 +127,8 @@ UsageWarningKind TakeDueWarning(const char* name, const LocalTime& now, int32_t 
     else if (Crossed(thisPeriod, allowed, account.warnPercent) && !Shown(account.warnedPercent, period.id))
       kind = UsageWarningKind::Share;
   }
-  if (kind == UsageWarningKind::None && account.warnCost > 0.0f && CostFor(name, thisPeriod) >= account.warnCost &&
-      !Shown(account.warnedCost, period.id)) {
+  if (kind == UsageWarningKind::None && account.warnCost > 0.0f &&
+      CostFor(store, name, thisPeriod) >= account.warnCost && !Shown(account.warnedCost, period.id)) {
     kind = UsageWarningKind::Cost;
   }
   switch (kind) {
@@ -138,20 +137,20 @@ UsageWarningKind TakeDueWarning(const char* name, const LocalTime& now, int32_t 
     case UsageWarningKind::Cost: account.warnedCost = period.id; break;
     case UsageWarningKind::None: return kind;
   }
-  text = LimitedText(name, kind, account, thisPeriod, period, today);
+  text = LimitedText(store, name, kind, account, thisPeriod, period, today);
   return kind;
 }
 
 void Monitor::OnUsageWarningTimer() {
   if (session_.SessionOpen == 0) return;
   std::string text;
-  if (TakeDueWarning(session_.SessionConnectionName, ReadLocalTime(), ElapsedSeconds(), text) ==
+  if (TakeDueWarning(*store_, session_.SessionConnectionName, ReadLocalTime(), ElapsedSeconds(), text) ==
       UsageWarningKind::None) {
     return;
   }
   // The mark first: a kill while the notice is up brings it no second time. A
   // failed save was told by the save; the mark in memory still keeps this run
   // from warning twice.
-  (void)SaveSettings();
-  QueueNotice(NoticeKind::kUsageWarning, text);
+  (void)store_->SaveSettings();
+  store_->notices.Queue(NoticeKind::kUsageWarning, text);
 }

@@ -14,6 +14,8 @@
 #include "platform/system_clock.h"
 #include "storage/billing_period.h"
 
+class Storage;
+
 constexpr uint32_t kUsageWarningCheckMs = 10000;  // well within the minute a warning may take
 constexpr char kUsageWarningCaption[] = "Orvalen Usage Warning";
 
@@ -30,7 +32,8 @@ bool CardRunOutDate(int64_t remainingSeconds, int64_t usedThisPeriod, const Bill
 // The warning due for the connection now, with runningSeconds of an open session
 // not yet in the log: marks it as shown in the account entry and writes its text.
 // At most one a call; a full card or plan marks its share's warning too.
-UsageWarningKind TakeDueWarning(const char* name, const LocalTime& now, int32_t runningSeconds, std::string& text);
+UsageWarningKind TakeDueWarning(Storage& store, const char* name, const LocalTime& now, int32_t runningSeconds,
+                                std::string& text);
 
 // The check timer's work (Monitor::OnUsageWarningTimer) while a session is open:
 // a due warning is marked, the settings saved and the warning queued; once the

@@ -7,7 +7,6 @@
 
 #include "storage/accounts.h"
 #include "storage/billing_period.h"
-#include "storage/settings.h"
 
 namespace {
 
@@ -147,12 +146,4 @@ void ApplyAccountInput(AccountRecord& entry, const AccountPageInput& input) {
     default:
       break;
   }
-}
-
-bool SaveAccountInput(const char* connectionName, const AccountPageInput& input) {
-  if (connectionName == nullptr || connectionName[0] == '\0') return false;
-  const int k = AccountIndexByName(connectionName);
-  if (k == kNoAccount) return false;
-  ApplyAccountInput(settings.accounts[k], input);
-  return true;
 }

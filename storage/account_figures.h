@@ -69,7 +69,3 @@ float ReadAmount(const char* text);
 // only the mark is set. A changed threshold re-arms its warnings; a recharge sets
 // the card's start moment and re-arms the card's warnings.
 void ApplyAccountInput(AccountRecord& entry, const AccountPageInput& input);
-
-// OK / Apply for the chosen connection: false, changing nothing, when no
-// connection is chosen (empty name) or it has no account entry.
-bool SaveAccountInput(const char* connectionName, const AccountPageInput& input);

@@ -3,40 +3,29 @@
 #include <cstdio>
 
 #include "platform/binary_file.h"
-#include "storage/notice_queue.h"
 
-namespace {
-
-bool held[2] = {false, false};
-bool failing[2] = {false, false};  // told already; quiet until a save succeeds
-
-void TellOnce(StoredFile file, const char* format, const char* path) {
-  if (failing[file]) return;
-  failing[file] = true;
+void FileHolds::TellOnce(StoredFile file, const char* format, const char* path, NoticeQueue& notices) {
+  if (failing_[file]) return;
+  failing_[file] = true;
   char text[768];
   std::snprintf(text, sizeof text, format, path, LastFileError().c_str());
-  QueueNotice(NoticeKind::kFileProblem, text);
+  notices.Queue(NoticeKind::kFileProblem, text);
 }
 
-}  // namespace
-
-void HoldFile(StoredFile file, bool hold) { held[file] = hold; }
-bool FileHeld(StoredFile file) { return held[file]; }
-
-void ReportUnreadable(StoredFile file, const char* path) {
-  HoldFile(file, true);
-  TellOnce(file, kFileUnreadableFormat, path);
+void FileHolds::ReportUnreadable(StoredFile file, const char* path, NoticeQueue& notices) {
+  Hold(file, true);
+  TellOnce(file, kFileUnreadableFormat, path, notices);
 }
 
-bool NoteSaveResult(StoredFile file, const char* path, bool saved) {
+bool FileHolds::NoteSaveResult(StoredFile file, const char* path, bool saved, NoticeQueue& notices) {
   if (saved) {
-    failing[file] = false;
+    failing_[file] = false;
   } else {
-    TellOnce(file, kFileNotSavedFormat, path);
+    TellOnce(file, kFileNotSavedFormat, path, notices);
   }
   return saved;
 }
 
-void ResetFileHolds() {
-  for (int file = 0; file < 2; ++file) held[file] = failing[file] = false;
+void FileHolds::Reset() {
+  for (int file = 0; file < 2; ++file) held_[file] = failing_[file] = false;
 }

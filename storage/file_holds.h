@@ -1,6 +1,7 @@
 // The program's two files, held while unreadable, and what is told when one
 // cannot be read or saved.
 #pragma once
+#include "storage/notice_queue.h"
 
 // The file's path, then the system's reason.
 constexpr char kFileUnreadableFormat[] =
@@ -16,15 +17,25 @@ constexpr char kFileNotSavedFormat[] =
 // once it can be read, the records on disk and the sessions recorded since are
 // both kept and the hold ends.
 enum StoredFile { kConfigurationFile, kLogFile };
-void HoldFile(StoredFile file, bool held);
-bool FileHeld(StoredFile file);
 
-// Tells the user, once, that the file could not be read (the system's reason is
-// LastFileError()), and holds it.
-void ReportUnreadable(StoredFile file, const char* path);
-// Every save's result comes here: a failure is told once until a save of that
-// file succeeds again.
-bool NoteSaveResult(StoredFile file, const char* path, bool saved);
+class FileHolds {
+ public:
+  void Hold(StoredFile file, bool held) { held_[file] = held; }
+  bool Held(StoredFile file) const { return held_[file]; }
 
-// Forgets every hold and every failure told (a fresh start).
-void ResetFileHolds();
+  // Tells the user, once, that the file could not be read (the system's reason is
+  // LastFileError()), and holds it.
+  void ReportUnreadable(StoredFile file, const char* path, NoticeQueue& notices);
+  // Every save's result comes here: a failure is told once until a save of that
+  // file succeeds again.
+  bool NoteSaveResult(StoredFile file, const char* path, bool saved, NoticeQueue& notices);
+
+  // Forgets every hold and every failure told (a fresh start).
+  void Reset();
+
+ private:
+  void TellOnce(StoredFile file, const char* format, const char* path, NoticeQueue& notices);
+
+  bool held_[2] = {false, false};
+  bool failing_[2] = {false, false};  // told already; quiet until a save succeeds
+};

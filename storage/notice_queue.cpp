@@ -1,25 +1,15 @@
 #include "storage/notice_queue.h"
 
-#include <deque>
-
-namespace {
-
-std::deque<Notice> waiting;
-
-}  // namespace
-
-void QueueNotice(NoticeKind kind, const std::string& text) {
-  for (const Notice& notice : waiting) {
+void NoticeQueue::Queue(NoticeKind kind, const std::string& text) {
+  for (const Notice& notice : waiting_) {
     if (notice.kind == kind && notice.text == text) return;
   }
-  waiting.push_back(Notice{kind, text});
+  waiting_.push_back(Notice{kind, text});
 }
 
-bool TakeNotice(Notice* notice) {
-  if (waiting.empty()) return false;
-  *notice = waiting.front();
-  waiting.pop_front();
+bool NoticeQueue::Take(Notice* notice) {
+  if (waiting_.empty()) return false;
+  *notice = waiting_.front();
+  waiting_.pop_front();
   return true;
 }
-
-void ClearNotices() { waiting.clear(); }

@@ -3,6 +3,7 @@
 // would find the state half changed. The notices wait here, oldest first, and
 // the shell shows them once the step has returned (Monitor::ShowPendingNotices).
 #pragma once
+#include <deque>
 #include <string>
 
 enum class NoticeKind {
@@ -18,8 +19,15 @@ struct Notice {
   std::string text;
 };
 
-// A notice already waiting is not queued twice.
-void QueueNotice(NoticeKind kind, const std::string& text = std::string());
-// The oldest waiting notice, taken off the queue; false when none waits.
-bool TakeNotice(Notice* notice);
-void ClearNotices();
+class NoticeQueue {
+ public:
+  // A notice already waiting is not queued twice.
+  void Queue(NoticeKind kind, const std::string& text = std::string());
+  // The oldest waiting notice, taken off the queue; false when none waits.
+  bool Take(Notice* notice);
+  void Clear() { waiting_.clear(); }
+  bool Empty() const { return waiting_.empty(); }
+
+ private:
+  std::deque<Notice> waiting_;
+};

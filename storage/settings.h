@@ -113,29 +113,14 @@ static_assert(offsetof(Settings, checkpointYear) == 6284, "layout");
 static_assert(offsetof(Settings, checkpointElapsed) == 6288, "layout");
 static_assert(offsetof(Settings, checkpointName) == 6292, "layout");
 
-// The one program-wide block, zero-filled at start.
-extern Settings settings;
-
 // Where the configuration file lives: the Windows directory + "\Orvaconfig.bic".
 const char* SettingsPath();
 
-void ApplyDefaultSettings();
-bool LoadSettings(const char* path);
-// A failure is told once by the save itself (NoteSaveResult); the caller decides the rest.
-[[nodiscard]] bool SaveSettingsTo(const char* path);
-[[nodiscard]] bool SaveSettings();
-
-// First run: checks that the file can be created, applies the defaults, installs
-// the program and writes the block; the file appears only once written whole.
-bool CreateSettings(const char* path);
-
-// True when formatMarker is this release's, ignoring letter case.
-bool HasCurrentFormatMarker();
+class Storage;
 
 // The installation that a first run performs. The running program fills these in;
 // without them (unit tests, tools) CreateSettings only writes the file.
 struct InstallHooks {
-  void (*markFirstRun)() = nullptr;      // the main dialog then opens once at start
-  void (*installProgram)() = nullptr;    // folder, files, shortcuts, autostart
+  void (*markFirstRun)() = nullptr;            // the main dialog then opens once at start
+  void (*installProgram)(Storage&) = nullptr;  // folder, files, shortcuts, autostart
 };
-extern InstallHooks installHooks;

@@ -4,11 +4,7 @@
 #include "platform/binary_file.h"
 #include "storage/fixed_text.h"
 #include "platform/program_paths.h"
-#include "storage/settings.h"
-#include "storage/file_holds.h"
-
-Settings settings;
-InstallHooks installHooks;
+#include "storage/storage.h"
 
 const char* SettingsPath() {
   // Rebuilt on each call so a changed Windows directory (tests) is followed.
@@ -17,7 +13,7 @@ const char* SettingsPath() {
   return path.c_str();
 }
 
-void ApplyDefaultSettings() {
+void Storage::ApplyDefaultSettings() {
   CopyFixedText(settings.formatMarker, kFormatMarker);
   settings.reservedOne = 1.0f;
   settings.reservedUnit = 1;
@@ -36,33 +32,33 @@ void ApplyDefaultSettings() {
   settings.sessionOpenMarker = kNoSessionOpen;
 }
 
-bool LoadSettings(const char* path) {
+bool Storage::LoadSettings(const char* path) {
   // A short file fills only the start of the block; the rest keeps its values.
   std::size_t bytesRead = 0;
   return ReadFileStart(path, &settings, sizeof settings, &bytesRead);
 }
 
-bool SaveSettingsTo(const char* path) {
+bool Storage::SaveSettingsTo(const char* path) {
   // A configuration file that could not be read is never replaced by the defaults.
-  if (FileHeld(kConfigurationFile)) return false;
+  if (holds.Held(kConfigurationFile)) return false;
   // Written at every save, changed or not: closing the settings sheet, even with
   // Cancel, rewrites the file, which users (and their backups) know it by.
   const WriteBlock block = {&settings, sizeof settings};
-  return NoteSaveResult(kConfigurationFile, path, SaveWholeFile(path, &block, 1, true));
+  return holds.NoteSaveResult(kConfigurationFile, path, SaveWholeFile(path, &block, 1, true), notices);
 }
 
-bool SaveSettings() { return SaveSettingsTo(SettingsPath()); }
+bool Storage::SaveSettings() { return SaveSettingsTo(SettingsPath()); }
 
-bool CreateSettings(const char* path) {
+bool Storage::CreateSettings(const char* path) {
   // The file itself appears only once written whole, so a first run stopped before
   // that is a first run again at the next start.
   if (!CanCreate(path)) return false;
   ApplyDefaultSettings();
   if (installHooks.markFirstRun) installHooks.markFirstRun();
-  if (installHooks.installProgram) installHooks.installProgram();
+  if (installHooks.installProgram) installHooks.installProgram(*this);
   return SaveSettingsTo(path);
 }
 
-bool HasCurrentFormatMarker() {
+bool Storage::HasCurrentFormatMarker() const {
   return FixedTextEqualsIgnoringCase(settings.formatMarker, sizeof settings.formatMarker, kFormatMarker);
 }

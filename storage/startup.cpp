@@ -4,61 +4,58 @@
 #include <cstring>
 
 #include "platform/binary_file.h"
-#include "storage/accounts.h"
-#include "storage/fixed_text.h"
-#include "storage/notice_queue.h"
 #include "platform/program_paths.h"
-#include "storage/session_log.h"
-#include "storage/settings.h"
-#include "storage/usage_cache.h"
+#include "storage/fixed_text.h"
+#include "storage/storage.h"
 
 namespace {
 
-void ShowLogMissing(void* owner) {
-  if (startupHooks.showAlert) startupHooks.showAlert(owner, kLogMissingText, kLogMissingCaption);
+void ShowLogMissing(const StartupHooks& hooks, void* owner) {
+  if (hooks.showAlert) hooks.showAlert(owner, kLogMissingText, kLogMissingCaption);
 }
 
-void CallInstallFiles() {
-  if (startupHooks.installFiles) startupHooks.installFiles();
+void CallInstallFiles(const StartupHooks& hooks) {
+  if (hooks.installFiles) hooks.installFiles();
 }
 
-void CallCreateShortcuts() {
-  if (startupHooks.createShortcuts) startupHooks.createShortcuts();
+void CallCreateShortcuts(const StartupHooks& hooks) {
+  if (hooks.createShortcuts) hooks.createShortcuts();
 }
 
-void CallSetAutoStart(bool on) {
-  if (startupHooks.setAutoStart) startupHooks.setAutoStart(on);
+void CallSetAutoStart(const StartupHooks& hooks, bool on) {
+  if (hooks.setAutoStart) hooks.setAutoStart(on);
 }
 
-std::string CurrentDirectory() {
-  return startupHooks.currentDirectory ? startupHooks.currentDirectory() : std::string();
+std::string CurrentDirectory(const StartupHooks& hooks) {
+  return hooks.currentDirectory ? hooks.currentDirectory() : std::string();
 }
 
 // The first run's installation, run by CreateSettings once the defaults are in.
-void InstallProgram() {
-  if (startupHooks.createProgramFolder) startupHooks.createProgramFolder();
-  CallInstallFiles();
-  CallCreateShortcuts();
-  CallSetAutoStart(true);
+void InstallProgram(Storage& storage) {
+  const StartupHooks& hooks = storage.startupHooks;
+  if (hooks.createProgramFolder) hooks.createProgramFolder();
+  CallInstallFiles(hooks);
+  CallCreateShortcuts(hooks);
+  CallSetAutoStart(hooks, true);
 }
 
-void LoadCurrentLog(const std::string& path) {
-  if (!LoadLog(path.c_str())) KeepSessionsUntilLogRead(path.c_str(), false);
+void LoadCurrentLog(Storage& storage, const std::string& path) {
+  if (!storage.LoadLog(path.c_str())) storage.KeepSessionsUntilLogRead(path.c_str(), false);
 }
 
-void LoadFirstRunLog() {
+void LoadFirstRunLog(Storage& storage) {
   const std::string current = LogFilePath();
   const std::string legacy = LegacyLogPath();
   if (StoredFileExists(current.c_str())) {
-    LoadCurrentLog(current);
+    LoadCurrentLog(storage, current);
   } else if (StoredFileExists(legacy.c_str())) {
-    if (LoadLegacyLog(legacy.c_str())) {
-      ConvertLegacyLog();
+    if (storage.LoadLegacyLog(legacy.c_str())) {
+      storage.ConvertLegacyLog();
     } else {
-      KeepSessionsUntilLogRead(legacy.c_str(), true);
+      storage.KeepSessionsUntilLogRead(legacy.c_str(), true);
     }
   } else {
-    CreateEmptyLog(current.c_str());
+    storage.CreateEmptyLog(current.c_str());
   }
 }
 
@@ -72,14 +69,14 @@ bool IsEmptyFile(const char* path) {
 
 // A current configuration that never recorded a session, beside no log: the first
 // run was stopped between writing the configuration and creating the log.
-bool FirstRunUnfinished() {
+bool FirstRunUnfinished(const Settings& settings) {
   return settings.previousSessionValid == 0 && settings.sessionOpenMarker != kSessionOpen;
 }
 
 }  // namespace
 
-bool InitialiseStorage(void* owner) {
-  ResetFileHolds();
+bool Storage::InitialiseStorage(void* owner) {
+  holds.Reset();
   const std::string path = SettingsPath();
   const std::string log = LogFilePath();
   // A save cut short by a kill or a power cut is settled before anything is read.
@@ -92,20 +89,20 @@ bool InitialiseStorage(void* owner) {
     CreateSettings(path.c_str());
     // Once more whatever CreateSettings managed, so the shortcuts and the
     // autostart value exist even when the configuration could not be created.
-    CallCreateShortcuts();
-    CallSetAutoStart(true);
-    LoadFirstRunLog();
+    CallCreateShortcuts(startupHooks);
+    CallSetAutoStart(startupHooks, true);
+    LoadFirstRunLog(*this);
     return true;
   }
 
   if (!LoadSettings(path.c_str())) {
     // Locked, or a folder of that name: the run goes on with the defaults, and
     // the file stays as it is. Sessions still reach the log.
-    ReportUnreadable(kConfigurationFile, path.c_str());
+    holds.ReportUnreadable(kConfigurationFile, path.c_str(), notices);
     std::memset(&settings, 0, sizeof settings);
     ApplyDefaultSettings();
     if (StoredFileExists(log.c_str())) {
-      LoadCurrentLog(log);
+      LoadCurrentLog(*this, log);
     } else {
       // Whether a log is missing or an older one waits for conversion, only the
       // configuration can tell: nothing is written until it has been read.
@@ -120,17 +117,17 @@ bool InitialiseStorage(void* owner) {
   if (HasCurrentFormatMarker() || StoredFileExists(log.c_str())) {
     if (!HasCurrentFormatMarker()) CopyFixedText(settings.formatMarker, kFormatMarker);
     if (!StoredFileExists(log.c_str())) {
-      if (!FirstRunUnfinished()) ShowLogMissing(owner);
+      if (!FirstRunUnfinished(settings)) ShowLogMissing(startupHooks, owner);
       CreateEmptyLog(log.c_str());
     } else {
-      LoadCurrentLog(log);
+      LoadCurrentLog(*this, log);
     }
   } else {
     // Written by an older release: its log, if any, is converted; every other
     // field is taken as it is.
     const std::string legacy = LegacyLogPath();
     if (!StoredFileExists(legacy.c_str())) {
-      ShowLogMissing(owner);
+      ShowLogMissing(startupHooks, owner);
       CreateEmptyLog(log.c_str());
       CopyFixedText(settings.formatMarker, kFormatMarker);
       reinstallCheck = false;
@@ -145,10 +142,10 @@ bool InitialiseStorage(void* owner) {
 
   // Started from anywhere but the program folder (the set-up medium, say): refresh
   // the installed copy, whatever runAtStartup says.
-  if (reinstallCheck && !EqualsIgnoringCase(CurrentDirectory().c_str(), ProgramFolder().c_str())) {
-    CallInstallFiles();
-    CallCreateShortcuts();
-    CallSetAutoStart(true);
+  if (reinstallCheck && !EqualsIgnoringCase(CurrentDirectory(startupHooks).c_str(), ProgramFolder().c_str())) {
+    CallInstallFiles(startupHooks);
+    CallCreateShortcuts(startupHooks);
+    CallSetAutoStart(startupHooks, true);
   }
 
   // The start goes on without it: a failure was told by the save, and the next
@@ -161,16 +158,3 @@ bool InitialiseStorage(void* owner) {
 // Off Windows nothing is installed; tests put in hooks of their own.
 StartupHooks PlatformStartupHooks() { return StartupHooks{}; }
 #endif
-
-void ResetStorageState() {
-  std::memset(&settings, 0, sizeof settings);
-  sessionLog = SessionLog{};
-  logState = LogState{};
-  NoteLogChanged();
-  ClearUsageCache();
-  ResetFileHolds();
-  ClearNotices();
-  cardSecondsRemaining = 0.0f;
-  installHooks = InstallHooks{};
-  startupHooks = StartupHooks{};
-}

@@ -22,6 +22,3 @@ constexpr char kFileProblemCaption[] = "Orvalen Notification";
 // The system's actions on Windows (all but the Welcome dialog, which the window
 // layer supplies); nothing elsewhere.
 StartupHooks PlatformStartupHooks();
-
-// Empty until the program puts in PlatformStartupHooks() and its window's hooks.
-extern StartupHooks startupHooks;

@@ -1,4 +1,5 @@
-// The usage figures of accounts.h, remembered per connection between queries.
+// The usage figures of the accounts (Storage::ComputeUsage), remembered per
+// connection between queries (Storage::CachedComputeUsage).
 //
 // The status text is rebuilt about twelve times a second and each rebuild asks for
 // two or three figures; walking the whole log for every one of them costs in
@@ -15,32 +16,55 @@
 // The account's part (kind, card balance, cost) is not kept at all: it takes the
 // account table as it is at the moment of the query, a fixed 50-entry lookup, so a
 // change of the accounts needs no invalidation that a settings page could forget.
-// The results are the same, bit for bit, as those of the functions in accounts.h.
+// The results are the same, bit for bit, as those of Storage::ComputeUsage.
 #pragma once
+#include <cstddef>
 #include <cstdint>
 
 #include "storage/accounts.h"
+#include "storage/session_record.h"
 
-float CachedComputeUsage(const char* name, UsageSummary& summary);
-uint32_t CachedAccountKindOf(const char* name);
-int32_t CachedAllottedAmount(const char* name);
-int32_t CachedSecondsThisMonth(const char* name);
-int32_t CachedTotalSeconds(const char* name);
-float CachedCardSecondsRemaining(const char* name);  // meaningful for a pre-paid card only
-
-// Forgets everything (tests; the cache never needs it to stay correct).
-void ClearUsageCache();
-// How many times the cache walked the log since it was last cleared.
-uint64_t UsageCacheLogWalks();
-
-// One set of the five accessors, so a display can be built from either family:
-// the program uses the cached one, the benchmarks compare it with the fresh one.
-struct UsageQueries {
-  uint32_t (*accountKindOf)(const char* name);
-  int32_t (*allottedAmount)(const char* name);
-  int32_t (*secondsThisMonth)(const char* name);
-  int32_t (*totalSeconds)(const char* name);
-  float (*cardSecondsRemaining)(const char* name);
+// What the entries were computed from: when any of it changes, every entry goes.
+struct UsageBasis {
+  uint64_t logGeneration = 0;
+  std::size_t logLength = 0;
+  uint32_t logCount = 0;
+  uint32_t year = 0;
+  uint32_t month = 0;
 };
-extern const UsageQueries kCachedUsage;  // the functions above
-extern const UsageQueries kFreshUsage;   // accounts.h: a walk of the log per call
+
+class UsageCache {
+ public:
+  // Log records match a name on at most its first 104 characters (their field's
+  // width), so names that agree that far have the same sums: the key is that cut.
+  static constexpr std::size_t kKeySize = kRecordNameSize;
+  using Key = char[kKeySize];
+  static void MakeKey(const char* name, Key& key);
+
+  // The entry for the key in the window: *found tells whether its sums are ready;
+  // otherwise it is a claimed entry (a free one, else the one unused longest)
+  // whose sums the caller fills from a walk of the log.
+  LogUsageSums& Entry(const UsageBasis& basis, const Key& key, const UsageWindow& window, bool* found);
+  // Forgets everything (tests; the cache never needs it to stay correct).
+  void Clear() { *this = UsageCache{}; }
+  // How many times the cache walked the log since it was last cleared.
+  uint64_t LogWalks() const { return walks_; }
+
+ private:
+  // A few connections are asked for at a time (the current one, the previous
+  // session's); more than this many in turn only cost extra walks.
+  static constexpr int kEntries = 8;
+
+  struct Slot {
+    bool used = false;
+    uint32_t lastUse = 0;
+    Key key = {};
+    UsageWindow window;
+    LogUsageSums sums;
+  };
+
+  UsageBasis basis_;
+  uint32_t useClock_ = 0;
+  uint64_t walks_ = 0;
+  Slot slots_[kEntries];
+};

@@ -14,7 +14,7 @@
 #include "storage/account_figures.h"
 #include "storage/accounts.h"
 #include "platform/system_clock.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 
 namespace {
 
@@ -43,6 +43,8 @@ constexpr char kRechargedBanner[] = "Card recharged: the card's hours count from
 // status dialog, which no notice disables, so the sheet's page and the notice's
 // dialog can be open at once; each therefore saves the connection it chose itself.
 struct PageState {
+  explicit PageState(Storage& storage) : store(storage) {}
+  Storage& store;           // the account table it shows and changes
   bool standAlone = false;  // opened from the notice, with its own OK and Cancel
   std::string chosen;       // the connection whose entry is edited; empty: none
   bool recharged = false;   // Card Recharged was pressed for the chosen connection
@@ -73,16 +75,19 @@ void CheckKind(HWND page, int checked) {
   for (const int id : kKindRadios) SetChecked(page, id, id == checked);
 }
 
-BOOL OnInitDialog(HWND page) {
-  PageState* state = new PageState;
+// The storage comes as the page's lParam on the sheet, as the dialog's own
+// parameter when opened from the notice.
+BOOL OnInitDialog(HWND page, LPARAM lParam) {
   // A sheet page is a child window; only the dialog of its own is a popup.
   const bool isChild = (GetWindowLongPtrA(page, GWL_STYLE) & WS_CHILD) != 0;
+  Storage* store = isChild ? PageStorageOf(lParam) : reinterpret_cast<Storage*>(lParam);
+  PageState* state = new PageState(*store);
   state->standAlone = unconfiguredState.OpenedFromNotice == 1 && !isChild;
   if (state->standAlone) state->chosen = unconfiguredState.ConnectionToConfigure;
   SetWindowLongPtrA(page, DWLP_USER, reinterpret_cast<LONG_PTR>(state));
 
   // "Connection" first, then the log's connection names; the combo box sorts them.
-  FillConnectionNames(page, kAccountsFirstItem);
+  FillConnectionNames(page, *store, kAccountsFirstItem);
   if (!state->chosen.empty()) SetCaptionFor(page, state->chosen);
   else SetWindowTextA(page, kAccountsCaptionAll);
   for (const int id : kFigureEdits) SetDlgItemTextA(page, id, "");
@@ -151,13 +156,13 @@ void OnConnectionChosen(HWND page, PageState& state) {
   const std::string name = SelectedConnection(page);
   EnableControl(page, IDC_ACCOUNTS_OK, true);
   EnableControl(page, IDC_ACCOUNTS_CANCEL, true);
-  const int k = AccountIndexByName(name.c_str());
+  const int k = state.store.AccountIndexByName(name.c_str());
   if (k == kNoAccount) return;  // "Connection", or a name the table has no room for
   SetCaptionFor(page, name);
   state.chosen = name;
   state.recharged = false;
   for (const int id : kKindRadios) EnableControl(page, id, true);
-  const AccountEntryView view = ViewAccountEntry(settings.accounts[k]);
+  const AccountEntryView view = ViewAccountEntry(state.store.settings.accounts[k]);
   if (view.known) ShowEntry(page, view);
 }
 
@@ -196,7 +201,7 @@ Stored StoreChosenEntry(HWND page, PageState& state) {
   input.warnPercent = warnPercent.c_str();
   input.warnCost = warnCost.c_str();
   if (state.recharged) input.rechargedAt = &state.rechargedAt;
-  if (!SaveAccountInput(state.chosen.c_str(), input)) return Stored::NoEntry;
+  if (!state.store.SaveAccountInput(state.chosen.c_str(), input)) return Stored::NoEntry;
   state.chosen.clear();
   state.recharged = false;
   if (state.standAlone) unconfiguredState.ConnectionToConfigure[0] = '\0';
@@ -209,7 +214,7 @@ void OnStandAloneButton(HWND page, PageState& state, int id) {
     case IDC_ACCOUNTS_APPLY:
       // An entry that is gone meanwhile cannot be saved: the dialog stays for Cancel.
       if (StoreChosenEntry(page, state) == Stored::NoEntry) break;
-      (void)SaveSettings();  // a failure is told by the save; the account stays in memory
+      (void)state.store.SaveSettings();  // a failure is told by the save; the account stays in memory
       if (id == IDC_ACCOUNTS_OK) {
         EndDialog(page, 1);
       }
@@ -254,7 +259,7 @@ void OnCommand(HWND page, PageState& state, WORD id, WORD code) {
 }  // namespace
 
 INT_PTR CALLBACK AccountsPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_INITDIALOG) return OnInitDialog(page);
+  if (message == WM_INITDIALOG) return OnInitDialog(page, lParam);
   PageState* state = StateOf(page);
   if (state == nullptr) return FALSE;  // messages before WM_INITDIALOG
   switch (message) {
@@ -278,10 +283,10 @@ INT_PTR CALLBACK AccountsPageProc(HWND page, UINT message, WPARAM wParam, LPARAM
   }
 }
 
-INT_PTR RunAccountDialog() {
+INT_PTR RunAccountDialog(Storage& store) {
   unconfiguredState.OpenedFromNotice = 1;
   const INT_PTR result = DialogBoxParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_ACCOUNTS),
-                                         appWindows.mainWindow, AccountsPageProc, 0);
+                                         appWindows.mainWindow, AccountsPageProc, reinterpret_cast<LPARAM>(&store));
   unconfiguredState.OpenedFromNotice = 0;
   // -1: the dialog could not be created, so nothing was saved.
   return result == -1 ? 0 : result;

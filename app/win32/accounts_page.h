@@ -5,8 +5,10 @@
 #pragma once
 #include <windows.h>
 
+class Storage;
+
 INT_PTR CALLBACK AccountsPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam);
 
 // The dialog for ConnectionToConfigure, modal, owned by the main window: sets
 // OpenedFromNotice and returns 1 once the account is saved, 0 otherwise.
-INT_PTR RunAccountDialog();
+INT_PTR RunAccountDialog(Storage& store);

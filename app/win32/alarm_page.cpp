@@ -7,7 +7,7 @@
 #include "app/win32/sheet_page.h"
 #include "monitor/alarm.h"
 #include "resources/resource_ids.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 
 namespace {
 
@@ -70,7 +70,9 @@ void ChooseMode(HWND page, uint8_t mode) {
   EnableGroup(page, kOnceControls, mode == kAlarmOnceAtEnd);
 }
 
-BOOL OnInitDialog(HWND page) {
+BOOL OnInitDialog(HWND page, LPARAM lParam) {
+  KeepPageStorage(page, lParam);
+  const Settings& settings = PageStorage(page).settings;
   CreateSpinButtons(page);
   SetDlgItemInt(page, IDC_ALARM_REPEAT_HOURS, static_cast<UINT>(settings.alarmRepeatHours), TRUE);
   SetDlgItemInt(page, IDC_ALARM_REPEAT_MINUTES, static_cast<UINT>(settings.alarmRepeatMinutes), TRUE);
@@ -80,7 +82,7 @@ BOOL OnInitDialog(HWND page) {
   // Stored values that the page does not offer (a mode other than 30 or 35, an
   // action other than 5, 10 or 15) open as repeating mode with box and sound, and
   // OK keeps what is shown: one button of each group is always checked.
-  LoadAlarmPageState();
+  LoadAlarmPageState(settings);
   CheckAlone(page, kOnOff, 2, alarmState.AlarmOnState != 0 ? IDC_ALARM_ON : IDC_ALARM_OFF);
   EnableDetailControls(page, alarmState.AlarmOnState != 0);
   CheckAlone(page, kModes, 2, alarmState.AlarmModeState == kAlarmOnceAtEnd ? IDC_ALARM_ONCE : IDC_ALARM_REPEAT);
@@ -140,14 +142,15 @@ uint32_t ReadBox(HWND page, int id) {
 INT_PTR CALLBACK AlarmPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_INITDIALOG:
-      return OnInitDialog(page);
+      return OnInitDialog(page, lParam);
     case WM_COMMAND:
       if (HIWORD(wParam) == BN_CLICKED) OnButton(page, LOWORD(wParam));
       return FALSE;
     case WM_NOTIFY:
       return AnswerSheetNotification(page, lParam, [page] {
-        StoreAlarmPage(ReadBox(page, IDC_ALARM_REPEAT_HOURS), ReadBox(page, IDC_ALARM_REPEAT_MINUTES),
-                       ReadBox(page, IDC_ALARM_ONCE_HOURS), ReadBox(page, IDC_ALARM_ONCE_MINUTES));
+        StoreAlarmPage(PageStorage(page).settings, ReadBox(page, IDC_ALARM_REPEAT_HOURS),
+                       ReadBox(page, IDC_ALARM_REPEAT_MINUTES), ReadBox(page, IDC_ALARM_ONCE_HOURS),
+                       ReadBox(page, IDC_ALARM_ONCE_MINUTES));
       });
     case WM_CTLCOLOREDIT:
       return PaintControl(wParam, kWhite);

@@ -6,11 +6,13 @@
 #include "resources/resource_ids.h"
 #include "storage/fixed_text.h"
 #include "storage/win32/installation.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 
 namespace {
 
-BOOL OnInitDialog(HWND page) {
+BOOL OnInitDialog(HWND page, LPARAM lParam) {
+  KeepPageStorage(page, lParam);
+  const Settings& settings = PageStorage(page).settings;
   HWND currency = GetDlgItem(page, IDC_GENERAL_CURRENCY);
   for (const char* name : kCurrencyNames) SendMessageA(currency, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name));
   SendMessageA(currency, CB_SETCURSEL, 0, 0);
@@ -24,13 +26,14 @@ BOOL OnInitDialog(HWND page) {
 }
 
 void OnApply(HWND page) {
+  Settings& settings = PageStorage(page).settings;
   const std::string currency = ControlText(page, IDC_GENERAL_CURRENCY);
   GeneralPageInput input;
   input.currency = currency.c_str();
   input.use24HourClock = IsChecked(page, IDC_GENERAL_24_HOUR_CLOCK);
   input.showMainWindowAtStart = IsChecked(page, IDC_GENERAL_SHOW_MAIN_WINDOW);
   input.runAtStartup = IsChecked(page, IDC_GENERAL_RUN_AT_STARTUP);
-  StoreGeneralPage(input);
+  StoreGeneralPage(settings, input);
   SetAutoStart(settings.runAtStartup != 0);
 }
 
@@ -39,7 +42,7 @@ void OnApply(HWND page) {
 INT_PTR CALLBACK GeneralPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_INITDIALOG:
-      return OnInitDialog(page);
+      return OnInitDialog(page, lParam);
     case WM_NOTIFY:
       return AnswerSheetNotification(page, lParam, [page] { OnApply(page); });
     case WM_CTLCOLORBTN:

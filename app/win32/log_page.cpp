@@ -4,12 +4,14 @@
 #include "app/win32/sheet_page.h"
 #include "app/sheet_settings.h"
 #include "resources/resource_ids.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 
 namespace {
 
-BOOL OnInitDialog(HWND page) {
-  const bool showAll = LogPageShowsAllConnections();
+BOOL OnInitDialog(HWND page, LPARAM lParam) {
+  KeepPageStorage(page, lParam);
+  const Settings& settings = PageStorage(page).settings;
+  const bool showAll = LogPageShowsAllConnections(settings);
   SetChecked(page, IDC_LOGPAGE_SHOW_ALL, showAll);
   SetChecked(page, IDC_LOGPAGE_FILTER_PREVIOUS, !showAll);
   SetChecked(page, IDC_LOGPAGE_SYSTEM_COLOURS, settings.logSystemColours != 0);
@@ -21,11 +23,11 @@ BOOL OnInitDialog(HWND page) {
 INT_PTR CALLBACK LogPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_INITDIALOG:
-      return OnInitDialog(page);
+      return OnInitDialog(page, lParam);
     case WM_NOTIFY:
       return AnswerSheetNotification(page, lParam, [page] {
-        StoreLogPage(IsChecked(page, IDC_LOGPAGE_SHOW_ALL), IsChecked(page, IDC_LOGPAGE_FILTER_PREVIOUS),
-                     IsChecked(page, IDC_LOGPAGE_SYSTEM_COLOURS));
+        StoreLogPage(PageStorage(page).settings, IsChecked(page, IDC_LOGPAGE_SHOW_ALL),
+                     IsChecked(page, IDC_LOGPAGE_FILTER_PREVIOUS), IsChecked(page, IDC_LOGPAGE_SYSTEM_COLOURS));
       });
     case WM_CTLCOLOREDIT:
     case WM_CTLCOLORBTN:

@@ -9,6 +9,7 @@
 #include "app/win32/greeting_dialogs.h"
 #include "app/win32/main_window.h"
 #include "monitor/monitor.h"
+#include "storage/storage.h"
 #include "resources/resource_ids.h"
 
 #if !defined(_WIN64)
@@ -121,7 +122,10 @@ int Run(HINSTANCE instance) {
   if (splashOwner != nullptr) DestroyWindow(splashOwner);
   // Hidden: the tray icon is the program's face. Its WM_CREATE refuses the window
   // (and CreateWindowExA gives NULL) when the icon cannot be added.
-  Monitor monitor;  // the one monitor: the main window drives it, and it outlives the message loop
+  // The one storage and the one monitor: the main window drives them, and they
+  // outlive the message loop.
+  Storage storage;
+  Monitor monitor(storage);
   MainWindowStart start{monitor};
   HWND window = CreateWindowExA(0, kClassName, "Orvalen", WS_OVERLAPPEDWINDOW, 350, 290, 135, 100, nullptr,
                                 nullptr, instance, &start);

@@ -17,7 +17,7 @@
 #include "platform/system_clock.h"
 #include "resources/resource_ids.h"
 #include "storage/session_log.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 
 namespace {
 
@@ -112,13 +112,14 @@ void ShowSessionTexts(MainDialogState& state) {
 void FillPreviousSession(MainDialogState& state) {
   Enable(state.previousSession, TRUE);
   SendMessageA(state.previousSession, LB_RESETCONTENT, 0, 0);
-  for (const std::string& line : PreviousSessionLines()) {
+  for (const std::string& line : PreviousSessionLines(state.monitor.Store())) {
     SendMessageA(state.previousSession, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line.c_str()));
   }
 }
 
 void OnRefreshTimer(HWND dialog, MainDialogState& state) {
   ShowSessionTexts(state);
+  const Settings& settings = state.monitor.Store().settings;
   SetIcon(dialog, IDC_MAIN_ALARM_ICON,
           LoadIconA(appWindows.instanceHandle, MAKEINTRESOURCEA(settings.alarmOn ? IDI_ALARM_ON : IDI_ALARM_OFF)));
   SetText(state.time, state.monitor.ClockText());
@@ -161,8 +162,8 @@ BOOL OnInitDialog(HWND dialog, Monitor& monitor) {
   RefreshStatusText(monitor);
   StartStatusTimers();
   SetTimer(dialog, kRefreshTimer, 1000, nullptr);
-  if (settings.previousSessionValid != 0) monitor.SetPreviousSessionChanged(true);
-  if (IsLogEmpty()) monitor.SetPreviousSessionChanged(false);
+  if (monitor.Store().settings.previousSessionValid != 0) monitor.SetPreviousSessionChanged(true);
+  if (monitor.Store().IsLogEmpty()) monitor.SetPreviousSessionChanged(false);
   appWindows.showMainDialogOnce = false;
   return TRUE;
 }
@@ -181,8 +182,8 @@ void ReleaseState(HWND dialog) {
 void OnButton(HWND dialog, MainDialogState& state, WORD id) {
   switch (id) {
     case IDC_MAIN_CONFIGURE:
-      ShowSettingsSheet(dialog);
-      (void)SaveSettings();  // a failure is told by the save; the choices stay in memory
+      ShowSettingsSheet(dialog, state.monitor.Store());
+      (void)state.monitor.Store().SaveSettings();  // a failure is told by the save; the choices stay in memory
       break;
     case IDC_MAIN_ABOUT:
       DialogBoxParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_ABOUT), dialog, AboutDialogProc, 0);

@@ -13,8 +13,7 @@
 #include "monitor/unconfigured_connections.h"
 #include "monitor/usage_warning.h"
 #include "resources/resource_ids.h"
-#include "storage/settings.h"
-#include "storage/startup.h"
+#include "storage/storage.h"
 
 namespace {
 
@@ -27,7 +26,7 @@ Monitor& MonitorOf(HWND window) { return *reinterpret_cast<Monitor*>(GetWindowLo
 // Every timer shows what its step queued once the step has returned: a box's
 // message loop runs the next ticks, which must not find a step half done.
 void ShowNotices(Monitor& monitor) {
-  WindowShell shell;
+  WindowShell shell(monitor.Store());
   monitor.ShowPendingNotices(shell);
 }
 
@@ -67,16 +66,17 @@ bool startupDone = false;  // storage ready and the start-up notices answered
 bool OnCreate(HWND window, Monitor& monitor) {
   appWindows.mainWindow = window;
   SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&monitor));
-  installHooks.markFirstRun = [] { appWindows.showMainDialogOnce = true; };
-  startupHooks = PlatformStartupHooks();  // the system's installation actions
-  startupHooks.showWelcome = [](void* owner) {
+  Storage& store = monitor.Store();
+  store.installHooks.markFirstRun = [] { appWindows.showMainDialogOnce = true; };
+  store.startupHooks = PlatformStartupHooks();  // the system's installation actions
+  store.startupHooks.showWelcome = [](void* owner) {
     DialogBoxParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_WELCOME), static_cast<HWND>(owner),
                     WelcomeDialogProc, 0);
   };
-  startupHooks.showAlert = [](void* owner, const char* text, const char* caption) {
+  store.startupHooks.showAlert = [](void* owner, const char* text, const char* caption) {
     MessageBoxA(static_cast<HWND>(owner), text, caption, MB_OK | MB_ICONEXCLAMATION);
   };
-  InitialiseStorage(window);
+  store.InitialiseStorage(window);
   monitor.RecoverInterruptedSession();
   ShowNotices(monitor);  // what the start found, before the poll runs
   // The boxes above run message loops: a way out taken meanwhile has destroyed the
@@ -87,10 +87,10 @@ bool OnCreate(HWND window, Monitor& monitor) {
   // open: a session made while it waits for an answer is timed and recorded. The
   // status timers run only while the main status dialog is shown (main_dialog.cpp).
   SetTimer(window, kPollTimer, kPollPeriodMs, nullptr);
-  WindowShell shell;
-  (void)CheckUnconfiguredConnections(shell);  // a failed save was told by the save
+  WindowShell shell(store);
+  (void)CheckUnconfiguredConnections(store, shell);  // a failed save was told by the save
   if (!IsWindow(window)) return true;  // ended while the notice waited
-  if (settings.showMainWindowAtStart != 0 || appWindows.showMainDialogOnce) ShowMainDialog();
+  if (store.settings.showMainWindowAtStart != 0 || appWindows.showMainDialogOnce) ShowMainDialog();
   startupDone = true;
   return true;
 }

@@ -37,7 +37,7 @@ constexpr int kPageCount = 4;
 
 }  // namespace
 
-void ShowSettingsSheet(HWND owner) {
+void ShowSettingsSheet(HWND owner, Storage& store) {
   const PageDescription described[kPageCount] = {
       {"General", IDD_GENERAL_PAGE, GeneralPageProc},
       {"Accounts", IDD_ACCOUNTS, AccountsPageProc},
@@ -52,7 +52,7 @@ void ShowSettingsSheet(HWND owner) {
     pages[i].pszTemplate = MAKEINTRESOURCEA(described[i].templateId);
     pages[i].pszTitle = described[i].title;
     pages[i].pfnDlgProc = described[i].procedure;
-    pages[i].lParam = 0;
+    pages[i].lParam = reinterpret_cast<LPARAM>(&store);  // each page keeps it (sheet_page.h)
   }
   PROPSHEETHEADERA header = {};
   header.dwSize = sizeof header;

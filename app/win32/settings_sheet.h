@@ -4,5 +4,7 @@
 #pragma once
 #include <windows.h>
 
+class Storage;
+
 // Modal; returns when the user closes the sheet.
-void ShowSettingsSheet(HWND owner);
+void ShowSettingsSheet(HWND owner, Storage& store);

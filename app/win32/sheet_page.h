@@ -7,6 +7,18 @@
 
 #include "ui/win32/controls.h"
 
+class Storage;
+
+// The storage the sheet's pages show and change comes as each page's lParam; a
+// page keeps it behind its DWLP_USER from WM_INITDIALOG, whose lParam is the page.
+inline Storage* PageStorageOf(LPARAM initParam) {
+  return reinterpret_cast<Storage*>(reinterpret_cast<const PROPSHEETPAGEA*>(initParam)->lParam);
+}
+inline void KeepPageStorage(HWND page, LPARAM initParam) {
+  SetWindowLongPtrA(page, DWLP_USER, reinterpret_cast<LONG_PTR>(PageStorageOf(initParam)));
+}
+inline Storage& PageStorage(HWND page) { return *reinterpret_cast<Storage*>(GetWindowLongPtrA(page, DWLP_USER)); }
+
 // The notification code of a WM_NOTIFY message.
 inline UINT NotificationCode(LPARAM lParam) { return reinterpret_cast<const NMHDR*>(lParam)->code; }
 

@@ -24,7 +24,7 @@ void WindowShell::ShowFileProblem(const char* text, const char* caption) {
 }
 
 // Its result is the settings' save, whose failure the save has told already.
-void WindowShell::CheckAccounts() { (void)CheckUnconfiguredConnections(*this); }
+void WindowShell::CheckAccounts() { (void)CheckUnconfiguredConnections(store_, *this); }
 
 void WindowShell::ShowConfigureNotice(const char* text, const char* caption) {
   MessageBoxA(appWindows.mainWindow, text, caption, MB_ICONEXCLAMATION | MB_OK);
@@ -32,4 +32,4 @@ void WindowShell::ShowConfigureNotice(const char* text, const char* caption) {
 
 void WindowShell::ShowNotSetUp(const char* text, const char* caption) { MessageBoxA(nullptr, text, caption, MB_OK); }
 
-intptr_t WindowShell::RunAccountDialog() { return ::RunAccountDialog(); }
+intptr_t WindowShell::RunAccountDialog() { return ::RunAccountDialog(store_); }

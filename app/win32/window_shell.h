@@ -3,8 +3,13 @@
 #pragma once
 #include "monitor/monitor_shell.h"
 
+class Storage;
+
 class WindowShell : public MonitorShell {
  public:
+  // The account questions save into the storage.
+  explicit WindowShell(Storage& store) : store_(store) {}
+
   void PlayAlarmSound() override;
   void ShowAlarmReminder(const char* text) override;
   void ShowUsageWarning(const char* text) override;
@@ -14,4 +19,7 @@ class WindowShell : public MonitorShell {
   void ShowConfigureNotice(const char* text, const char* caption) override;
   void ShowNotSetUp(const char* text, const char* caption) override;
   intptr_t RunAccountDialog() override;
+
+ private:
+  Storage& store_;
 };

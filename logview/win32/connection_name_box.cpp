@@ -24,9 +24,9 @@ void RefillCombo(HWND control, const std::vector<std::string>& names) {
 
 }  // namespace
 
-bool FillConnectionNames(HWND window, const char* firstItem) {
+bool FillConnectionNames(HWND window, const Storage& store, const char* firstItem) {
   const bool withFirst = firstItem != nullptr && firstItem[0] != '\0';
-  const std::vector<std::string> names = ConnectionNames(withFirst ? firstItem : "");
+  const std::vector<std::string> names = ConnectionNames(store, withFirst ? firstItem : "");
   if (withFirst) {
     // View Log's list shares the Accounts page's combo id and is left alone.
     RefillCombo(GetDlgItem(window, IDC_VIEWLOG_CONNECTION), names);

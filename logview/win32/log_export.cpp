@@ -23,7 +23,7 @@ std::string LocaleText(LCTYPE what) {
 
 }  // namespace
 
-void ExportLog(HWND dialog, const char* connection, const char* month, char* year) {
+void ExportLog(HWND dialog, Storage& store, const char* connection, const char* month, char* year) {
   char path[MAX_PATH] = {};
   lstrcpynA(path, DefaultExportName(ReadLocalTime()).c_str(), MAX_PATH);
   OPENFILENAMEA dialogData = {};
@@ -41,9 +41,9 @@ void ExportLog(HWND dialog, const char* connection, const char* month, char* yea
 
   HCURSOR previous = SetCursor(LoadCursor(nullptr, IDC_WAIT));
   const CsvFormat format = MakeCsvFormat(LocaleText(LOCALE_SLIST).c_str(), LocaleText(LOCALE_SDECIMAL).c_str());
-  const std::vector<uint32_t> shown = FilteredRecordIndexes(connection, month, year);
-  const std::string text =
-      dialogData.nFilterIndex == kSummaryType ? PeriodSummaryCsv(shown, format) : SessionsCsv(shown, format);
+  const std::vector<uint32_t> shown = FilteredRecordIndexes(store, connection, month, year);
+  const std::string text = dialogData.nFilterIndex == kSummaryType ? PeriodSummaryCsv(store, shown, format)
+                                                                   : SessionsCsv(store, shown, format);
   const bool written = WriteExportFile(path, text);
   SetCursor(previous);
   if (!written) {

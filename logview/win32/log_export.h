@@ -3,5 +3,7 @@
 #pragma once
 #include <windows.h>
 
+class Storage;
+
 // The filter texts as the three boxes show them.
-void ExportLog(HWND dialog, const char* connection, const char* month, char* year);
+void ExportLog(HWND dialog, Storage& store, const char* connection, const char* month, char* year);

@@ -8,7 +8,7 @@
 #include "logview/win32/connection_name_box.h"
 #include "logview/manage_log_summary.h"
 #include "resources/resource_ids.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 
 namespace {
 
@@ -25,20 +25,29 @@ bool SelectedName(HWND dialog, LRESULT* index, std::string* name) {
   return true;
 }
 
-// The outcome the dialog ends with (a ManageLogOutcome) is its state, held in
-// DWLP_USER itself: nothing to allocate or free. As before, each action sets it
-// anew, and a declined one leaves "nothing changed".
-void SetOutcome(HWND dialog, int outcome) { SetWindowLongPtrA(dialog, DWLP_USER, outcome); }
+// The dialog's state, behind DWLP_USER: the storage it changes and the outcome it
+// ends with (a ManageLogOutcome). It lives on RunManageLog's stack, so there is
+// nothing to allocate or free. As before, each action sets the outcome anew, and a
+// declined one leaves "nothing changed".
+struct ManageLogState {
+  Storage& store;
+  int outcome = kLogUnchanged;
+};
 
-int OutcomeOf(HWND dialog) { return static_cast<int>(GetWindowLongPtrA(dialog, DWLP_USER)); }
+ManageLogState& StateOf(HWND dialog) {
+  return *reinterpret_cast<ManageLogState*>(GetWindowLongPtrA(dialog, DWLP_USER));
+}
 
-void OnInitDialog(HWND dialog) {
+void SetOutcome(HWND dialog, int outcome) { StateOf(dialog).outcome = outcome; }
+
+void OnInitDialog(HWND dialog, LPARAM state) {
+  SetWindowLongPtrA(dialog, DWLP_USER, state);
   // Each opening starts from "nothing changed": closing without an action must not
   // hand View Log the result of an earlier opening.
   SetOutcome(dialog, kLogUnchanged);
   EnableControl(dialog, IDC_MANAGE_DELETE, false);
   EnableControl(dialog, IDC_MANAGE_SUMMARY, false);
-  if (!FillConnectionNames(dialog, "")) {
+  if (!FillConnectionNames(dialog, StateOf(dialog).store, "")) {
     MessageBoxA(dialog, "There are no items in database", "", MB_OK | MB_ICONEXCLAMATION);
     SetOutcome(dialog, kRecordsDeleted);
     EnableControl(dialog, IDC_MANAGE_CLEAR, false);
@@ -49,7 +58,7 @@ void OnDoubleClick(HWND dialog) {
   LRESULT index = LB_ERR;
   std::string name;
   if (!SelectedName(dialog, &index, &name)) return;
-  const std::string summary = ManageLogSummaryText(name.c_str());
+  const std::string summary = ManageLogSummaryText(StateOf(dialog).store, name.c_str());
   EnableControl(dialog, IDC_MANAGE_DELETE, true);
   EnableControl(dialog, IDC_MANAGE_SUMMARY, true);
   SetDlgItemTextA(dialog, IDC_MANAGE_SUMMARY, summary.c_str());
@@ -67,7 +76,7 @@ void OnDeleteEntry(HWND dialog) {
   SendDlgItemMessageA(dialog, IDC_MANAGE_LIST, LB_DELETESTRING, static_cast<WPARAM>(index), 0);
   EnableControl(dialog, IDC_MANAGE_DELETE, false);
   SetDlgItemTextA(dialog, IDC_MANAGE_SUMMARY, "");
-  SetOutcome(dialog, DeleteConnectionEntries(name.c_str()));
+  SetOutcome(dialog, DeleteConnectionEntries(StateOf(dialog).store, name.c_str()));
 }
 
 void OnClearEntireLog(HWND dialog) {
@@ -80,12 +89,10 @@ void OnClearEntireLog(HWND dialog) {
   EnableControl(dialog, IDC_MANAGE_CLEAR, false);
   EnableControl(dialog, IDC_MANAGE_DELETE, false);
   SetDlgItemTextA(dialog, IDC_MANAGE_SUMMARY, "");
-  SetOutcome(dialog, ClearEntireLog());
+  SetOutcome(dialog, ClearEntireLog(StateOf(dialog).store));
 }
 
-void CloseManageLog(HWND dialog) {
-  EndDialog(dialog, OutcomeOf(dialog));
-}
+void CloseManageLog(HWND dialog) { EndDialog(dialog, StateOf(dialog).outcome); }
 
 INT_PTR OnCommand(HWND dialog, WORD id, WORD code) {
   switch (id) {
@@ -106,15 +113,19 @@ INT_PTR OnCommand(HWND dialog, WORD id, WORD code) {
 
 }  // namespace
 
-int RunManageLog(HWND owner) {
-  return static_cast<int>(
-      DialogBoxParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_MANAGE_LOG), owner, ManageLogDialogProc, 0));
+int RunManageLog(HWND owner, Storage& store) {
+  ManageLogState state{store};
+  const INT_PTR result = DialogBoxParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_MANAGE_LOG), owner,
+                                         ManageLogDialogProc, reinterpret_cast<LPARAM>(&state));
+  // -1: the dialog could not be created, so nothing changed.
+  return result == -1 ? kLogUnchanged : static_cast<int>(result);
 }
 
-INT_PTR CALLBACK ManageLogDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
+INT_PTR CALLBACK ManageLogDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message != WM_INITDIALOG && GetWindowLongPtrA(dialog, DWLP_USER) == 0) return FALSE;  // before WM_INITDIALOG
   switch (message) {
     case WM_INITDIALOG:
-      OnInitDialog(dialog);
+      OnInitDialog(dialog, lParam);
       return FALSE;
     case WM_COMMAND:
       return OnCommand(dialog, LOWORD(wParam), HIWORD(wParam));
@@ -122,7 +133,7 @@ INT_PTR CALLBACK ManageLogDialogProc(HWND dialog, UINT message, WPARAM wParam, L
       CloseManageLog(dialog);
       return FALSE;
     case WM_CTLCOLORLISTBOX:
-      if (settings.logSystemColours != 0) return TRUE;  // the system's own colours
+      if (StateOf(dialog).store.settings.logSystemColours != 0) return TRUE;  // the system's own colours
       return PaintControl(wParam, kGreen);
     default:
       // Edit, button, dialog and static colours are grey; the rest are the system's.

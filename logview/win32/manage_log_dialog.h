@@ -3,8 +3,10 @@
 #pragma once
 #include <windows.h>
 
+class Storage;
+
 // Runs the dialog modally, owned by the View Log dialog; returns the outcome it
 // ended with (a ManageLogOutcome: what View Log must refresh).
-int RunManageLog(HWND owner);
+int RunManageLog(HWND owner, Storage& store);
 
 INT_PTR CALLBACK ManageLogDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);

@@ -20,17 +20,19 @@
 #include "platform/system_clock.h"
 #include "resources/resource_ids.h"
 #include "storage/fixed_text.h"
-#include "storage/session_log.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 
 namespace {
 
 // The dialog's own state, behind DWLP_USER from WM_INITDIALOG to WM_DESTROY.
 struct ViewLogState {
+  explicit ViewLogState(Storage& storage) : store(storage) {}
+  Storage& store;      // the log it lists, the accounts it sums up
   LogListing listing;  // kept from one filling to the next, so a long log reuses its buffers
 };
 
 ViewLogState* StateOf(HWND dialog) { return reinterpret_cast<ViewLogState*>(GetWindowLongPtrA(dialog, DWLP_USER)); }
+Storage& StoreOf(HWND dialog) { return StateOf(dialog)->store; }
 
 void SetText(HWND dialog, int id, const char* text) { SetDlgItemTextA(dialog, id, text); }
 
@@ -78,7 +80,7 @@ void RememberBoxes(HWND dialog) {
 }
 
 void ShowAccount(HWND dialog, const char* connection) {
-  SetText(dialog, IDC_VIEWLOG_ACCOUNT, AccountSummaryText(connection).c_str());
+  SetText(dialog, IDC_VIEWLOG_ACCOUNT, AccountSummaryText(StoreOf(dialog), connection).c_str());
 }
 
 void EmptyList(HWND dialog) { SendDlgItemMessageA(dialog, IDC_VIEWLOG_LIST, LB_RESETCONTENT, 0, 0); }
@@ -101,12 +103,13 @@ void ShowEmptyLog(HWND dialog) {
 }
 
 BOOL OnInitDialog(HWND dialog, Monitor& monitor) {
-  SetWindowLongPtrA(dialog, DWLP_USER, reinterpret_cast<LONG_PTR>(new ViewLogState));
+  Storage& store = monitor.Store();
+  SetWindowLongPtrA(dialog, DWLP_USER, reinterpret_cast<LONG_PTR>(new ViewLogState(store)));
   reportHooks.launchEditor = StartReportEditor;
   appWindows.viewLogOpen = true;
   ShowProgramIcon(dialog);
 
-  FillConnectionNames(dialog, kAllConnections);
+  FillConnectionNames(dialog, store, kAllConnections);
   SelectItem(dialog, IDC_VIEWLOG_CONNECTION, kAllConnections);
 
   const LocalTime now = ReadLocalTime();
@@ -120,12 +123,12 @@ BOOL OnInitDialog(HWND dialog, Monitor& monitor) {
   SelectItem(dialog, IDC_VIEWLOG_YEAR, year.c_str());
 
   std::string connection = kAllConnections;
-  if (settings.logInitialFilter == 2) {
-    connection = InitialConnectionFilter(monitor.PollNow(), monitor.Probe());
+  if (store.settings.logInitialFilter == 2) {
+    connection = InitialConnectionFilter(store.settings, monitor.PollNow(), monitor.Probe());
     SelectItem(dialog, IDC_VIEWLOG_CONNECTION, connection.c_str());
   }
 
-  if (!IsLogEmpty()) {
+  if (!store.IsLogEmpty()) {
     char yearText[kFilterYearSize] = {};
     CopyFixedText(yearText, year.c_str());
     FillLogList(dialog, connection.c_str(), month, yearText);
@@ -156,11 +159,11 @@ void OnFilterChange(HWND dialog) {
 }
 
 void OnManageLog(HWND dialog) {
-  const int result = RunManageLog(dialog);
+  const int result = RunManageLog(dialog, StoreOf(dialog));
   if (result == kLogUnchanged) return;
   EmptyList(dialog);
   if (result == kLogCleared) DisableLogControls(dialog);
-  FillConnectionNames(dialog, kAllConnections);
+  FillConnectionNames(dialog, StoreOf(dialog), kAllConnections);
   char year[kFilterYearSize] = {};
   CopyFixedText(year, CurrentYearText().c_str());
   FillLogList(dialog, kAllConnections, kAllMonths, year);
@@ -198,7 +201,7 @@ INT_PTR OnCommand(HWND dialog, WORD id, WORD code) {
       return TRUE;
     case IDC_VIEWLOG_EXPORT: {
       BoxTexts texts = ReadBoxes(dialog);
-      ExportLog(dialog, texts.connection, texts.month, texts.year);
+      ExportLog(dialog, StoreOf(dialog), texts.connection, texts.month, texts.year);
       return TRUE;
     }
     default:  // Close, and any other command
@@ -207,8 +210,9 @@ INT_PTR OnCommand(HWND dialog, WORD id, WORD code) {
   }
 }
 
-INT_PTR ListBoxColours(WPARAM deviceContext) {
-  if (settings.logSystemColours != 0) return TRUE;  // the system's own colours
+INT_PTR ListBoxColours(HWND dialog, WPARAM deviceContext) {
+  const ViewLogState* state = StateOf(dialog);
+  if (state != nullptr && state->store.settings.logSystemColours != 0) return TRUE;  // the system's own colours
   return PaintControl(deviceContext, kGreen);
 }
 
@@ -225,7 +229,7 @@ bool FillLogList(HWND dialog, const char* connection, const char* month, char* y
   if (state == nullptr) return false;
   LogListing& listing = state->listing;
   SetCursor(LoadCursor(nullptr, IDC_WAIT));
-  const bool listed = BuildLogListing(connection, month, year, listing);
+  const bool listed = BuildLogListing(state->store, connection, month, year, listing);
 
   // Tens of thousands of lines: storage sized once and no redraw per line, or
   // opening a long log would visibly freeze the dialog.
@@ -275,7 +279,7 @@ INT_PTR CALLBACK ViewLogDialogProc(HWND dialog, UINT message, WPARAM wParam, LPA
     case WM_CTLCOLORBTN:
       return PaintControl(wParam, kGreen);
     case WM_CTLCOLORLISTBOX:
-      return ListBoxColours(wParam);
+      return ListBoxColours(dialog, wParam);
     default:
       return FALSE;
   }

@@ -8,6 +8,7 @@
 #include "storage/win32/installation.h"
 #include "platform/program_paths.h"
 #include "storage/startup.h"
+#include "storage/startup_hooks.h"
 
 static_assert(sizeof(long) == sizeof(HRESULT), "CreateShortcut hands back the HRESULT as a long");
 

@@ -14,33 +14,33 @@
 #include "storage/accounts.h"
 #include "storage/fixed_text.h"
 #include "platform/program_paths.h"
-#include "storage/session_log.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 #include "storage/startup.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   FreshProgramState();
+  Storage store;
   SessionRecord logged{};  // a log of one session and a Blank record
   logged.status = InUse;
   logged.month = 1;
   logged.year = 2002;
   logged.durationSeconds = 3600;
   std::strcpy(logged.connectionName, "Home ISP");
-  sessionLog.records = {logged, SessionRecord{}};
-  Require(SaveLog(LogFilePath().c_str()), "the log is written");
-  sessionLog = SessionLog{};
+  store.sessionLog.records = {logged, SessionRecord{}};
+  Require(store.SaveLog(LogFilePath().c_str()), "the log is written");
+  store.sessionLog = SessionLog{};
   const std::string path = WriteInput("Orvaconfig.bic", data, size);
 
   Settings input{};
   std::memcpy(&input, data, std::min(size, sizeof input));
 
-  Require(InitialiseStorage(nullptr), "a readable configuration starts");
-  Monitor().RecoverInterruptedSession();
+  Require(store.InitialiseStorage(nullptr), "a readable configuration starts");
+  Monitor(store).RecoverInterruptedSession();
   MonitorShell shell;
-  (void)CheckUnconfiguredConnections(shell);
+  (void)CheckUnconfiguredConnections(store, shell);
 
   // Whatever the marker says, the current log on disk is the one loaded.
-  Require(SameRecord(sessionLog.records.at(0), logged), "the logged session is kept");
+  Require(SameRecord(store.sessionLog.records.at(0), logged), "the logged session is kept");
   if (input.sessionOpenMarker == kSessionOpen) {
     // The checkpoint of the very session already logged is not recorded again,
     // nor one without a name, a real date or real times.
@@ -54,11 +54,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                        input.checkpointYear <= 9999 && input.checkpointDayOfWeek <= 6 &&
                        isTime(input.checkpointLogOn) && isTime(input.checkpointTime);
     uint32_t used = 0;
-    for (const SessionRecord& record : sessionLog.records) used += record.status == InUse ? 1 : 0;
+    for (const SessionRecord& record : store.sessionLog.records) used += record.status == InUse ? 1 : 0;
     Require(used == 2 || (used == 1 && (!whole || sameStart)), "the open session is recorded once");
-    Require(settings.sessionOpenMarker == kNoSessionOpen, "and the marker is cleared");
+    Require(store.settings.sessionOpenMarker == kNoSessionOpen, "and the marker is cleared");
     if (used == 2) {
-      const SessionRecord& recovered = sessionLog.records.at(1);
+      const SessionRecord& recovered = store.sessionLog.records.at(1);
       Require(whole, "only a whole checkpoint is recorded");
       Require(recovered.durationSeconds == static_cast<int32_t>(input.checkpointElapsed) ||
                   (recovered.durationSeconds >= 0 && recovered.durationSeconds < 86400),
@@ -71,12 +71,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   Require(std::filesystem::file_size(path) >= std::max<std::size_t>(size, sizeof(Settings)),
           "the configuration file never shrinks");
 
-  for (const AccountRecord& account : settings.accounts) {
+  for (const AccountRecord& account : store.settings.accounts) {
     char name[kAccountNameSize + 1] = {};
     std::memcpy(name, account.connectionName, FixedTextLength(account.connectionName, kAccountNameSize));
     UsageSummary summary;
-    ComputeUsage(name, summary);
-    Require(!AccountSummaryText(name).empty(), "every account has a summary text");
+    store.ComputeUsage(name, summary);
+    Require(!AccountSummaryText(store, name).empty(), "every account has a summary text");
   }
   return 0;
 }

@@ -12,7 +12,6 @@
 #include "platform/binary_file.h"
 #include "platform/program_paths.h"
 #include "platform/system_clock.h"
-#include "storage/startup.h"
 
 namespace {
 
@@ -44,7 +43,6 @@ void FreshProgramState() {
   UseClock(&clock);
   SetWindowsDirectory(ScratchFolder());
   SetProgramFolder(ScratchFolder());
-  ResetStorageState();
   ResetMonitorState();
   ResetLogViewState();
   platformState.fileCalls = FileCalls{};

@@ -8,7 +8,7 @@
 
 #include "storage/session_record.h"
 
-// Program state back to a fresh start (zero settings, empty log, no hooks).
+// Program state back to a fresh start; each input makes its own Storage.
 void FreshProgramState();
 // Writes the bytes to the named file of the scratch folder, replacing it; its path.
 std::string WriteInput(const char* name, const uint8_t* data, std::size_t size);

@@ -82,8 +82,8 @@ TEST_F(Accounts, UsageTable) {
   };
   for (const UsageRow& row : rows) {
     SCOPED_TRACE(row.what);
-    sessionLog = SessionLog{};
-    std::memset(settings.accounts, 0, sizeof settings.accounts);
+    storage_.sessionLog = SessionLog{};
+    std::memset(storage_.settings.accounts, 0, sizeof storage_.settings.accounts);
     clock_.now.month = row.clockMonth;
     for (const LogRow& r : row.log) LogSession(r.name, r.seconds, r.month, r.year, r.status);
     for (std::size_t k = 0; k < row.accounts.size(); ++k) {
@@ -92,42 +92,43 @@ TEST_F(Accounts, UsageTable) {
     }
     UsageSummary summary;
     summary.totalSeconds = 77;  // the summary is rewritten whole
-    EXPECT_FLOAT_EQ(ComputeUsage(row.query, summary), row.result);
+    EXPECT_FLOAT_EQ(storage_.ComputeUsage(row.query, summary), row.result);
     const auto figures = [](const UsageSummary& u) {
       return std::vector<double>{double(u.kind), double(u.secondsThisMonth), double(u.totalSeconds),
                                  double(u.excessMinutes), double(u.allotted), std::round(u.cost * 1e4) / 1e4};
     };
     EXPECT_EQ(figures(summary), figures(row.summary));
-    EXPECT_FLOAT_EQ(summary.kind == PrePaidCard ? cardSecondsRemaining : row.result, row.result) << "the card balance";
+    EXPECT_FLOAT_EQ(summary.kind == PrePaidCard ? storage_.cardSecondsRemaining : row.result, row.result)
+        << "the card balance";
   }
 }
 
 TEST_F(Accounts, LongConnectionNamesAreCutTo31CharactersAndFoundAgain) {
   const std::string longName = "Dial-up Networking connection to the office";  // 43 characters
   const std::string stored = longName.substr(0, 31);
-  AddAccountName(longName.c_str());
-  EXPECT_EQ(std::string(AccountName(0)), stored);
-  AddAccountName(longName.c_str());
-  EXPECT_STREQ(AccountName(1), "") << "the long name finds its entry again";
-  EXPECT_EQ(AccountName(-1), nullptr);
-  EXPECT_EQ(AccountIndexByName(stored.c_str()), 0);
-  EXPECT_EQ(AccountIndexByName(stored.substr(0, 30).c_str()), kNoAccount);
+  storage_.AddAccountName(longName.c_str());
+  EXPECT_EQ(std::string(storage_.AccountName(0)), stored);
+  storage_.AddAccountName(longName.c_str());
+  EXPECT_STREQ(storage_.AccountName(1), "") << "the long name finds its entry again";
+  EXPECT_EQ(storage_.AccountName(-1), nullptr);
+  EXPECT_EQ(storage_.AccountIndexByName(stored.c_str()), 0);
+  EXPECT_EQ(storage_.AccountIndexByName(stored.substr(0, 30).c_str()), kNoAccount);
   ConfigureAccount(0, longName.c_str(), UnlimitedAccess);
-  EXPECT_EQ(FindAccount(longName.c_str()), 0);
-  EXPECT_TRUE(DeleteAccount(longName.c_str()));
-  EXPECT_EQ(AccountIndexByName(longName.c_str()), kNoAccount);
+  EXPECT_EQ(storage_.FindAccount(longName.c_str()), 0);
+  EXPECT_TRUE(storage_.DeleteAccount(longName.c_str()));
+  EXPECT_EQ(storage_.AccountIndexByName(longName.c_str()), kNoAccount);
 
   // A damaged entry: 32 name bytes without a terminator match nothing and are not free.
-  std::memset(settings.accounts[0].connectionName, 'A', kAccountNameSize);
-  settings.accounts[0].configured = 1;
-  EXPECT_EQ(AccountIndexByName(std::string(40, 'A').c_str()), kNoAccount);
-  EXPECT_EQ(FindAccount(std::string(31, 'A').c_str()), kNoAccount);
-  AddAccountName("Next");
-  EXPECT_EQ(AccountIndexByName("Next"), 1);
+  std::memset(storage_.settings.accounts[0].connectionName, 'A', kAccountNameSize);
+  storage_.settings.accounts[0].configured = 1;
+  EXPECT_EQ(storage_.AccountIndexByName(std::string(40, 'A').c_str()), kNoAccount);
+  EXPECT_EQ(storage_.FindAccount(std::string(31, 'A').c_str()), kNoAccount);
+  storage_.AddAccountName("Next");
+  EXPECT_EQ(storage_.AccountIndexByName("Next"), 1);
   const std::string longer(120, 'x');  // a record keeps 104 characters, an account 31
   ConfigureAccount(2, longer.c_str(), UnlimitedAccess);
   LogSession(longer.c_str(), 50);
-  EXPECT_EQ(TotalSeconds(longer.c_str()), 50);
+  EXPECT_EQ(storage_.TotalSeconds(longer.c_str()), 50);
 }
 
 TEST(AccountFigures, ReadAsTheDialogReadsThem) {
@@ -166,9 +167,9 @@ TEST_F(Accounts, PageViewPerPlan) {
                   v.excessPerMinute, v.vatPercent);
     EXPECT_EQ(text, std::string(row.view)) << row.kind;
   }
-  EXPECT_FALSE(SaveAccountInput(nullptr, AccountPageInput{})) << "no connection chosen: nothing saved";
-  EXPECT_TRUE(SaveAccountInput("Home ISP", AccountPageInput{PrePaidCard, "12"}));
-  EXPECT_EQ(settings.accounts[0].hours, 12u) << "saved to the connection's entry";
+  EXPECT_FALSE(storage_.SaveAccountInput(nullptr, AccountPageInput{})) << "no connection chosen: nothing saved";
+  EXPECT_TRUE(storage_.SaveAccountInput("Home ISP", AccountPageInput{PrePaidCard, "12"}));
+  EXPECT_EQ(storage_.settings.accounts[0].hours, 12u) << "saved to the connection's entry";
 }
 
 // --- The usage cache against the straightforward walk -----------------------
@@ -196,19 +197,21 @@ class UsageCache : public ProgramStateTest {
   }
 
   // Every figure and the result, through the cache or afresh, with the floats' bits.
-  static std::string Figures(const char* name, bool cached) {
+  std::string Figures(const char* name, bool cached) {
     UsageSummary u;
-    cardSecondsRemaining = -1.0f;
-    const float result = cached ? CachedComputeUsage(name, u) : ComputeUsage(name, u);
+    storage_.cardSecondsRemaining = -1.0f;
+    const float result = cached ? storage_.CachedComputeUsage(name, u) : storage_.ComputeUsage(name, u);
     const bool card = u.kind == PrePaidCard;
-    const float remaining = card ? (cached ? CachedCardSecondsRemaining(name) : CardSecondsRemaining(name)) : 0.0f;
+    const float remaining =
+        card ? (cached ? storage_.CachedCardSecondsRemaining(name) : storage_.CardSecondsRemaining(name)) : 0.0f;
     char text[200];
     std::snprintf(text, sizeof text, "%x %u %d %d %d %d %x %x | %u %d %d %d %x", Bits(result), u.kind,
                   u.secondsThisMonth, u.totalSeconds, u.excessMinutes, u.allotted, Bits(u.cost),
-                  card ? Bits(cardSecondsRemaining) : 0u, cached ? CachedAccountKindOf(name) : AccountKindOf(name),
-                  cached ? CachedAllottedAmount(name) : AllottedAmount(name),
-                  cached ? CachedSecondsThisMonth(name) : SecondsThisMonth(name),
-                  cached ? CachedTotalSeconds(name) : TotalSeconds(name), Bits(remaining));
+                  card ? Bits(storage_.cardSecondsRemaining) : 0u,
+                  cached ? storage_.CachedAccountKindOf(name) : storage_.AccountKindOf(name),
+                  cached ? storage_.CachedAllottedAmount(name) : storage_.AllottedAmount(name),
+                  cached ? storage_.CachedSecondsThisMonth(name) : storage_.SecondsThisMonth(name),
+                  cached ? storage_.CachedTotalSeconds(name) : storage_.TotalSeconds(name), Bits(remaining));
     return text;
   }
   void ExpectSameAsFresh(const std::vector<const char*>& names) {
@@ -219,25 +222,25 @@ class UsageCache : public ProgramStateTest {
 
 TEST_F(UsageCache, WalksTheLogOncePerConnectionAndNeverGoesStale) {
   ExpectAllSameAsFresh();
-  const uint64_t walks = UsageCacheLogWalks();
+  const uint64_t walks = storage_.Cache().LogWalks();
   // The status text of a whole on-line minute at twelve rebuilds a second.
   ras_.Connect("Card ISP");
   Tick();
   clock_.Advance(1800);  // half an hour on-line
   for (int i = 0; i < 720; ++i) RefreshStatusText(monitor_);
-  EXPECT_EQ(UsageCacheLogWalks(), walks);
+  EXPECT_EQ(storage_.Cache().LogWalks(), walks);
   EXPECT_NE(std::strstr(statusState.statusText, "5.00 Hrs."), nullptr) << statusState.statusText;
 
   // Account changes need no new walk: the log's sums stay valid.
-  settings.accounts[0].hours = 2;  // the card: 4.5 h logged of 2
-  settings.accounts[1].kind = PrePaidCard;
-  EXPECT_TRUE(DeleteAccount("Flat ISP"));
+  storage_.settings.accounts[0].hours = 2;  // the card: 4.5 h logged of 2
+  storage_.settings.accounts[1].kind = PrePaidCard;
+  EXPECT_TRUE(storage_.DeleteAccount("Flat ISP"));
   ConfigureAccount(5, "CARD ISP", UnlimitedAccess);
   ExpectAllSameAsFresh();
-  EXPECT_EQ(UsageCacheLogWalks(), walks);
+  EXPECT_EQ(storage_.Cache().LogWalks(), walks);
   // The same month a year on restarts the month figures (other months: the steps below).
   clock_.now.year = 2003;
-  EXPECT_EQ(CachedSecondsThisMonth("Month ISP"), 0);
+  EXPECT_EQ(storage_.CachedSecondsThisMonth("Month ISP"), 0);
   ExpectAllSameAsFresh();
   clock_.now.year = 2002;
 
@@ -247,38 +250,59 @@ TEST_F(UsageCache, WalksTheLogOncePerConnectionAndNeverGoesStale) {
   auto pick = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
   for (int step = 0; step < 400; ++step) {
     const char* name = names[pick(5)];
-    const uint32_t index = static_cast<uint32_t>(pick(static_cast<int>(sessionLog.count) + 1));
+    const uint32_t index = static_cast<uint32_t>(pick(static_cast<int>(storage_.sessionLog.count) + 1));
     switch (pick(15)) {
       case 0: {
-        const uint32_t slot = FindFreeSlot();
-        SetRecordStatus(slot, InUse);
-        SetRecordDuration(slot, pick(20000));
-        SetRecordDate(slot, 0, 1 + static_cast<uint32_t>(pick(4)), 1, 2002);
-        SetRecordName(slot, name);
+        const uint32_t slot = storage_.FindFreeSlot();
+        storage_.SetRecordStatus(slot, InUse);
+        storage_.SetRecordDuration(slot, pick(20000));
+        storage_.SetRecordDate(slot, 0, 1 + static_cast<uint32_t>(pick(4)), 1, 2002);
+        storage_.SetRecordName(slot, name);
         break;
       }
-      case 1: SetRecordDuration(index, pick(5000)); break;
-      case 2: SetRecordName(index, name); break;
-      case 3: MarkConnectionDeleted(name); break;
-      case 4: if (pick(10) == 0) ClearLog(); break;
+      case 1:
+        storage_.SetRecordDuration(index, pick(5000));
+        break;
+      case 2:
+        storage_.SetRecordName(index, name);
+        break;
+      case 3:
+        storage_.MarkConnectionDeleted(name);
+        break;
+      case 4:
+        if (pick(10) == 0) storage_.ClearLog();
+        break;
       case 5: clock_.now.month = 1 + static_cast<uint32_t>(pick(4)); break;
-      case 6: settings.accounts[pick(4)].kind = static_cast<uint32_t>(pick(4)); break;
-      case 7: settings.accounts[pick(4)].hours = static_cast<uint32_t>(pick(12)); break;
-      case 8: SetRecordStatus(index, pick(2) == 0 ? InUse : Deleted); break;
-      case 9: SetRecordDate(index, 0, 1 + static_cast<uint32_t>(pick(4)), 1, 2002); break;
-      case 10: AppendBlankRecords(); break;
+      case 6:
+        storage_.settings.accounts[pick(4)].kind = static_cast<uint32_t>(pick(4));
+        break;
+      case 7:
+        storage_.settings.accounts[pick(4)].hours = static_cast<uint32_t>(pick(12));
+        break;
+      case 8:
+        storage_.SetRecordStatus(index, pick(2) == 0 ? InUse : Deleted);
+        break;
+      case 9:
+        storage_.SetRecordDate(index, 0, 1 + static_cast<uint32_t>(pick(4)), 1, 2002);
+        break;
+      case 10:
+        storage_.AppendBlankRecords();
+        break;
       case 11:  // the whole log replaced: saved and loaded, emptied, or converted from the older table
-        if (pick(3) == 0 && !(SaveLog(Path("saved.ovb").c_str()) && LoadLog(Path("saved.ovb").c_str()))) FAIL();
-        if (pick(20) == 0 && !CreateEmptyLog(Path("empty.ovb").c_str())) FAIL();
+        if (pick(3) == 0 &&
+            !(storage_.SaveLog(Path("saved.ovb").c_str()) && storage_.LoadLog(Path("saved.ovb").c_str())))
+          FAIL();
+        if (pick(20) == 0 && !storage_.CreateEmptyLog(Path("empty.ovb").c_str())) FAIL();
         if (pick(20) == 0) {
-          std::memset(logState.LegacyLogTable, 0, sizeof logState.LegacyLogTable);
-          logState.LegacyLogTable[3] = UsedRecord(name, 36000, 3, 2002);
-          EXPECT_TRUE(ConvertLegacyLog());
+          std::vector<SessionRecord> table(kLegacyLogSlots);
+          table[3] = UsedRecord(name, 36000, 3, 2002);
+          WriteBytes(Path("legacy.ovb"), RecordBytes(table));
+          EXPECT_TRUE(storage_.LoadLegacyLog(Path("legacy.ovb").c_str()) && storage_.ConvertLegacyLog());
         }
         break;
       case 12:  // a billing period or a recharge
-        settings.accounts[pick(4)].periodStartDay = static_cast<uint8_t>(pick(32));
-        settings.accounts[pick(4)].recharged = {2002, static_cast<uint8_t>(1 + pick(4)), 1, 0, 0, 0, 0};
+        storage_.settings.accounts[pick(4)].periodStartDay = static_cast<uint8_t>(pick(32));
+        storage_.settings.accounts[pick(4)].recharged = {2002, static_cast<uint8_t>(1 + pick(4)), 1, 0, 0, 0, 0};
         break;
       case 13: clock_.now.day = 1 + static_cast<uint32_t>(pick(28)); break;
       default: ConfigureAccount(pick(6), name, static_cast<uint32_t>(pick(4)), 3, 9.5f, 0.1f, 17.5f); break;

@@ -17,7 +17,7 @@ class StatusText : public ProgramStateTest {};
 
 TEST_F(StatusText, PreviousSessionSummaryLines) {
   // Monday 7 January 2002, 14:05:09 to 16:05:10, 61 h 1 min.
-  settings.previousSession = {"Card ISP", 1, 1, 7, 2002, {16, 5, 10}, {14, 5, 9}, 219660};
+  storage_.settings.previousSession = {"Card ISP", 1, 1, 7, 2002, {16, 5, 10}, {14, 5, 9}, 219660};
   AppendToLog(UsedRecord("card isp", 3600));
   ConfigureAccount(0, "Card ISP", PrePaidCard, 10);
   const std::vector<std::string> expected = {
@@ -28,20 +28,21 @@ TEST_F(StatusText, PreviousSessionSummaryLines) {
       " Duration :                        61 Hr: 1 Min: 0 Sec",
       " Card :                    1.00 Hrs.   of  10 Hrs. used",
   };
-  EXPECT_EQ(PreviousSessionLines(), expected);
+  EXPECT_EQ(PreviousSessionLines(storage_), expected);
 
   // Without an account the last line is empty; a damaged name stays inside its field.
-  std::memset(settings.previousSession.connectionName, 'N', kPreviousNameSize);
-  const std::vector<std::string> lines = PreviousSessionLines();
+  std::memset(storage_.settings.previousSession.connectionName, 'N', kPreviousNameSize);
+  const std::vector<std::string> lines = PreviousSessionLines(storage_);
   EXPECT_EQ(lines.at(1), " Connection  :                   " + std::string(kPreviousNameSize, 'N'));
   EXPECT_EQ(lines.at(5), "");
 }
 
 TEST_F(StatusText, SettingsPagesStoreWhatIsChecked) {
   for (const bool on : {true, false}) {
-    StoreGeneralPage({on ? "Zimbabwe dollars of 2008, very many" : nullptr, on, on, !on});
-    EXPECT_STREQ(settings.currencyName, on ? "Zimbabwe dolla" : "") << "cut to fourteen characters";
-    EXPECT_EQ(std::vector<uint32_t>({settings.use24HourClock, settings.showMainWindowAtStart, settings.runAtStartup}),
+    StoreGeneralPage(storage_.settings, {on ? "Zimbabwe dollars of 2008, very many" : nullptr, on, on, !on});
+    EXPECT_STREQ(storage_.settings.currencyName, on ? "Zimbabwe dolla" : "") << "cut to fourteen characters";
+    EXPECT_EQ(std::vector<uint32_t>({storage_.settings.use24HourClock, storage_.settings.showMainWindowAtStart,
+                                     storage_.settings.runAtStartup}),
               std::vector<uint32_t>({on, on, !on}));
   }
   // The log page: show-all only for filter 1; neither radio keeps the filter.
@@ -56,10 +57,10 @@ TEST_F(StatusText, SettingsPagesStoreWhatIsChecked) {
       {.stored = 2, .showAll = true, .previous = false, .colours = false, .filter = 1},
   };
   for (const auto& row : rows) {
-    settings.logInitialFilter = row.stored;
-    StoreLogPage(row.showAll, row.previous, row.colours);
-    EXPECT_EQ(settings.logInitialFilter, row.filter);
-    EXPECT_EQ(settings.logSystemColours, row.colours ? 1u : 0u);
+    storage_.settings.logInitialFilter = row.stored;
+    StoreLogPage(storage_.settings, row.showAll, row.previous, row.colours);
+    EXPECT_EQ(storage_.settings.logInitialFilter, row.filter);
+    EXPECT_EQ(storage_.settings.logSystemColours, row.colours ? 1u : 0u);
   }
 }
 

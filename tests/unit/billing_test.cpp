@@ -114,21 +114,22 @@ TEST_F(Billing, UsageFollowsThePeriodAndTheRecharge) {
     account.periodStartDay = row.startDay;
     account.recharged = row.recharged;
     UsageSummary u;
-    const float result = ComputeUsage(kIsp, u);
+    const float result = storage_.ComputeUsage(kIsp, u);
     char figures[80];
     std::snprintf(figures, sizeof figures, "%d %d %d %.2f", u.secondsThisMonth, u.totalSeconds, u.excessMinutes,
                   static_cast<double>(result));
     EXPECT_EQ(std::string(figures), row.figures) << row.what;
   }
   // The period's dates where the summaries have room; none for calendar months.
-  settings.accounts[0] = AccountRecord{};
+  storage_.settings.accounts[0] = AccountRecord{};
   ConfigureAccount(0, kIsp, LimitedAccess, 10, 20.0f, 0.05f, 5.0f);
-  EXPECT_EQ(AccountSummaryText(kIsp), "Limited Access Account\nThis Month   : 930 Mins.\nCurrent Cost : 38.33 ");
-  settings.accounts[0].periodStartDay = 14;
-  EXPECT_EQ(AccountSummaryText(kIsp),
+  EXPECT_EQ(AccountSummaryText(storage_, kIsp),
+            "Limited Access Account\nThis Month   : 930 Mins.\nCurrent Cost : 38.33 ");
+  storage_.settings.accounts[0].periodStartDay = 14;
+  EXPECT_EQ(AccountSummaryText(storage_, kIsp),
             "Limited Access Account\nThis Month   : 750 Mins.\nCurrent Cost : 28.88 \nPeriod : 14 Jan - 13 Feb");
   ConfigureAccount(0, kIsp, PrePaidCard, 10).recharged = MomentStamp{2003, 1, 19, 12, 0, 0, 0};
-  EXPECT_EQ(AccountSummaryText(kIsp), "Prepaid Card\nAllotted Time : 10 Hrs.\nSince : 19 Jan 2003");
+  EXPECT_EQ(AccountSummaryText(storage_, kIsp), "Prepaid Card\nAllotted Time : 10 Hrs.\nSince : 19 Jan 2003");
 }
 
 // The added boxes: shown empty for zero settings, read within their ranges, and a

@@ -50,8 +50,8 @@ TEST_F(Export, SessionsFileBytes) {
   AppendToLog(EndedSession("Home ISP", {2003, 3, 10}, {10, 0, 0}, {10, 1, 5}, 65));
   AppendToLog(EndedSession("Home ISP", {2002, 3, 10}, {10, 0, 0}, {10, 1, 5}, 65));  // another year: not shown
   char year[10] = "2003";
-  const std::vector<uint32_t> shown = FilteredRecordIndexes("All Connections", "ALL", year);
-  ASSERT_TRUE(WriteExportFile(Path("export.csv").c_str(), SessionsCsv(shown, MakeCsvFormat(",", "."))));
+  const std::vector<uint32_t> shown = FilteredRecordIndexes(storage_, "All Connections", "ALL", year);
+  ASSERT_TRUE(WriteExportFile(Path("export.csv").c_str(), SessionsCsv(storage_, shown, MakeCsvFormat(",", "."))));
   std::ifstream expected(ORVALEN_TEST_DATA "/sessions.csv", std::ios::binary);
   std::stringstream bytes;
   bytes << expected.rdbuf();
@@ -77,8 +77,8 @@ TEST_F(Export, SummaryFiguresAreTheAccountArithmetic) {
                   {"Flat", {2003, 3, 2}, 90}};
   for (const auto& s : sessions) AppendToLog(EndedSession(s.name, s.ended, {10, 0, 0}, {11, 0, 0}, s.seconds));
   char year[10] = "ALL ";
-  const std::string csv =
-      PeriodSummaryCsv(FilteredRecordIndexes("All Connections", "ALL", year), MakeCsvFormat(";", ","));
+  const std::string csv = PeriodSummaryCsv(storage_, FilteredRecordIndexes(storage_, "All Connections", "ALL", year),
+                                           MakeCsvFormat(";", ","));
   EXPECT_EQ(csv,
             "Connection;Period start;Period end;Sessions;Duration;Seconds;Minutes beyond included;Cost with VAT;"
             "Card hours left\r\n"
@@ -89,10 +89,10 @@ TEST_F(Export, SummaryFiguresAreTheAccountArithmetic) {
             "Plan;2003-02-14;2003-03-13;1;5:00:00;18000;0;21,00;\r\n"
             "Plan;2003-03-14;2003-04-13;2;11:00:59;39659;60;24,15;\r\n");
   UsageSummary plan, card;
-  ComputeUsage("Plan", plan);
+  storage_.ComputeUsage("Plan", plan);
   EXPECT_EQ(plan.excessMinutes, 60);
   EXPECT_FLOAT_EQ(plan.cost, 24.15f);
-  EXPECT_FLOAT_EQ(ComputeUsage("Card", card), 21.0f * 3600);
+  EXPECT_FLOAT_EQ(storage_.ComputeUsage("Card", card), 21.0f * 3600);
 }
 
 }  // namespace

@@ -23,10 +23,10 @@ using Texts = std::vector<std::string>;
 
 class LogView : public ProgramStateTest {
  protected:
-  static LogListing FillAll(const char* connection = "All Connections") {
+  LogListing FillAll(const char* connection = "All Connections") {
     char year[kFilterYearSize] = "ALL ";
     LogListing listing;
-    BuildLogListing(connection, "ALL", year, listing);
+    BuildLogListing(storage_, connection, "ALL", year, listing);
     return listing;
   }
 
@@ -96,7 +96,7 @@ TEST_F(LogView, FilterTable) {
     char listedYear[kFilterYearSize] = {};
     CopyFixedText(listedYear, row.year);
     const int count = static_cast<int>(row.listed.size());
-    EXPECT_EQ(BuildLogListing(row.connection, row.month, listedYear, listing), count > 0);
+    EXPECT_EQ(BuildLogListing(storage_, row.connection, row.month, listedYear, listing), count > 0);
     EXPECT_EQ(listing.count, count);
     float total = 0.0f;
     for (const uint32_t i : row.listed) total += static_cast<float>(1u << i);
@@ -139,7 +139,7 @@ TEST_F(LogView, ListLinesAndTheReportOfTwoSessions) {
   EXPECT_NE(logViewState.FinishedReport.find("Generated on : 12 / 9 / 2002\r\n"), std::string::npos);
   EXPECT_EQ(logViewState.FinishedReport.size(), expected.size() + 1) << "the new report alone";
 
-  settings.use24HourClock = 1;
+  storage_.settings.use24HourClock = 1;
   EXPECT_EQ(FillAll().lines.LineText(2), " Log Off Time        : 21 : 15 : 00   ");
 }
 
@@ -183,7 +183,7 @@ TEST_F(LogView, TotalsCountsAndSummaries) {
   ConfigureAccount(1, "Limited", LimitedAccess, 1, 10.0f, 0.5f, 10.0f);
   ConfigureAccount(2, "Flat", UnlimitedAccess);
   ConfigureAccount(3, "Unset", LimitedAccess).configured = 0;
-  CopyFixedText(settings.currencyName, "EUR");
+  CopyFixedText(storage_.settings.currencyName, "EUR");
   const struct {
     const char* connection;
     const char* viewLog;
@@ -198,12 +198,12 @@ TEST_F(LogView, TotalsCountsAndSummaries) {
       {"Unset", "Account Details for this\n Connection is not yet available", ""},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(AccountSummaryText(row.connection), row.viewLog);
-    EXPECT_EQ(ManageLogSummaryText(row.connection), row.manageLog);
+    EXPECT_EQ(AccountSummaryText(storage_, row.connection), row.viewLog);
+    EXPECT_EQ(ManageLogSummaryText(storage_, row.connection), row.manageLog);
   }
   // A currency field left without its terminator is cut at its width.
-  std::memset(settings.currencyName, 'C', kCurrencyNameSize);
-  EXPECT_EQ(AccountSummaryText("Limited"),
+  std::memset(storage_.settings.currencyName, 'C', kCurrencyNameSize);
+  EXPECT_EQ(AccountSummaryText(storage_, "Limited"),
             "Limited Access Account\nThis Month   : 65 Mins.\nCurrent Cost : 13.75 " + std::string(15, 'C'));
 }
 
@@ -214,31 +214,32 @@ TEST_F(LogView, ConnectionNamesAndTheInitialFilter) {
   LogSession("Gone", 60, 1, 2002, Deleted);
   LogSession("Work", 60);
   LogSession("All Connections", 60);  // compared from slot 1 on, so listed again
-  EXPECT_EQ(ConnectionNames(""), (Texts{"Work", "Home ISP", "home isp", "All Connections"}));
-  EXPECT_EQ(ConnectionNames("All Connections"),
+  EXPECT_EQ(ConnectionNames(storage_, ""), (Texts{"Work", "Home ISP", "home isp", "All Connections"}));
+  EXPECT_EQ(ConnectionNames(storage_, "All Connections"),
             (Texts{"All Connections", "Work", "Home ISP", "home isp", "All Connections"}));
-  sessionLog = SessionLog{};
+  storage_.sessionLog = SessionLog{};
   LogSession("", 0, 0, 0, Blank);
-  EXPECT_EQ(ConnectionNames("All Connections"), Texts{"All Connections"});
+  EXPECT_EQ(ConnectionNames(storage_, "All Connections"), Texts{"All Connections"});
   for (int i = 0; i < 60; ++i) LogSession(("ISP " + std::to_string(i)).c_str(), 60);
-  EXPECT_EQ(ConnectionNames("").size(), 50u);
-  EXPECT_EQ(ConnectionNames("").back(), "ISP 49");
-  EXPECT_EQ(ConnectionNames("All Connections").back(), "ISP 48");
+  EXPECT_EQ(ConnectionNames(storage_, "").size(), 50u);
+  EXPECT_EQ(ConnectionNames(storage_, "").back(), "ISP 49");
+  EXPECT_EQ(ConnectionNames(storage_, "All Connections").back(), "ISP 48");
   // The first item (the initial filter: a previous session's name has 51 characters) is cut only to the box's field.
-  EXPECT_EQ(ConnectionNames(std::string(50, 'f').c_str()).front(), std::string(50, 'f'));
-  EXPECT_EQ(ConnectionNames(std::string(150, 'f').c_str()).front(), std::string(kFilterConnectionSize - 1, 'f'));
+  EXPECT_EQ(ConnectionNames(storage_, std::string(50, 'f').c_str()).front(), std::string(50, 'f'));
+  EXPECT_EQ(ConnectionNames(storage_, std::string(150, 'f').c_str()).front(),
+            std::string(kFilterConnectionSize - 1, 'f'));
 
-  CopyFixedText(settings.previousSession.connectionName, "Previous ISP");
+  CopyFixedText(storage_.settings.previousSession.connectionName, "Previous ISP");
   ras_.Connect("Active ISP");
   monitor_.PollNow();
-  settings.logInitialFilter = 1;
-  EXPECT_EQ(InitialConnectionFilter(true, monitor_.Probe()), "All Connections");
-  settings.logInitialFilter = 2;
-  EXPECT_EQ(InitialConnectionFilter(true, monitor_.Probe()), "Active ISP");
-  EXPECT_EQ(InitialConnectionFilter(false, monitor_.Probe()), "Previous ISP");
+  storage_.settings.logInitialFilter = 1;
+  EXPECT_EQ(InitialConnectionFilter(storage_.settings, true, monitor_.Probe()), "All Connections");
+  storage_.settings.logInitialFilter = 2;
+  EXPECT_EQ(InitialConnectionFilter(storage_.settings, true, monitor_.Probe()), "Active ISP");
+  EXPECT_EQ(InitialConnectionFilter(storage_.settings, false, monitor_.Probe()), "Previous ISP");
   ras_.state = ScriptedRas::State::Disconnected;
   monitor_.PollNow();
-  EXPECT_EQ(InitialConnectionFilter(true, monitor_.Probe()), "Previous ISP");
+  EXPECT_EQ(InitialConnectionFilter(storage_.settings, true, monitor_.Probe()), "Previous ISP");
 }
 
 TEST_F(LogView, ManageLogDeletesByExactNameOrClearsAndSavesBothFiles) {
@@ -248,19 +249,19 @@ TEST_F(LogView, ManageLogDeletesByExactNameOrClearsAndSavesBothFiles) {
   LogSession("Home ISP", 60);
   ConfigureAccount(0, "Home ISP", PrePaidCard, 10);
   ConfigureAccount(1, "home isp", UnlimitedAccess);
-  EXPECT_EQ(DeleteConnectionEntries("Home ISP"), kRecordsDeleted);
+  EXPECT_EQ(DeleteConnectionEntries(storage_, "Home ISP"), kRecordsDeleted);
   EXPECT_EQ(SavedStatuses(), (std::vector<uint32_t>{Deleted, InUse, Blank, Deleted}));
-  EXPECT_EQ(settings.accounts[0].configured, 0u);
-  EXPECT_STREQ(settings.accounts[0].connectionName, "");
+  EXPECT_EQ(storage_.settings.accounts[0].configured, 0u);
+  EXPECT_STREQ(storage_.settings.accounts[0].connectionName, "");
   const std::vector<uint8_t> saved = ReadBytes(SettingsPath());
   ASSERT_EQ(saved.size(), sizeof(Settings));
   EXPECT_EQ(saved[offsetof(Settings, accounts) + 4], 0u) << "the name is gone on disk";
   EXPECT_EQ(U32At(saved, offsetof(Settings, accounts) + sizeof(AccountRecord)), 1u);
-  EXPECT_EQ(DeleteConnectionEntries("Home ISP"), kLogUnchanged) << "nothing of that name is left";
+  EXPECT_EQ(DeleteConnectionEntries(storage_, "Home ISP"), kLogUnchanged) << "nothing of that name is left";
 
-  EXPECT_EQ(ClearEntireLog(), kLogCleared);
+  EXPECT_EQ(ClearEntireLog(storage_), kLogCleared);
   EXPECT_EQ(SavedStatuses(), (std::vector<uint32_t>{Deleted, Deleted, Deleted, Deleted}));
-  EXPECT_STREQ(settings.accounts[1].connectionName, "home isp") << "the accounts are kept";
+  EXPECT_STREQ(storage_.settings.accounts[1].connectionName, "home isp") << "the accounts are kept";
 }
 
 TEST_F(LogView, DamagedRecordsAreShownAsTheyAre) {
@@ -275,8 +276,8 @@ TEST_F(LogView, DamagedRecordsAreShownAsTheyAre) {
   record.durationSeconds = INT32_MIN;
   AppendToLog(record);
   const uint32_t c = LogSession("", 60, 2, 2002);
-  std::memset(sessionLog.records[c].connectionName, 'z', kRecordNameSize);  // no terminator
-  sessionLog.records[c].status = 7;  // neither Blank nor Deleted: shown
+  std::memset(storage_.sessionLog.records[c].connectionName, 'z', kRecordNameSize);  // no terminator
+  storage_.sessionLog.records[c].status = 7;                                         // neither Blank nor Deleted: shown
   LogListing listing = FillAll();
   ASSERT_EQ(listing.lines.size(), 18u);
   EXPECT_EQ(listing.lines.LineText(0), " Date                     :   99, 0") << "no weekday, no month";
@@ -288,10 +289,10 @@ TEST_F(LogView, DamagedRecordsAreShownAsTheyAre) {
   EXPECT_EQ(listing.lines.LineText(13), " Connection Used :  " + std::string(kRecordNameSize, 'z'));
   EXPECT_EQ(FillAll("ZZZ").count, 0);
   // Only InUse records give names; a 105-byte name is cut to the box's field.
-  sessionLog.records[c].status = InUse;
-  EXPECT_EQ(ConnectionNames("").back(), std::string(kFilterConnectionSize - 1, 'z'));
+  storage_.sessionLog.records[c].status = InUse;
+  EXPECT_EQ(ConnectionNames(storage_, "").back(), std::string(kFilterConnectionSize - 1, 'z'));
   // A count beyond the records read is never followed.
-  sessionLog.count = 1000;
+  storage_.sessionLog.count = 1000;
   EXPECT_EQ(FillAll().count, 3);
 }
 

@@ -1,6 +1,7 @@
 // The monitor: the texts of times and dates, the probe of the dial-up service, the
 // alarm, and the question about connections without account details.
 #include <cstring>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -24,9 +25,8 @@ class TimeText : public ProgramStateTest {};
 
 TEST_F(TimeText, ClocksDatesAndDurations) {
   const auto clock = [](uint8_t use24, uint32_t h, uint32_t m, uint32_t s) {
-    settings.use24HourClock = use24;
     char text[kClockTextSize];
-    FormatClock(text, h, m, s);
+    FormatClock(text, h, m, s, use24 != 0);
     return std::string(text);
   };
   const auto date = [](uint32_t dayOfWeek, uint32_t month, uint32_t day, uint32_t year) {
@@ -57,8 +57,8 @@ TEST_F(TimeText, ClocksDatesAndDurations) {
 class Probe : public ProgramStateTest {};
 
 TEST_F(Probe, EachPollTickAsksTheServiceOnceAndTheSessionFollowsItsAnswer) {
-  ASSERT_TRUE(CreateSettings(SettingsPath()));
-  ASSERT_TRUE(CreateEmptyLog(LogFilePath().c_str()));
+  ASSERT_TRUE(storage_.CreateSettings(SettingsPath()));
+  ASSERT_TRUE(storage_.CreateEmptyLog(LogFilePath().c_str()));
   // The service at a tick of timer 2; after it, whether a session is open, and the on-line
   // flag, which only a connection listed as disconnected clears.
   const struct {
@@ -101,8 +101,8 @@ class Alarm : public ProgramStateTest {
     events.clear();
     shell_ = &recorder_;
     recorder_.test = this;
-    ApplyDefaultSettings();  // every 1 h 0 min, or once after 2 h 30 min
-    settings.alarmOn = 1;
+    storage_.ApplyDefaultSettings();  // every 1 h 0 min, or once after 2 h 30 min
+    storage_.settings.alarmOn = 1;
   }
   void Fire() { RunTimer(&Monitor::OnAlarmTimer); }
   struct Recorder : MonitorShell {
@@ -133,11 +133,12 @@ TEST_F(Alarm, PeriodFromTheFieldsOfTheModeNeverATightLoop) {
               {.mode = 0, .hours = 1, .minutes = 0, .period = kDefault}};
   for (const auto& row : rows) {
     SCOPED_TRACE(std::to_string(row.mode) + " " + std::to_string(row.hours) + ":" + std::to_string(row.minutes));
-    ApplyDefaultSettings();
-    settings.alarmMode = row.mode;
-    (row.mode == kAlarmOnceAtEnd ? settings.alarmOnceHours : settings.alarmRepeatHours) = row.hours;
-    (row.mode == kAlarmOnceAtEnd ? settings.alarmOnceMinutes : settings.alarmRepeatMinutes) = row.minutes;
-    Monitor monitor;
+    storage_.ApplyDefaultSettings();
+    storage_.settings.alarmMode = row.mode;
+    (row.mode == kAlarmOnceAtEnd ? storage_.settings.alarmOnceHours : storage_.settings.alarmRepeatHours) = row.hours;
+    (row.mode == kAlarmOnceAtEnd ? storage_.settings.alarmOnceMinutes : storage_.settings.alarmRepeatMinutes) =
+        row.minutes;
+    Monitor monitor(storage_);
     monitor.Alarm().OneShotFired = 1;
     EXPECT_EQ(monitor.AlarmPeriodMs(), row.period * 60000);
     EXPECT_EQ(monitor.Alarm().OneShotFired, row.mode == kAlarmEveryInterval ? 0 : 1) << "cleared by a repeating period";
@@ -171,11 +172,11 @@ TEST_F(Alarm, WhatEachFiringGives) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
     events.clear();
-    monitor_ = Monitor{};
+    monitor_ = Monitor{storage_};
     recorder_.firedInside = false;
-    settings.alarmMode = row.mode;
-    settings.alarmAction = row.action;
-    settings.alarmOn = static_cast<uint8_t>(row.alarmOn);
+    storage_.settings.alarmMode = row.mode;
+    storage_.settings.alarmAction = row.action;
+    storage_.settings.alarmOn = static_cast<uint8_t>(row.alarmOn);
     ras_.state = row.onLine ? State::Connected : State::None;
     monitor_.PollNow();
     for (int i = 0; i < row.timerFirings; ++i) Fire();
@@ -203,26 +204,28 @@ TEST_F(Alarm, PageClampsTimesAndMapsUnknownStoredValuesToTheDefaults) {
     return std::vector<int>{static_cast<int>(alarmState.AlarmOnState), alarmState.AlarmModeState,
                             alarmState.AlarmActionState};
   };
-  settings.alarmOn = 3;
-  settings.alarmMode = kAlarmOnceAtEnd;
-  settings.alarmAction = kAlarmBoxOnly;
-  LoadAlarmPageState();
+  storage_.settings.alarmOn = 3;
+  storage_.settings.alarmMode = kAlarmOnceAtEnd;
+  storage_.settings.alarmAction = kAlarmBoxOnly;
+  LoadAlarmPageState(storage_.settings);
   EXPECT_EQ(page(), (std::vector<int>{1, kAlarmOnceAtEnd, kAlarmBoxOnly}));
-  settings.alarmOn = settings.alarmMode = settings.alarmAction = 0;
-  LoadAlarmPageState();
+  storage_.settings.alarmOn = storage_.settings.alarmMode = storage_.settings.alarmAction = 0;
+  LoadAlarmPageState(storage_.settings);
   EXPECT_EQ(page(), (std::vector<int>{0, kAlarmEveryInterval, kAlarmBoxAndSound}));
-  StoreAlarmPage(0, 0, 300, 99);
-  EXPECT_EQ(std::vector<int>({settings.alarmOn, settings.alarmMode, settings.alarmAction, settings.alarmRepeatMinutes,
-                              settings.alarmOnceHours, settings.alarmOnceMinutes}),
+  StoreAlarmPage(storage_.settings, 0, 0, 300, 99);
+  EXPECT_EQ(std::vector<int>({storage_.settings.alarmOn, storage_.settings.alarmMode, storage_.settings.alarmAction,
+                              storage_.settings.alarmRepeatMinutes, storage_.settings.alarmOnceHours,
+                              storage_.settings.alarmOnceMinutes}),
             (std::vector<int>{0, kAlarmEveryInterval, kAlarmBoxAndSound, 5, 24, 59}));
 }
 
 // --- Connections without account details ------------------------------------
 
 int dialogsThatSave = 0;          // the next account dialogs that save their account
-void (*underDialog)() = nullptr;  // what happens while a dialog is open
+std::function<void()> underDialog;  // what happens while a dialog is open
 
 struct AskingShell : MonitorShell {
+  Storage* store = nullptr;  // the test's
   void ShowConfigureNotice(const char* text, const char* caption) override {
     events.push_back(std::string("notice[") + caption + "]" + text);
   }
@@ -236,7 +239,7 @@ struct AskingShell : MonitorShell {
     if (underDialog) underDialog();
     if (dialogsThatSave == 0) return 0;
     --dialogsThatSave;
-    settings.accounts[AccountIndexByName(unconfiguredState.ConnectionToConfigure)].configured = 1;
+    store->settings.accounts[store->AccountIndexByName(unconfiguredState.ConnectionToConfigure)].configured = 1;
     return 1;
   }
 } asking;
@@ -248,14 +251,16 @@ class Unconfigured : public ProgramStateTest {
     events.clear();
     dialogsThatSave = 0;
     underDialog = nullptr;
-    ASSERT_TRUE(CreateSettings(SettingsPath()));
+    asking.store = &storage_;
+    ASSERT_TRUE(storage_.CreateSettings(SettingsPath()));
   }
 
-  static void Log(const std::string& name, uint8_t status = InUse) { LogSession(name.c_str(), 60, 1, 2002, status); }
+  void Log(const std::string& name, uint8_t status = InUse) { LogSession(name.c_str(), 60, 1, 2002, status); }
 
-  static std::vector<std::string> Names() {
+  std::vector<std::string> Names() {
     std::vector<std::string> names;
-    for (const AccountRecord& a : settings.accounts) if (a.connectionName[0] != '\0') names.push_back(a.connectionName);
+    for (const AccountRecord& a : storage_.settings.accounts)
+      if (a.connectionName[0] != '\0') names.push_back(a.connectionName);
     return names;
   }
 
@@ -305,15 +310,15 @@ TEST_F(Unconfigured, WhichConnectionsAreAskedAbout) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
-    sessionLog = SessionLog{};
-    std::memset(settings.accounts, 0, sizeof settings.accounts);
+    storage_.sessionLog = SessionLog{};
+    std::memset(storage_.settings.accounts, 0, sizeof storage_.settings.accounts);
     events.clear();
     for (const auto& [name, status] : row.log) Log(name, status);
     for (std::size_t k = 0; k < row.entries.size(); ++k) {
-      std::strcpy(settings.accounts[k].connectionName, row.entries[k].first.c_str());
-      settings.accounts[k].configured = row.entries[k].second;
+      std::strcpy(storage_.settings.accounts[k].connectionName, row.entries[k].first.c_str());
+      storage_.settings.accounts[k].configured = row.entries[k].second;
     }
-    EXPECT_TRUE(CheckUnconfiguredConnections(asking));
+    EXPECT_TRUE(CheckUnconfiguredConnections(storage_, asking));
     EXPECT_EQ(Names(), row.names);
     EXPECT_EQ(events, Asked(row.asked));
   }
@@ -324,14 +329,14 @@ TEST_F(Unconfigured, AskedAgainUntilSetUp) {
   Log("Home ISP");
   Log("Office");
   dialogsThatSave = 1;
-  CheckUnconfiguredConnections(asking);
+  CheckUnconfiguredConnections(storage_, asking);
   std::vector<std::string> expected = Asked({"Home ISP", "Office"});
   expected.erase(expected.begin() + 2);  // the first dialog saved its account: no box after it
   EXPECT_EQ(events, expected);
   EXPECT_STREQ(unconfiguredState.ConnectionToConfigure, "Office") << "kept when the dialog did not save";
   events.clear();
   dialogsThatSave = 1;
-  CheckUnconfiguredConnections(asking);
+  CheckUnconfiguredConnections(storage_, asking);
   EXPECT_EQ(events, std::vector<std::string>(expected.begin() + 2, expected.end() - 1)) << "Office asked again";
   EXPECT_STREQ(unconfiguredState.ConnectionToConfigure, "") << "emptied after a saved account";
 
@@ -339,11 +344,11 @@ TEST_F(Unconfigured, AskedAgainUntilSetUp) {
 
 TEST_F(Unconfigured, ACheckDuringAQuestionOnlyAddsNamesAndSaves) {
   Log("Home ISP");
-  underDialog = [] {
+  underDialog = [this] {
     Log("Office");  // a session ends under the dialog and records a new connection
-    if (events.size() < 4) CheckUnconfiguredConnections(asking);
+    if (events.size() < 4) CheckUnconfiguredConnections(storage_, asking);
   };
-  CheckUnconfiguredConnections(asking);
+  CheckUnconfiguredConnections(storage_, asking);
   EXPECT_EQ(Names(), (std::vector<std::string>{"Home ISP", "Office"}));
   EXPECT_EQ(events, Asked({"Home ISP", "Office"})) << "the outer check reaches the new entry; the inner asks nothing";
 }

@@ -30,8 +30,8 @@ class Session : public ProgramStateTest {
     ProgramStateTest::SetUp();
     events.clear();
     shell_ = &recorder_;
-    ASSERT_TRUE(CreateSettings(SettingsPath()));
-    ASSERT_TRUE(CreateEmptyLog(LogFilePath().c_str()));
+    ASSERT_TRUE(storage_.CreateSettings(SettingsPath()));
+    ASSERT_TRUE(storage_.CreateEmptyLog(LogFilePath().c_str()));
   }
 
   void OnSessionChange(SessionChange change) override {
@@ -46,22 +46,22 @@ class Session : public ProgramStateTest {
 
   // Simulates a new process: everything in memory is lost, the files stay.
   void Restart() {
-    std::memset(&settings, 0, sizeof settings);
-    sessionLog = SessionLog{};
-    monitor_ = Monitor{};
-    ASSERT_TRUE(LoadSettings(SettingsPath()));
-    ASSERT_TRUE(LoadLog(LogFilePath().c_str()));
+    std::memset(&storage_.settings, 0, sizeof storage_.settings);
+    storage_.sessionLog = SessionLog{};
+    monitor_ = Monitor{storage_};
+    ASSERT_TRUE(storage_.LoadSettings(SettingsPath()));
+    ASSERT_TRUE(storage_.LoadLog(LogFilePath().c_str()));
   }
 
   // A new process on fresh files at the fake clock's first moment, then on-line.
   void ConnectAfresh() {
-    sessionLog = SessionLog{};
-    monitor_ = Monitor{};
+    storage_.sessionLog = SessionLog{};
+    monitor_ = Monitor{storage_};
     clock_ = FakeClock{};
     clock_.now.day = 31;  // Thursday 31 January: the last day a checkpoint can carry
     clock_.now.dayOfWeek = 4;
-    CreateSettings(SettingsPath());
-    CreateEmptyLog(LogFilePath().c_str());
+    storage_.CreateSettings(SettingsPath());
+    storage_.CreateEmptyLog(LogFilePath().c_str());
     ras_.Connect("Home ISP");
     Tick();
   }
@@ -75,7 +75,7 @@ TEST_F(Session, ConnectThenDisconnectRecordsOneSession) {
   ras_.Connect("Home ISP");
   Tick();
   EXPECT_EQ(MarkerOnDisk(), 218) << "the file says a session is open";
-  settings.use24HourClock = 1;
+  storage_.settings.use24HourClock = 1;
   EXPECT_STREQ(monitor_.ClockText(), "23 : 59 : 00   ");
   EXPECT_STREQ(monitor_.LogOnText(), "11 : 59 : 00  PM") << "the log-on text keeps the form it was made in";
 
@@ -87,10 +87,10 @@ TEST_F(Session, ConnectThenDisconnectRecordsOneSession) {
   // Both files are on disk with the session and the main dialog's summary of it.
   EXPECT_EQ(MarkerOnDisk(), 219);
   Restart();
-  EXPECT_EQ(Fields(sessionLog.records[0]), "1 Home ISP 125s 2/1/8/2002 23:59:0-0:1:5");
-  const PreviousSession& previous = settings.previousSession;
-  EXPECT_EQ(std::vector<uint32_t>({settings.previousSessionValid, previous.durationSeconds, previous.logOn.hour,
-                                   previous.logOff.second}),
+  EXPECT_EQ(Fields(storage_.sessionLog.records[0]), "1 Home ISP 125s 2/1/8/2002 23:59:0-0:1:5");
+  const PreviousSession& previous = storage_.settings.previousSession;
+  EXPECT_EQ(std::vector<uint32_t>({storage_.settings.previousSessionValid, previous.durationSeconds,
+                                   previous.logOn.hour, previous.logOff.second}),
             std::vector<uint32_t>({1, 125, 23, 5}));
   EXPECT_STREQ(previous.connectionName, "Home ISP");
 }
@@ -98,15 +98,15 @@ TEST_F(Session, ConnectThenDisconnectRecordsOneSession) {
 TEST_F(Session, ADamagedCheckpointIsRepairedAndToldOrNotRecorded) {
   const struct {
     const char* damage;
-    void (*apply)();
+    void (*apply)(Settings&);
     int32_t recorded;  // 0: nothing recorded
   } rows[] = {
-      {.damage = "elapsed -1", .apply = [] { settings.checkpointElapsed = 0xFFFFFFFFu; }, .recorded = 540},
-      {.damage = "elapsed past now", .apply = [] { settings.checkpointElapsed = 3 * 86400; }, .recorded = 540},
-      {.damage = "no name", .apply = [] { settings.checkpointName[0] = '\0'; }, .recorded = 0},
-      {.damage = "no date", .apply = [] { settings.checkpointMonth = 0; }, .recorded = 0},
-      {.damage = "log-on hour 24", .apply = [] { settings.checkpointLogOn.hour = 24; }, .recorded = 0},
-      {.damage = "log-on minute 60", .apply = [] { settings.checkpointLogOn.minute = 60; }, .recorded = 0},
+      {.damage = "elapsed -1", .apply = [](Settings& s) { s.checkpointElapsed = 0xFFFFFFFFu; }, .recorded = 540},
+      {.damage = "elapsed past now", .apply = [](Settings& s) { s.checkpointElapsed = 3 * 86400; }, .recorded = 540},
+      {.damage = "no name", .apply = [](Settings& s) { s.checkpointName[0] = '\0'; }, .recorded = 0},
+      {.damage = "no date", .apply = [](Settings& s) { s.checkpointMonth = 0; }, .recorded = 0},
+      {.damage = "log-on hour 24", .apply = [](Settings& s) { s.checkpointLogOn.hour = 24; }, .recorded = 0},
+      {.damage = "log-on minute 60", .apply = [](Settings& s) { s.checkpointLogOn.minute = 60; }, .recorded = 0},
   };
   const std::vector<std::string> told = {"The session of Home ISP that was open when Orvalen stopped had a damaged "
                                          "length.\nIt is recorded with the length its log-on and log-off times give."};
@@ -119,19 +119,19 @@ TEST_F(Session, ADamagedCheckpointIsRepairedAndToldOrNotRecorded) {
     RunOnline(600);  // the last checkpoint: 540 s, at 10:09:00
     events.clear();
     Restart();
-    row.apply();
+    row.apply(storage_.settings);
     monitor_.RecoverInterruptedSession();
     monitor_.ShowPendingNotices(toldShell);
-    EXPECT_EQ(settings.sessionOpenMarker, 219);
-    EXPECT_EQ(IsLogEmpty(), row.recorded == 0);
-    EXPECT_EQ(sessionLog.records[0].durationSeconds, row.recorded) << "from its log-on and checkpoint times";
+    EXPECT_EQ(storage_.settings.sessionOpenMarker, 219);
+    EXPECT_EQ(storage_.IsLogEmpty(), row.recorded == 0);
+    EXPECT_EQ(storage_.sessionLog.records[0].durationSeconds, row.recorded) << "from its log-on and checkpoint times";
     EXPECT_EQ(events, row.recorded == 0 ? std::vector<std::string>{} : told);
   }
 }
 
 TEST_F(Session, OutOfSpaceIsReportedOnceAndTheNextSessionWorks) {
-  for (SessionRecord& record : sessionLog.records) record.status = InUse;
-  logState.LogRecordLimit = 2;
+  for (SessionRecord& record : storage_.sessionLog.records) record.status = InUse;
+  storage_.logRecordLimit = 2;
   ras_.Connect("Home ISP");
   Tick();
   RunOnline(200);
@@ -140,11 +140,11 @@ TEST_F(Session, OutOfSpaceIsReportedOnceAndTheNextSessionWorks) {
   Tick();
   EXPECT_EQ(events, (std::vector<std::string>{"start timers", "stop timers", "out of space"}));
   EXPECT_EQ(MarkerOnDisk(), 218) << "the next start records it from its checkpoint";
-  settings.sessionOpenMarker = 218;
+  storage_.settings.sessionOpenMarker = 218;
   monitor_.RecoverInterruptedSession();
-  EXPECT_EQ(settings.sessionOpenMarker, 218) << "a recovery without room keeps the marker too";
+  EXPECT_EQ(storage_.settings.sessionOpenMarker, 218) << "a recovery without room keeps the marker too";
 
-  logState.LogRecordLimit = kMaxLogRecords;
+  storage_.logRecordLimit = kMaxLogRecords;
   ras_.Connect("Home ISP");
   Tick();
   EXPECT_EQ(monitor_.Session().SessionOpen, 1u);

@@ -247,13 +247,13 @@ class Sim {
   // After a start: what the program has now against what happened.
   void CheckStart() {
     if (disk_.dead) return;
-    const bool configRead = !FileHeld(kConfigurationFile);
-    if (configRead && values_.count(settings.alarmRepeatHours) == 0) {
-      Violation("a setting reported saved is lost: " + std::to_string(settings.alarmRepeatHours));
+    const bool configRead = !storage_.holds.Held(kConfigurationFile);
+    if (configRead && values_.count(storage_.settings.alarmRepeatHours) == 0) {
+      Violation("a setting reported saved is lost: " + std::to_string(storage_.settings.alarmRepeatHours));
     }
-    if (FileHeld(kLogFile)) return;
+    if (storage_.holds.Held(kLogFile)) return;
     std::vector<int> seen(truths_.size());
-    for (const SessionRecord& r : sessionLog.records) {
+    for (const SessionRecord& r : storage_.sessionLog.records) {
       if (r.status != InUse) continue;
       const int i = Match(r, false, &seen);
       if (i < 0) {
@@ -330,7 +330,7 @@ class Sim {
   void Start() {
     disk_.dead = ended_ = polling_ = timersOn_ = down_ = false;
     committed_.clear();
-    ResetStorageState();
+    storage_ = Storage{};
     ResetMonitorState();
     ResetLogViewState();
     disk_.Use();
@@ -342,13 +342,13 @@ class Sim {
     settingsPath_ = SettingsPath();
     logPath_ = LogFilePath();
     reportPath_ = ReportFilePath();
-    monitor_ = Monitor{};
-    InitialiseStorage(nullptr);
+    monitor_ = Monitor{storage_};
+    storage_.InitialiseStorage(nullptr);
     monitor_.RecoverInterruptedSession();
     monitor_.ShowPendingNotices(shell_);  // before the poll starts: nothing runs meanwhile
     CheckStart();
     polling_ = true;
-    CheckUnconfiguredConnections(shell_);
+    CheckUnconfiguredConnections(storage_, shell_);
     monitor_.ShowPendingNotices(shell_);
   }
 
@@ -394,14 +394,16 @@ class Sim {
         return;
       case 'x':
       case 'e':
-        if (op == 'x') DeleteConnectionEntries(name);
-        else ClearEntireLog();
+        if (op == 'x')
+          DeleteConnectionEntries(storage_, name);
+        else
+          ClearEntireLog(storage_);
         for (Truth& t : truths_) t.deleted = t.deleted || (!t.open && (op == 'e' || t.name == name));
         return monitor_.ShowPendingNotices(shell_);
       case 's': {  // the settings sheet's OK
         const int value = 2 + static_cast<int>(next_ % 100);
-        settings.alarmRepeatHours = static_cast<int8_t>(value);
-        if (SaveSettings() && !disk_.dead) values_.clear();
+        storage_.settings.alarmRepeatHours = static_cast<int8_t>(value);
+        if (storage_.SaveSettings() && !disk_.dead) values_.clear();
         values_.insert(value);
         return monitor_.ShowPendingNotices(shell_);
       }
@@ -419,7 +421,7 @@ class Sim {
       case 'z':
         CloseTruth();  // the session ends now, recorded as it stands
         Follow(monitor_.Shutdown(ShutdownMode::kQuiet));
-        if (Notice kept; TakeNotice(&kept)) Violation("a notice kept that would hold the shutdown up");
+        if (Notice kept; storage_.notices.Take(&kept)) Violation("a notice kept that would hold the shutdown up");
         [[fallthrough]];
       case 'q':
         ended_ = true;
@@ -450,7 +452,8 @@ class Sim {
   std::size_t next_ = 0;
   FakeClock clock_;
   ScriptedRas ras_;
-  Monitor monitor_;
+  Storage storage_;
+  Monitor monitor_{storage_};
   // Every box the program shows runs a few of the next steps, as its message loop does.
   struct : MonitorShell {
     void ShowOutOfSpace() override { sim->Box(); }
@@ -458,7 +461,7 @@ class Sim {
     void ShowConfigureNotice(const char*, const char*) override { sim->Box(); }
     void ShowNotSetUp(const char*, const char*) override { sim->Box(); }
     intptr_t RunAccountDialog() override { return sim->Box(), 0; }
-    void CheckAccounts() override { CheckUnconfiguredConnections(*this); }
+    void CheckAccounts() override { CheckUnconfiguredConnections(sim->storage_, *this); }
   } shell_;
   SimulatedDisk disk_;
   uint64_t stepsRun_ = 0, faults_ = 0, kills_ = 0;  // besides the disk's own

@@ -27,30 +27,30 @@ class Startup : public ProgramStateTest {
     ProgramStateTest::SetUp();
     events.clear();
     currentDirectory = ProgramFolder();
-    startupHooks.showWelcome = [](void*) { events.push_back("welcome"); };
-    startupHooks.showAlert = [](void*, const char* text, const char* caption) {
+    storage_.startupHooks.showWelcome = [](void*) { events.push_back("welcome"); };
+    storage_.startupHooks.showAlert = [](void*, const char* text, const char* caption) {
       events.push_back(std::string("alert: ") + text + " | " + caption);
     };
-    startupHooks.createProgramFolder = [] { events.push_back("create folder"); };
-    startupHooks.installFiles = [] { events.push_back("copy files"); };
-    startupHooks.createShortcuts = [] { events.push_back("shortcuts"); };
-    startupHooks.setAutoStart = [](bool on) { events.push_back(on ? "autostart on" : "autostart off"); };
-    startupHooks.currentDirectory = [] { return currentDirectory; };
-    installHooks.markFirstRun = [] { events.push_back("mark first run"); };
+    storage_.startupHooks.createProgramFolder = [] { events.push_back("create folder"); };
+    storage_.startupHooks.installFiles = [] { events.push_back("copy files"); };
+    storage_.startupHooks.createShortcuts = [] { events.push_back("shortcuts"); };
+    storage_.startupHooks.setAutoStart = [](bool on) { events.push_back(on ? "autostart on" : "autostart off"); };
+    storage_.startupHooks.currentDirectory = [] { return currentDirectory; };
+    storage_.installHooks.markFirstRun = [] { events.push_back("mark first run"); };
   }
 
   // A configuration that has recorded a session unless told otherwise.
   void WriteConfiguration(const char* marker, uint32_t runAtStartup = 1, uint32_t previousSessionValid = 1) {
-    const Settings inMemory = settings;
-    std::memset(&settings, 0, sizeof settings);
-    ApplyDefaultSettings();
-    std::strcpy(settings.formatMarker, marker);
-    std::strcpy(settings.currencyName, "DM");
-    settings.runAtStartup = runAtStartup;
-    settings.previousSessionValid = previousSessionValid;
-    const auto* bytes = reinterpret_cast<const uint8_t*>(&settings);
-    WriteBytes(SettingsPath(), std::vector<uint8_t>(bytes, bytes + sizeof settings));
-    settings = inMemory;
+    const Settings inMemory = storage_.settings;
+    std::memset(&storage_.settings, 0, sizeof storage_.settings);
+    storage_.ApplyDefaultSettings();
+    std::strcpy(storage_.settings.formatMarker, marker);
+    std::strcpy(storage_.settings.currencyName, "DM");
+    storage_.settings.runAtStartup = runAtStartup;
+    storage_.settings.previousSessionValid = previousSessionValid;
+    const auto* bytes = reinterpret_cast<const uint8_t*>(&storage_.settings);
+    WriteBytes(SettingsPath(), std::vector<uint8_t>(bytes, bytes + sizeof storage_.settings));
+    storage_.settings = inMemory;
   }
 
   // A current log holding one InUse record per name, then a Blank one; memory
@@ -71,9 +71,9 @@ class Startup : public ProgramStateTest {
     WriteBytes(LegacyLogPath(), RecordBytes(table));
   }
 
-  static Texts LoadedNames() {
+  Texts LoadedNames() {
     Texts names;
-    for (const SessionRecord& record : sessionLog.records) {
+    for (const SessionRecord& record : storage_.sessionLog.records) {
       names.push_back(record.status == InUse ? std::string(record.connectionName) : std::string("<blank>"));
     }
     return names;
@@ -147,7 +147,7 @@ TEST_F(Startup, DecisionTable) {
     std::filesystem::remove(LogFilePath());
     std::filesystem::remove(LegacyLogPath());
     events.clear();
-    startupHooks.currentDirectory = [] { return currentDirectory; };
+    storage_.startupHooks.currentDirectory = [] { return currentDirectory; };
     if (row.marker != nullptr) {
       WriteConfiguration(row.marker, row.runAtStartup, row.previousSessionValid);
       // A short file proves the block is written back: it comes out full length.
@@ -165,9 +165,9 @@ TEST_F(Startup, DecisionTable) {
                      [](unsigned char c) { return std::toupper(c); });
     }
     if (row.folder == FromElsewhere) currentDirectory = "/media/cdrom";
-    if (row.folder == FromNowhere) startupHooks.currentDirectory = nullptr;
+    if (row.folder == FromNowhere) storage_.startupHooks.currentDirectory = nullptr;
 
-    EXPECT_TRUE(InitialiseStorage(&owner_));
+    EXPECT_TRUE(storage_.InitialiseStorage(&owner_));
     EXPECT_EQ(events, *row.events);
     EXPECT_EQ(LoadedNames(), row.loaded);
     const std::vector<uint8_t> config = ReadBytes(SettingsPath());
@@ -176,7 +176,7 @@ TEST_F(Startup, DecisionTable) {
     EXPECT_EQ(U32At(config, 60), row.runAtStartup) << "run at startup is kept";
     EXPECT_EQ(config.at(134), 219);
     if (row.marker != nullptr && *row.marker != '\0') {
-      EXPECT_STREQ(settings.currencyName, "DM") << "the rest of the configuration is kept";
+      EXPECT_STREQ(storage_.settings.currencyName, "DM") << "the rest of the configuration is kept";
     }
     EXPECT_EQ(ReadBytes(LegacyLogPath()), legacyBefore) << "never written";
     if (row.logSize != 0) {
@@ -218,12 +218,13 @@ TEST_F(Startup, AnUnreadableFileIsToldOnceLeftAloneAndMergedWhenReadable) {
     std::filesystem::remove(path);
     std::filesystem::create_directory(path);
 
-    EXPECT_EQ(InitialiseStorage(&owner_), row.started);
-    const uint32_t slot = FindFreeSlot();
-    SetRecordStatus(slot, InUse);
-    SetRecordName(slot, "Run");
-    EXPECT_EQ(SaveLog(LogFilePath().c_str()), path == SettingsPath()) << "nothing saved while the log cannot be read";
-    (void)SaveSettings();
+    EXPECT_EQ(storage_.InitialiseStorage(&owner_), row.started);
+    const uint32_t slot = storage_.FindFreeSlot();
+    storage_.SetRecordStatus(slot, InUse);
+    storage_.SetRecordName(slot, "Run");
+    EXPECT_EQ(storage_.SaveLog(LogFilePath().c_str()), path == SettingsPath())
+        << "nothing saved while the log cannot be read";
+    (void)storage_.SaveSettings();
     monitor_.ShowPendingNotices(problems_);
     const auto told = std::count_if(events.begin(), events.end(), [](const std::string& event) {
       return event.rfind("problem: ", 0) == 0 || event.rfind("alert: ", 0) == 0;
@@ -237,12 +238,12 @@ TEST_F(Startup, AnUnreadableFileIsToldOnceLeftAloneAndMergedWhenReadable) {
     if (path == LogFilePath()) WriteCurrentLog({"Home ISP"});
     if (path == LegacyLogPath()) WriteLegacyLog({0});
     if (path == SettingsPath()) WriteConfiguration(row.marker);
-    ASSERT_TRUE(SaveLog(LogFilePath().c_str()));
-    EXPECT_FALSE(FileHeld(kLogFile)) << "the hold ends";
+    ASSERT_TRUE(storage_.SaveLog(LogFilePath().c_str()));
+    EXPECT_FALSE(storage_.holds.Held(kLogFile)) << "the hold ends";
     EXPECT_EQ(LoadedNames(), row.afterSave);
-    EXPECT_EQ(std::string(settings.formatMarker), "orvalen_v015");
-    EXPECT_EQ(SaveSettings(), path != SettingsPath()) << "a configuration is read again at the next start";
-    EXPECT_TRUE(InitialiseStorage(&owner_));
+    EXPECT_EQ(std::string(storage_.settings.formatMarker), "orvalen_v015");
+    EXPECT_EQ(storage_.SaveSettings(), path != SettingsPath()) << "a configuration is read again at the next start";
+    EXPECT_TRUE(storage_.InitialiseStorage(&owner_));
     EXPECT_EQ(LoadedNames(), row.afterSave);
   }
 }
@@ -251,25 +252,25 @@ TEST_F(Startup, AnUnreadableFileIsToldOnceLeftAloneAndMergedWhenReadable) {
 TEST_F(Startup, AFailedSaveIsToldOnceUntilASaveSucceeds) {
   WriteConfiguration("orvalen_v015");
   WriteCurrentLog({"Home ISP"});
-  ASSERT_TRUE(InitialiseStorage(&owner_));
+  ASSERT_TRUE(storage_.InitialiseStorage(&owner_));
   const auto fullDisk = [](std::FILE*) {
     errno = ENOSPC;
     return false;
   };
   platformState.fileCalls.commit = fullDisk;
   AppendToLog(UsedRecord("Run", 60));
-  EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
-  EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
-  EXPECT_FALSE(SaveSettings());
+  EXPECT_FALSE(storage_.SaveLog(LogFilePath().c_str()));
+  EXPECT_FALSE(storage_.SaveLog(LogFilePath().c_str()));
+  EXPECT_FALSE(storage_.SaveSettings());
   monitor_.ShowPendingNotices(problems_);
   const std::string told = "problem: Orvalen could not save " + LogFilePath() + " (";
   ASSERT_EQ(events.size(), 2u) << "once for each file";
   EXPECT_EQ(events[0].rfind(told, 0), 0u) << events[0];
   platformState.fileCalls.commit = nullptr;
-  EXPECT_TRUE(SaveLog(LogFilePath().c_str()));
+  EXPECT_TRUE(storage_.SaveLog(LogFilePath().c_str()));
   platformState.fileCalls.commit = fullDisk;
   AppendToLog(UsedRecord("Run", 60));
-  EXPECT_FALSE(SaveLog(LogFilePath().c_str()));
+  EXPECT_FALSE(storage_.SaveLog(LogFilePath().c_str()));
   platformState.fileCalls.commit = nullptr;
   monitor_.ShowPendingNotices(problems_);
   EXPECT_EQ(events.size(), 3u) << "a new run of failures is told again";

@@ -19,16 +19,16 @@ std::vector<int> calls;
 
 TEST_F(SettingsFile, FirstRunWritesTheDefaultBytesAfterMarkingAndInstalling) {
   calls.clear();
-  installHooks.markFirstRun = [] { calls.push_back(1); };
-  installHooks.installProgram = [] {
+  storage_.installHooks.markFirstRun = [] { calls.push_back(1); };
+  storage_.installHooks.installProgram = [](Storage& store) {
     calls.push_back(2);
-    EXPECT_EQ(settings.sessionOpenMarker, 219) << "defaults come before the install";
+    EXPECT_EQ(store.settings.sessionOpenMarker, 219) << "defaults come before the install";
   };
-  EXPECT_FALSE(CreateSettings(Path("no-such-folder/Orvaconfig.bic").c_str()));
+  EXPECT_FALSE(storage_.CreateSettings(Path("no-such-folder/Orvaconfig.bic").c_str()));
   EXPECT_TRUE(calls.empty()) << "nothing is done in a missing folder";
-  EXPECT_FALSE(LoadSettings(SettingsPath()));
+  EXPECT_FALSE(storage_.LoadSettings(SettingsPath()));
   EXPECT_FALSE(Exists(SettingsPath())) << "a load only reads";
-  ASSERT_TRUE(CreateSettings(SettingsPath()));
+  ASSERT_TRUE(storage_.CreateSettings(SettingsPath()));
   EXPECT_EQ(calls, (std::vector<int>{1, 2}));
   // The marker, 1.0f at 20, the bytes set by default; everything else is zero.
   std::vector<uint8_t> expected(6352, 0);
@@ -40,7 +40,7 @@ TEST_F(SettingsFile, FirstRunWritesTheDefaultBytesAfterMarkingAndInstalling) {
   // A longer file (a later release's) keeps its bytes past the block.
   expected.push_back(7);
   WriteBytes(SettingsPath(), expected);
-  ASSERT_TRUE(SaveSettings());
+  ASSERT_TRUE(storage_.SaveSettings());
   EXPECT_EQ(ReadBytes(SettingsPath()), expected);
 }
 
@@ -54,9 +54,9 @@ TEST_F(SettingsFile, AnUnchangedLogIsNotWrittenAgain) {
     return std::fopen(path, mode);
   };
   LogSession("a", 1);
-  for (int i = 0; i < 2; ++i) EXPECT_TRUE(SaveLog(LogFilePath().c_str()) && SaveSettings());
+  for (int i = 0; i < 2; ++i) EXPECT_TRUE(storage_.SaveLog(LogFilePath().c_str()) && storage_.SaveSettings());
   EXPECT_EQ(writes, 3);
-  EXPECT_TRUE(SaveLog(Path("other.ovb").c_str()));
+  EXPECT_TRUE(storage_.SaveLog(Path("other.ovb").c_str()));
   EXPECT_EQ(writes, 4) << "another file is written";
 }
 
@@ -64,10 +64,10 @@ class LogFile : public ProgramStateTest {
  protected:
   // A current-format file image with the given count and records.
   // Records one session the way the recorder does.
-  static uint32_t Record(const char* name) {
-    const uint32_t slot = FindFreeSlot();
-    sessionLog.records[slot].status = InUse;
-    SetRecordName(slot, name);
+  uint32_t Record(const char* name) {
+    const uint32_t slot = storage_.FindFreeSlot();
+    storage_.sessionLog.records[slot].status = InUse;
+    storage_.SetRecordName(slot, name);
     return slot;
   }
 };
@@ -78,15 +78,15 @@ TEST_F(LogFile, DeletedRecordIsReusedBeforeABlankOneAndKeepsItsOldTail) {
   AppendToLog(SessionRecord{});
   AppendToLog(SessionRecord{});
   EXPECT_EQ(Record("xy"), 1u);
-  EXPECT_EQ(sessionLog.records[1].connectionName[3], 'u') << "bytes behind the new name stay";
-  EXPECT_EQ(sessionLog.records[1].durationSeconds, 2);
-  EXPECT_STREQ(RecordName(1), "xy");
-  EXPECT_EQ(RecordName(2), nullptr) << "only records in use have a name";
-  EXPECT_EQ(RecordName(4), nullptr);
+  EXPECT_EQ(storage_.sessionLog.records[1].connectionName[3], 'u') << "bytes behind the new name stay";
+  EXPECT_EQ(storage_.sessionLog.records[1].durationSeconds, 2);
+  EXPECT_STREQ(storage_.RecordName(1), "xy");
+  EXPECT_EQ(storage_.RecordName(2), nullptr) << "only records in use have a name";
+  EXPECT_EQ(storage_.RecordName(4), nullptr);
   // Names are cut at 104 characters, inside their record.
   EXPECT_EQ(Record(std::string(300, 'L').c_str()), 2u);
-  EXPECT_EQ(std::strlen(sessionLog.records[2].connectionName), 104u);
-  EXPECT_EQ(sessionLog.records[3].status, Blank) << "next record untouched";
+  EXPECT_EQ(std::strlen(storage_.sessionLog.records[2].connectionName), 104u);
+  EXPECT_EQ(storage_.sessionLog.records[3].status, Blank) << "next record untouched";
 }
 
 // What each kind of file on disk loads as: the count, and the status of each record.
@@ -116,29 +116,29 @@ TEST_F(LogFile, LoaderTable) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
     WriteBytes(LogFilePath(), row.bytes);
-    sessionLog = SessionLog{};
-    ASSERT_TRUE(LoadLog(LogFilePath().c_str()));
+    storage_.sessionLog = SessionLog{};
+    ASSERT_TRUE(storage_.LoadLog(LogFilePath().c_str()));
     std::string statuses;
-    for (const SessionRecord& record : sessionLog.records) statuses += record.status == InUse ? 'U' : 'B';
+    for (const SessionRecord& record : storage_.sessionLog.records) statuses += record.status == InUse ? 'U' : 'B';
     EXPECT_EQ(statuses, row.statuses);
-    EXPECT_EQ(sessionLog.count, row.statuses.size());
+    EXPECT_EQ(storage_.sessionLog.count, row.statuses.size());
     if (statuses.size() > 1 && statuses[1] == 'U') {
-      EXPECT_EQ(sessionLog.records[1].durationSeconds, 2);
+      EXPECT_EQ(storage_.sessionLog.records[1].durationSeconds, 2);
     }
     if (statuses == "U") {
-      EXPECT_EQ(std::strlen(RecordName(0)), 104u) << "ended inside its record";
+      EXPECT_EQ(std::strlen(storage_.RecordName(0)), 104u) << "ended inside its record";
     }
     // The next session finds room (two more records if none is free), and the save keeps every record.
     const uint32_t slot = Record("d");
-    ASSERT_TRUE(SaveLog(LogFilePath().c_str()));
-    sessionLog = SessionLog{};
-    ASSERT_TRUE(LoadLog(LogFilePath().c_str()));
-    EXPECT_STREQ(RecordName(slot), "d");
+    ASSERT_TRUE(storage_.SaveLog(LogFilePath().c_str()));
+    storage_.sessionLog = SessionLog{};
+    ASSERT_TRUE(storage_.LoadLog(LogFilePath().c_str()));
+    EXPECT_STREQ(storage_.RecordName(slot), "d");
     const std::size_t count = statuses.size() + (statuses.find('B') == std::string::npos ? 2 : 0);
-    EXPECT_EQ(sessionLog.count, count);
+    EXPECT_EQ(storage_.sessionLog.count, count);
     EXPECT_EQ(U32At(ReadBytes(LogFilePath()), 4), count * 192);
   }
-  EXPECT_FALSE(LoadLog(Path("missing.ovb").c_str()));
+  EXPECT_FALSE(storage_.LoadLog(Path("missing.ovb").c_str()));
   EXPECT_FALSE(Exists(Path("missing.ovb"))) << "a load only reads";
 }
 

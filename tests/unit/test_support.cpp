@@ -64,7 +64,6 @@ void ProgramStateTest::SetUp() {
   SetWindowsDirectory(folder_);
   SetProgramFolder(folder_);
   ResetPlatformState();
-  ResetStorageState();
   ResetMonitorState();
   ResetLogViewState();
   ResetStatusState();
@@ -144,16 +143,16 @@ SessionRecord EndedSession(const char* name, CalendarDate ended, TimeOfDay on, T
   return record;
 }
 
-uint32_t AppendToLog(const SessionRecord& record) {
-  sessionLog.records.push_back(record);
-  sessionLog.count = static_cast<uint32_t>(sessionLog.records.size());
-  NoteLogChanged();
-  return sessionLog.count - 1;
+uint32_t ProgramStateTest::AppendToLog(const SessionRecord& record) {
+  storage_.sessionLog.records.push_back(record);
+  storage_.sessionLog.count = static_cast<uint32_t>(storage_.sessionLog.records.size());
+  storage_.NoteLogChanged();
+  return storage_.sessionLog.count - 1;
 }
 
-AccountRecord& ConfigureAccount(int k, const char* name, uint32_t kind, uint32_t hours, float monthlyCharge,
-                                float excessPerMinute, float vatPercent) {
-  AccountRecord& account = settings.accounts[k];
+AccountRecord& ProgramStateTest::ConfigureAccount(int k, const char* name, uint32_t kind, uint32_t hours,
+                                                  float monthlyCharge, float excessPerMinute, float vatPercent) {
+  AccountRecord& account = storage_.settings.accounts[k];
   std::strncpy(account.connectionName, name, kAccountNameSize - 1);
   account.configured = 1;
   account.kind = kind;

@@ -14,7 +14,7 @@
 #include "storage/account_record.h"
 #include "storage/billing_period.h"
 #include "storage/session_record.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 
 class FakeClock : public Clock {
  public:
@@ -51,6 +51,13 @@ class ScriptedRas : public RasService {
   uint32_t GetConnectStatus(ras::ConnectionHandle handle, ras::ConnectionStatus95* status) override;
 };
 
+// A record with the given name and duration, dated day 7 (a Monday) of the month
+// and year; names are cut to the record's field.
+SessionRecord UsedRecord(const char* name, int32_t seconds, uint32_t month = 1, uint32_t year = 2002,
+                         uint8_t status = InUse);
+// A session that ended on the date (weekday 1 unless given), from `on` to `off`.
+SessionRecord EndedSession(const char* name, CalendarDate ended, TimeOfDay on, TimeOfDay off, int32_t seconds,
+                           uint32_t dayOfWeek = 1);
 // A scratch folder used as both Windows directory and program folder, all program
 // state back to a fresh start, the fake clock and the scripted service in use.
 class ProgramStateTest : public ::testing::Test {
@@ -72,30 +79,24 @@ class ProgramStateTest : public ::testing::Test {
   // What the shell does with a tick's change of session (its timers).
   virtual void OnSessionChange(SessionChange) {}
 
+  // Appends a record to the in-memory log and returns its index.
+  uint32_t AppendToLog(const SessionRecord& record);
+  uint32_t LogSession(const char* name, int32_t seconds, uint32_t month = 1, uint32_t year = 2002,
+                      uint8_t status = InUse) {
+    return AppendToLog(UsedRecord(name, seconds, month, year, status));
+  }
+  // Fills account entry k as an account the user has configured.
+  AccountRecord& ConfigureAccount(int k, const char* name, uint32_t kind, uint32_t hours = 0,
+                                  float monthlyCharge = 0.0f, float excessPerMinute = 0.0f, float vatPercent = 0.0f);
+
   std::string folder_;
   FakeClock clock_;
   ScriptedRas ras_;
-  Monitor monitor_;
+  Storage storage_;
+  Monitor monitor_{storage_};
   MonitorShell quietShell_;              // shows nothing, asks nothing
   MonitorShell* shell_ = &quietShell_;  // the notices are shown through it
 };
-
-// A record with the given name and duration, dated day 7 (a Monday) of the month
-// and year; names are cut to the record's field.
-SessionRecord UsedRecord(const char* name, int32_t seconds, uint32_t month = 1, uint32_t year = 2002,
-                         uint8_t status = InUse);
-// A session that ended on the date (weekday 1 unless given), from `on` to `off`.
-SessionRecord EndedSession(const char* name, CalendarDate ended, TimeOfDay on, TimeOfDay off, int32_t seconds,
-                           uint32_t dayOfWeek = 1);
-// Appends a record to the in-memory log and returns its index.
-uint32_t AppendToLog(const SessionRecord& record);
-inline uint32_t LogSession(const char* name, int32_t seconds, uint32_t month = 1, uint32_t year = 2002,
-                           uint8_t status = InUse) {
-  return AppendToLog(UsedRecord(name, seconds, month, year, status));
-}
-// Fills account entry k as an account the user has configured.
-AccountRecord& ConfigureAccount(int k, const char* name, uint32_t kind, uint32_t hours = 0,
-                                float monthlyCharge = 0.0f, float excessPerMinute = 0.0f, float vatPercent = 0.0f);
 
 // The bytes of records one after another, as the older release's table holds them,
 // and of a log file: the header with `count` (and count * 192), then the records.

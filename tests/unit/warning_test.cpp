@@ -23,7 +23,7 @@ class Warnings : public ProgramStateTest {
     clock_.now = {2003, 3, 4, 20, 12, 0, 0};  // Thursday 20 March 2003
     AppendToLog(EndedSession(kIsp, {2003, 3, 10}, {1, 0, 0}, {8, 0, 0}, 7 * kHour));
   }
-  W Take(int32_t running) { return TakeDueWarning(kIsp, clock_.now, running, text_); }
+  W Take(int32_t running) { return TakeDueWarning(storage_, kIsp, clock_.now, running, text_); }
   std::string text_;
 
  public:
@@ -101,7 +101,7 @@ TEST_F(Warnings, CardWarningsComeOnceAndAgainAfterARecharge) {
 // after the program is killed and started again.
 TEST_F(Warnings, OncePerCrossingAcrossARestart) {
   ConfigureAccount(0, kIsp, LimitedAccess, 10, 20.0f, 0.05f, 5.0f).warnPercent = 80;
-  settings.alarmAction = kAlarmBoxAndSound;
+  storage_.settings.alarmAction = kAlarmBoxAndSound;
   static int notices, sounds;
   static std::string shown;
   notices = sounds = 0;
@@ -126,9 +126,9 @@ TEST_F(Warnings, OncePerCrossingAcrossARestart) {
   EXPECT_EQ(shown,
             "\nMeter ISP: 80 % of the included hours used\n8.00 of 10 Hrs. this period (1 Mar - 31 Mar)\n"
             "At this rate: 12.40 Hrs. and 28.56  by 31 Mar");
-  std::memset(&settings, 0, sizeof settings);  // killed, and started again
-  ASSERT_TRUE(LoadSettings(SettingsPath()));
-  settings.alarmAction = kAlarmBoxOnly;
+  std::memset(&storage_.settings, 0, sizeof storage_.settings);  // killed, and started again
+  ASSERT_TRUE(storage_.LoadSettings(SettingsPath()));
+  storage_.settings.alarmAction = kAlarmBoxOnly;
   clock_.Advance(600);
   Timer();
   EXPECT_EQ(notices, 1);

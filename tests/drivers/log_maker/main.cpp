@@ -26,8 +26,7 @@
 #include "platform/program_paths.h"
 #include "storage/billing_period.h"
 #include "storage/fixed_text.h"
-#include "storage/session_log.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 
 namespace {
 
@@ -62,7 +61,7 @@ SessionRecord Record(const std::vector<std::string>& f, std::size_t at) {
   return Session(f[at].c_str(), date, 0, static_cast<long>(hour * 3600 + minute * 60 + second), Number(f[at + 5]));
 }
 
-void AddAccount(const std::vector<std::string>& f) {
+void AddAccount(Settings& settings, const std::vector<std::string>& f) {
   for (AccountRecord& account : settings.accounts) {
     if (account.connectionName[0] != '\0') continue;
     account.configured = 1;
@@ -87,8 +86,9 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: test_log_maker DESCRIPTION-FILE\n");
     return 2;
   }
-  ApplyDefaultSettings();
-  std::vector<SessionRecord>& records = sessionLog.records;
+  Storage store;
+  store.ApplyDefaultSettings();
+  std::vector<SessionRecord>& records = store.sessionLog.records;
   for (std::string line; std::getline(description, line);) {
     const std::vector<std::string> f = Split(line, '\t');
     const std::string setting = f.size() > 2 && f[0] == "setting" ? f[1] : "";
@@ -109,24 +109,24 @@ int main(int argc, char** argv) {
                                   8 * 3600 + (i % perDay) * 3 * 3600 % 57600 + i % 600, seconds + (i * 37) % seconds));
       }
     } else if (f[0] == "account") {
-      AddAccount(f);
+      AddAccount(store.settings, f);
     } else if (setting == "currencyName") {
-      CopyFixedText(settings.currencyName, f[2].c_str());
+      CopyFixedText(store.settings.currencyName, f[2].c_str());
     } else if (setting == "showMainWindowAtStart") {
-      settings.showMainWindowAtStart = static_cast<uint8_t>(Number(f[2]));
+      store.settings.showMainWindowAtStart = static_cast<uint8_t>(Number(f[2]));
     } else if (setting == "alarmOn") {
-      settings.alarmOn = static_cast<uint8_t>(Number(f[2]));
+      store.settings.alarmOn = static_cast<uint8_t>(Number(f[2]));
     } else if (setting == "alarmRepeatMinutes") {  // repeats every 0 h and that many minutes
-      settings.alarmRepeatHours = 0;
-      settings.alarmRepeatMinutes = static_cast<int8_t>(Number(f[2]));
+      store.settings.alarmRepeatHours = 0;
+      store.settings.alarmRepeatMinutes = static_cast<int8_t>(Number(f[2]));
     }
   }
-  sessionLog.count = static_cast<uint32_t>(records.size());
+  store.sessionLog.count = static_cast<uint32_t>(records.size());
   CreateDirectoryA(ProgramFolder().c_str(), nullptr);
-  if (!SaveSettingsTo(SettingsPath()) || !SaveLog(LogFilePath().c_str())) {
+  if (!store.SaveSettingsTo(SettingsPath()) || !store.SaveLog(LogFilePath().c_str())) {
     std::fprintf(stderr, "test_log_maker: cannot write the files\n");
     return 1;
   }
-  std::printf("%u records, %s\n", sessionLog.count, LogFilePath().c_str());
+  std::printf("%u records, %s\n", store.sessionLog.count, LogFilePath().c_str());
   return 0;
 }

@@ -1,13 +1,10 @@
-#include "storage/accounts.h"
+#include "storage/storage.h"
 
 #include <cstddef>
 
 #include "platform/system_clock.h"
+#include "storage/usage_cache.h"
 #include "storage/fixed_text.h"
-#include "storage/session_log.h"
-#include "storage/settings.h"
-
-float cardSecondsRemaining = 0.0f;
 
 namespace {
 
@@ -49,12 +46,12 @@ int32_t AddWrapping(int32_t sum, int32_t value) {
 
 }  // namespace
 
-char* AccountName(int k) {
+char* Storage::AccountName(int k) {
   if (k < 0 || k >= static_cast<int>(kAccountCount)) return nullptr;
   return settings.accounts[k].connectionName;
 }
 
-int AccountIndexByName(const char* name) {
+int Storage::AccountIndexByName(const char* name) const {
   name = OrEmpty(name);
   for (std::size_t k = 0; k < kAccountCount; ++k) {
     if (AccountNameMatches(settings.accounts[k], name)) return static_cast<int>(k);
@@ -62,7 +59,7 @@ int AccountIndexByName(const char* name) {
   return kNoAccount;
 }
 
-int FindAccount(const char* name) {
+int Storage::FindAccount(const char* name) const {
   name = OrEmpty(name);
   for (std::size_t k = 0; k < kAccountCount; ++k) {
     const AccountRecord& account = settings.accounts[k];
@@ -71,7 +68,7 @@ int FindAccount(const char* name) {
   return kNoAccount;
 }
 
-void AddAccountName(const char* name) {
+void Storage::AddAccountName(const char* name) {
   name = OrEmpty(name);
   if (name[0] == '\0' || AccountIndexByName(name) != kNoAccount) return;
   for (AccountRecord& account : settings.accounts) {
@@ -82,7 +79,7 @@ void AddAccountName(const char* name) {
   }
 }
 
-bool DeleteAccount(const char* name) {
+bool Storage::DeleteAccount(const char* name) {
   const int k = AccountIndexByName(name);
   if (k == kNoAccount) return false;
   AccountRecord& account = settings.accounts[k];
@@ -91,7 +88,7 @@ bool DeleteAccount(const char* name) {
   return true;
 }
 
-UsageWindow UsageWindowFor(const char* name, const LocalTime& now) {
+UsageWindow Storage::UsageWindowFor(const char* name, const LocalTime& now) const {
   UsageWindow window;
   window.periodId = PeriodOf(0, CalendarDate{now.year, now.month, 1}).id;  // the day does not matter
   const int k = FindAccount(OrEmpty(name));
@@ -105,7 +102,7 @@ UsageWindow UsageWindowFor(const char* name, const LocalTime& now) {
   return window;
 }
 
-bool CurrentBillingPeriod(const char* name, BillingPeriod& period) {
+bool Storage::CurrentBillingPeriod(const char* name, BillingPeriod& period) const {
   const LocalTime now = ReadLocalTime();
   const UsageWindow window = UsageWindowFor(name, now);
   if (window.periodStartDay == 0) return false;
@@ -113,7 +110,7 @@ bool CurrentBillingPeriod(const char* name, BillingPeriod& period) {
   return true;
 }
 
-LogUsageSums SumLogUsage(const char* name, const UsageWindow& window) {
+LogUsageSums Storage::SumLogUsage(const char* name, const UsageWindow& window) const {
   name = OrEmpty(name);
   LogUsageSums sums;
   // Calendar months compare the record's own fields: the walk stays as quick as it was.
@@ -137,11 +134,11 @@ LogUsageSums SumLogUsage(const char* name, const UsageWindow& window) {
   return sums;
 }
 
-float ComputeUsage(const char* name, UsageSummary& summary) {
+float Storage::ComputeUsage(const char* name, UsageSummary& summary) {
   return UsageFromLogSums(name, SumLogUsage(name, UsageWindowFor(name, ReadLocalTime())), summary);
 }
 
-float UsageFromLogSums(const char* name, const LogUsageSums& sums, UsageSummary& summary) {
+float Storage::UsageFromLogSums(const char* name, const LogUsageSums& sums, UsageSummary& summary) {
   name = OrEmpty(name);
   summary = UsageSummary{};
   if (!sums.found) return 0.0f;
@@ -157,8 +154,8 @@ float UsageFromLogSums(const char* name, const LogUsageSums& sums, UsageSummary&
 
   switch (account.kind) {
     case PrePaidCard: {
-      summary.allotted = account.hours > static_cast<uint32_t>(INT32_MAX) ? INT32_MAX
-                                                                          : static_cast<int32_t>(account.hours);
+      summary.allotted =
+          account.hours > static_cast<uint32_t>(INT32_MAX) ? INT32_MAX : static_cast<int32_t>(account.hours);
       float remaining = static_cast<float>(account.hours) * 3600.0f;
       remaining = remaining - allSeconds;
       if (remaining < 0.0f) remaining = 0.0f;
@@ -192,24 +189,74 @@ float UsageFromLogSums(const char* name, const LogUsageSums& sums, UsageSummary&
   }
 }
 
-namespace {
+bool Storage::SaveAccountInput(const char* connectionName, const AccountPageInput& input) {
+  if (connectionName == nullptr || connectionName[0] == '\0') return false;
+  const int k = AccountIndexByName(connectionName);
+  if (k == kNoAccount) return false;
+  ApplyAccountInput(settings.accounts[k], input);
+  return true;
+}
+
 // Each accessor recomputes the usage afresh: figures follow the log as it is now.
-UsageSummary UsageOf(const char* name) {
+UsageSummary Storage::UsageOf(const char* name) {
   UsageSummary summary;
   ComputeUsage(name, summary);
   return summary;
 }
-}  // namespace
 
-uint32_t AccountKindOf(const char* name) { return UsageOf(name).kind; }
+uint32_t Storage::AccountKindOf(const char* name) { return UsageOf(name).kind; }
 
-int32_t AllottedAmount(const char* name) { return UsageOf(name).allotted; }
+int32_t Storage::AllottedAmount(const char* name) { return UsageOf(name).allotted; }
 
-int32_t SecondsThisMonth(const char* name) { return UsageOf(name).secondsThisMonth; }
+int32_t Storage::SecondsThisMonth(const char* name) { return UsageOf(name).secondsThisMonth; }
 
-int32_t TotalSeconds(const char* name) { return UsageOf(name).totalSeconds; }
+int32_t Storage::TotalSeconds(const char* name) { return UsageOf(name).totalSeconds; }
 
-float CardSecondsRemaining(const char* name) {
+float Storage::CardSecondsRemaining(const char* name) {
   UsageOf(name);
   return cardSecondsRemaining;
 }
+
+// The figures remembered between queries: the log's part comes from the usage
+// cache, walked afresh only when the log, the month or the account's window changed.
+float Storage::CachedComputeUsage(const char* name, UsageSummary& summary) {
+  if (name == nullptr) name = "";
+  const LocalTime now = ReadLocalTime();
+  const UsageBasis basis{.logGeneration = logGeneration_,
+                         .logLength = sessionLog.records.size(),
+                         .logCount = sessionLog.count,
+                         .year = now.year,
+                         .month = now.month};
+  UsageCache::Key key;
+  UsageCache::MakeKey(name, key);
+  const UsageWindow window = UsageWindowFor(key, now);
+  bool found = false;
+  LogUsageSums& sums = usageCache_.Entry(basis, key, window, &found);
+  if (!found) sums = SumLogUsage(key, window);
+  return UsageFromLogSums(name, sums, summary);
+}
+
+UsageSummary Storage::CachedUsageOf(const char* name) {
+  UsageSummary summary;
+  CachedComputeUsage(name, summary);
+  return summary;
+}
+
+uint32_t Storage::CachedAccountKindOf(const char* name) { return CachedUsageOf(name).kind; }
+
+int32_t Storage::CachedAllottedAmount(const char* name) { return CachedUsageOf(name).allotted; }
+
+int32_t Storage::CachedSecondsThisMonth(const char* name) { return CachedUsageOf(name).secondsThisMonth; }
+
+int32_t Storage::CachedTotalSeconds(const char* name) { return CachedUsageOf(name).totalSeconds; }
+
+float Storage::CachedCardSecondsRemaining(const char* name) {
+  CachedUsageOf(name);  // sets the card balance, as CardSecondsRemaining does
+  return cardSecondsRemaining;
+}
+
+const UsageQueries kCachedUsage = {&Storage::CachedAccountKindOf, &Storage::CachedAllottedAmount,
+                                   &Storage::CachedSecondsThisMonth, &Storage::CachedTotalSeconds,
+                                   &Storage::CachedCardSecondsRemaining};
+const UsageQueries kFreshUsage = {&Storage::AccountKindOf, &Storage::AllottedAmount, &Storage::SecondsThisMonth,
+                                  &Storage::TotalSeconds, &Storage::CardSecondsRemaining};

@@ -1,3 +1,0 @@
-#include "storage/startup_hooks.h"
-
-StartupHooks startupHooks;
