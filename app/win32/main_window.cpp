@@ -5,6 +5,7 @@
 #include "app/win32/main_dialog.h"
 #include "app/win32/main_timers.h"
 #include "app/win32/quit_question.h"
+#include "app/shell_rules.h"
 #include "app/status_text.h"
 #include "app/win32/tray_icon.h"
 #include "app/win32/window_shell.h"
@@ -126,39 +127,44 @@ void OnEndSession(HWND window) {
   DestroyWindow(window);
 }
 
-// A second start asks for the program: the main status dialog is shown, and the
-// window to bring forward (an open modal box first) is returned to the new process,
-// which may make it the foreground window. During the start-up (Welcome, the
-// notices) only the box that waits is brought forward.
+// A second start asks for the program; the window to bring forward (an open
+// modal box first) is returned to the new process, which may make it the
+// foreground window.
 LRESULT OnActivateRequest() {
-  if (startupDone) ShowMainDialog();
   HWND popup = GetLastActivePopup(appWindows.mainWindow);
-  if (popup != appWindows.mainWindow && IsWindowVisible(popup)) return reinterpret_cast<LRESULT>(popup);
-  if (!appWindows.mainDialogVisible) return 0;
-  return reinterpret_cast<LRESULT>(GetLastActivePopup(appWindows.mainDialog));
+  const bool boxWaiting = popup != appWindows.mainWindow && IsWindowVisible(popup);
+  const ActivateAnswer answer = AnswerActivate(startupDone, boxWaiting, appWindows.mainDialogVisible);
+  if (answer.showMainDialog) ShowMainDialog();
+  switch (answer.forward) {
+    case ForwardWindow::kWaitingBox:
+      return reinterpret_cast<LRESULT>(popup);
+    case ForwardWindow::kMainDialog:
+      return reinterpret_cast<LRESULT>(GetLastActivePopup(appWindows.mainDialog));
+    default:
+      return 0;
+  }
 }
 
 LRESULT OnCommand(HWND window, WPARAM wParam) {
-  switch (LOWORD(wParam)) {
-    case IDM_TRAY_SHOW:
+  switch (MenuActionFor(LOWORD(wParam))) {
+    case MenuAction::kShowMainDialog:
       ShowMainDialog();
       return 1;
-    case IDM_TRAY_ABOUT:
+    case MenuAction::kShowAbout:
       DialogBoxParamA(appWindows.instanceHandle, MAKEINTRESOURCEA(IDD_ABOUT), window, AboutDialogProc, 0);
       return 1;
-    case IDM_TRAY_VIEW_LOG:
+    case MenuAction::kOpenViewLog:
       OpenViewLog(appWindows.mainDialogVisible ? appWindows.mainDialog : nullptr, MonitorOf(window));
       return 1;
-    case IDM_TRAY_HIDE:
+    case MenuAction::kHideMainDialog:
       if (appWindows.mainDialogVisible) DestroyWindow(appWindows.mainDialog);
       return 1;
-    default:
-      // Exit, and on purpose any other id too: the older release quit on an id it
-      // did not know (after the question), and its users rely on that.
+    case MenuAction::kAskToQuit:
       if (!ConfirmQuit()) return 0;
       DestroyWindow(window);
       return 0;
   }
+  return 0;
 }
 
 }  // namespace

@@ -5,10 +5,12 @@
 #include <vector>
 
 #include "app/sheet_settings.h"
+#include "app/shell_rules.h"
 #include "app/status_text.h"
 #include "monitor/dial_up_probe.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
+#include "resources/resource_ids.h"
 #include "test_support.h"
 
 namespace {
@@ -61,6 +63,29 @@ TEST_F(StatusText, SettingsPagesStoreWhatIsChecked) {
     StoreLogPage(storage_.settings, row.showAll, row.previous, row.colours);
     EXPECT_EQ(storage_.settings.logInitialFilter, row.filter);
     EXPECT_EQ(storage_.settings.logSystemColours, row.colours ? 1u : 0u);
+  }
+}
+
+TEST(ShellRules, TrayMenuAndASecondStart) {
+  using A = MenuAction;
+  EXPECT_EQ(std::vector<A>({MenuActionFor(IDM_TRAY_SHOW), MenuActionFor(IDM_TRAY_ABOUT), MenuActionFor(IDM_TRAY_VIEW_LOG),
+                            MenuActionFor(IDM_TRAY_HIDE), MenuActionFor(IDM_TRAY_EXIT), MenuActionFor(4321)}),
+            std::vector<A>({A::kShowMainDialog, A::kShowAbout, A::kOpenViewLog, A::kHideMainDialog, A::kAskToQuit,
+                            A::kAskToQuit}));
+  using F = ForwardWindow;
+  const struct {
+    bool startupDone, boxWaiting, dialogShown, show;
+    F forward;
+  } rows[] = {
+      {.startupDone = false, .boxWaiting = true, .dialogShown = false, .show = false, .forward = F::kWaitingBox},
+      {.startupDone = false, .boxWaiting = false, .dialogShown = false, .show = false, .forward = F::kNone},
+      {.startupDone = false, .boxWaiting = false, .dialogShown = true, .show = false, .forward = F::kMainDialog},
+      {.startupDone = true, .boxWaiting = false, .dialogShown = false, .show = true, .forward = F::kMainDialog},
+      {.startupDone = true, .boxWaiting = true, .dialogShown = true, .show = true, .forward = F::kWaitingBox},
+  };
+  for (const auto& row : rows) {
+    const ActivateAnswer answer = AnswerActivate(row.startupDone, row.boxWaiting, row.dialogShown);
+    EXPECT_EQ(std::make_pair(answer.showMainDialog, answer.forward), std::make_pair(row.show, row.forward));
   }
 }
 
