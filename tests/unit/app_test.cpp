@@ -6,8 +6,6 @@
 
 #include "app/sheet_settings.h"
 #include "app/status_text.h"
-#include "monitor/dial_up_probe.h"
-#include "storage/session_log.h"
 #include "storage/settings.h"
 #include "test_support.h"
 

@@ -58,6 +58,7 @@ TEST(BillingPeriod, Boundaries) {
     EXPECT_EQ(PeriodWithYears(0, DateOfDayNumber(DayNumber(d))), PeriodWithYears(0, d)) << d.year;
   }
   EXPECT_EQ(CountingPeriodId(0, UsedRecord("a", 1, 12, 2002)), 2002u * 12 + 11) << "December counts";
+  EXPECT_EQ(CountingPeriodId(0, UsedRecord("a", 1, 13, 2002)), kNoPeriod) << "month 13 does not";
   EXPECT_EQ(PeriodText(PeriodById(14, CountingPeriodId(14, UsedRecord("a", 1, 13, 2002)))), "") << "a damaged month";
   EXPECT_EQ(DayMonthText(CalendarDate{2003, 13, 1}), "?");
 }
@@ -88,7 +89,7 @@ TEST_F(Billing, UsageFollowsThePeriodAndTheRecharge) {
       EndedSession(kIsp, {2003, 1, 14}, {23, 0, 0}, {1, 0, 0}, 7200),       // logged on the 13th, ended on the 14th
       EndedSession(kIsp, {2003, 1, 14}, {9, 0, 0}, {10, 0, 0}, 1800),       // on the 14th
       EndedSession(kIsp, {2003, 1, 19}, {8, 0, 0}, {18, 0, 0}, 11 * 3600),  // logged on before noon
-      EndedSession(kIsp, {2003, 1, 19}, {13, 0, 0}, {14, 0, 0}, 3600),      // after noon
+      EndedSession(kIsp, {2003, 1, 19}, {13, 30, 0}, {14, 30, 0}, 3600),    // after noon
       EndedSession(kIsp, {2002, 12, 31}, {10, 0, 0}, {11, 0, 0}, 600),      // last year
   };
   for (const SessionRecord& r : log) AppendToLog(r);
@@ -104,7 +105,7 @@ TEST_F(Billing, UsageFollowsThePeriodAndTheRecharge) {
       {"limited from the 20th: last period", LimitedAccess, 20, {}, "0 56400 0 21.00"},
       {"limited from the 13th", LimitedAccess, 13, {}, "55800 56400 330 38.33"},
       {"card, never recharged", PrePaidCard, 0, {}, "55800 56400 0 0.00"},
-      {"card recharged a second before the 13:00 session", PrePaidCard, 0, {2003, 1, 19, 12, 59, 59, 0},
+      {"card recharged a second before the 13:30 session", PrePaidCard, 0, {2003, 1, 19, 13, 29, 59, 0},
        "55800 3600 0 32400.00"},
       {"card recharged before every session", PrePaidCard, 0, {2002, 1, 1, 0, 0, 0, 0}, "55800 56400 0 0.00"},
       {"a start day on a card changes nothing", PrePaidCard, 14, {}, "55800 56400 0 0.00"},
@@ -137,9 +138,7 @@ TEST_F(Billing, UsageFollowsThePeriodAndTheRecharge) {
 TEST_F(Billing, PageBoxes) {
   AccountRecord& entry = ConfigureAccount(0, kIsp, LimitedAccess, 10, 20.0f, 0.05f, 5.0f);
   AccountEntryView view = ViewAccountEntry(entry);
-  EXPECT_STREQ(view.periodDay, "");
-  EXPECT_STREQ(view.warnPercent, "");
-  EXPECT_STREQ(view.warnCost, "");
+  EXPECT_EQ(std::string(view.periodDay) + view.warnPercent + view.warnCost, "");
   const struct {
     const char* what;
     AccountKind kind;

@@ -50,8 +50,8 @@ Texts launches;
 // The year box's years up to the clock's are app_view_log's matter; here its limit.
 TEST_F(LogView, YearsGrowWithTheClockAndNoTextIsAMonth) {
   EXPECT_EQ(YearChoices(4000000000u).back(), "9999") << "a clock gone wild stops at four digits";
-  EXPECT_STREQ(MonthAbbreviation(13), "ERROR");
-  EXPECT_EQ(MonthNumber(nullptr), 255u);
+  EXPECT_EQ(std::string(MonthAbbreviation(12)) + MonthAbbreviation(13), "DECERROR");
+  EXPECT_EQ(std::vector<uint32_t>({MonthNumber("dec"), MonthNumber(nullptr)}), std::vector<uint32_t>({12, 255}));
 }
 
 // Which records each combination of the three boxes lists. Record i lasts 2^i seconds,
@@ -162,6 +162,7 @@ TEST_F(LogView, ReportPiecesAndFiles) {
   SetProgramFolder(JoinPath(folder_, "no-such-folder"));
   GenerateTextReport();
   EXPECT_EQ(launches.size(), 4u);
+  EXPECT_EQ(JoinPath("", "Log File.txt"), "Log File.txt") << "no folder known: the current one";
 
 }
 
@@ -221,7 +222,6 @@ TEST_F(LogView, ConnectionNamesAndTheInitialFilter) {
   LogSession("", 0, 0, 0, Blank);
   EXPECT_EQ(ConnectionNames("All Connections"), Texts{"All Connections"});
   for (int i = 0; i < 60; ++i) LogSession(("ISP " + std::to_string(i)).c_str(), 60);
-  EXPECT_EQ(ConnectionNames("").size(), 50u);
   EXPECT_EQ(ConnectionNames("").back(), "ISP 49");
   EXPECT_EQ(ConnectionNames("All Connections").back(), "ISP 48");
   // The first item (the initial filter: a previous session's name has 51 characters) is cut only to the box's field.
@@ -251,7 +251,6 @@ TEST_F(LogView, ManageLogDeletesByExactNameOrClearsAndSavesBothFiles) {
   EXPECT_EQ(DeleteConnectionEntries("Home ISP"), kRecordsDeleted);
   EXPECT_EQ(SavedStatuses(), (std::vector<uint32_t>{Deleted, InUse, Blank, Deleted}));
   EXPECT_EQ(settings.accounts[0].configured, 0u);
-  EXPECT_STREQ(settings.accounts[0].connectionName, "");
   const std::vector<uint8_t> saved = ReadBytes(SettingsPath());
   ASSERT_EQ(saved.size(), sizeof(Settings));
   EXPECT_EQ(saved[offsetof(Settings, accounts) + 4], 0u) << "the name is gone on disk";

@@ -88,6 +88,7 @@ TEST_F(Probe, EachPollTickAsksTheServiceOnceAndTheSessionFollowsItsAnswer) {
     }
   }
   EXPECT_STREQ(monitor_.Probe().ConnectionName(), "Home ISP");
+  EXPECT_STREQ(statusState.statusText, kOffLineStatusText) << "the last tick saw no connection";
   // Nothing seen yet: a zero handle; then the handle seen last, also when nothing is listed.
   std::vector<uintptr_t> handles(ras_.queriedHandles.size(), ras_.handle);
   handles[0] = 0;

@@ -3,10 +3,10 @@
 #include <string>
 #include <vector>
 
+#include "monitor/session_settings.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
-#include "storage/startup.h"
 #include "test_support.h"
 
 namespace {
@@ -55,6 +55,7 @@ class Session : public ProgramStateTest {
 
   // A new process on fresh files at the fake clock's first moment, then on-line.
   void ConnectAfresh() {
+    settings = Settings{};
     sessionLog = SessionLog{};
     monitor_ = Monitor{};
     clock_ = FakeClock{};
@@ -83,6 +84,7 @@ TEST_F(Session, ConnectThenDisconnectRecordsOneSession) {
   ras_.state = State::Disconnected;
   Tick();
   EXPECT_EQ(events, (std::vector<std::string>{"start timers", "stop timers", "check accounts"}));
+  EXPECT_STREQ(monitor_.LastDurationText(), "0 Hr : 2 Min : 5 sec");
 
   // Both files are on disk with the session and the main dialog's summary of it.
   EXPECT_EQ(MarkerOnDisk(), 219);
@@ -100,13 +102,22 @@ TEST_F(Session, ADamagedCheckpointIsRepairedAndToldOrNotRecorded) {
     const char* damage;
     void (*apply)();
     int32_t recorded;  // 0: nothing recorded
+    bool told = false;
   } rows[] = {
-      {.damage = "elapsed -1", .apply = [] { settings.checkpointElapsed = 0xFFFFFFFFu; }, .recorded = 540},
-      {.damage = "elapsed past now", .apply = [] { settings.checkpointElapsed = 3 * 86400; }, .recorded = 540},
+      {.damage = "elapsed -1", .apply = [] { settings.checkpointElapsed = 0xFFFFFFFFu; }, .recorded = 540, .told = true},
+      {.damage = "elapsed a day and a second past its log-on", .apply = [] { settings.checkpointElapsed = 87001; },
+       .recorded = 540, .told = true},
+      {.damage = "none: weekday 6, 1 December 1980",
+       .apply = [] { SetCheckpointStart("Home ISP", 10, 0, 0, 6, 1, 12, 1980); }, .recorded = 540},
+      {.damage = "none: year 9999", .apply = [] { settings.checkpointYear = 9999; }, .recorded = 540},
       {.damage = "no name", .apply = [] { settings.checkpointName[0] = '\0'; }, .recorded = 0},
-      {.damage = "no date", .apply = [] { settings.checkpointMonth = 0; }, .recorded = 0},
+      {.damage = "month 13", .apply = [] { settings.checkpointMonth = 13; }, .recorded = 0},
+      {.damage = "day 32", .apply = [] { settings.checkpointDay = 32; }, .recorded = 0},
+      {.damage = "weekday 7", .apply = [] { settings.checkpointDayOfWeek = 7; }, .recorded = 0},
+      {.damage = "year 10000", .apply = [] { settings.checkpointYear = 10000; }, .recorded = 0},
       {.damage = "log-on hour 24", .apply = [] { settings.checkpointLogOn.hour = 24; }, .recorded = 0},
       {.damage = "log-on minute 60", .apply = [] { settings.checkpointLogOn.minute = 60; }, .recorded = 0},
+      {.damage = "checkpoint second 60", .apply = [] { settings.checkpointTime.second = 60; }, .recorded = 0},
   };
   const std::vector<std::string> told = {"The session of Home ISP that was open when Orvalen stopped had a damaged "
                                          "length.\nIt is recorded with the length its log-on and log-off times give."};
@@ -125,7 +136,8 @@ TEST_F(Session, ADamagedCheckpointIsRepairedAndToldOrNotRecorded) {
     EXPECT_EQ(settings.sessionOpenMarker, 219);
     EXPECT_EQ(IsLogEmpty(), row.recorded == 0);
     EXPECT_EQ(sessionLog.records[0].durationSeconds, row.recorded) << "from its log-on and checkpoint times";
-    EXPECT_EQ(events, row.recorded == 0 ? std::vector<std::string>{} : told);
+    EXPECT_EQ(events, row.told ? told : std::vector<std::string>{});
+    EXPECT_EQ(settings.previousSession.day, row.recorded == 0 ? 31 : settings.checkpointDay) << "as its checkpoint";
   }
 }
 
