@@ -70,25 +70,27 @@ TEST_F(LogView, FilterTable) {
     Indices listed;
     bool clearTexts = false;  // only a fully specific filter that matches nothing empties the texts
   } rows[] = {
-      {"All Connections", "ALL", "ALL ", {0, 1, 2, 3, 4, 7}},
-      {"all connections", "all", "aLL ", {0, 1, 2, 3, 4, 7}},
-      {"All Connections", "ALL", "ALL", {}},  // "ALL" without its blank reads as year 0
-      {"All Connections", "MAR", "ALL ", {0, 1, 2, 4}},
-      {"All Connections", "apr", "ALL ", {3, 7}},
-      {"hOME iSP", "ALL", "ALL ", {0, 1, 3, 4, 7}},
-      {"work", "ALL", "ALL ", {2}},
-      {"All Connections", "ALL", "2002", {0, 1, 2, 3}},
-      {"All Connections", "ALL", "2003", {4, 7}},
-      {"home isp", "MAR", "ALL ", {0, 1, 4}},
-      {"All Connections", "MAR", "2002", {0, 1, 2}},
-      {"All Connections", "MAR", "", {0, 1, 2}},  // an empty year text receives the current year
-      {"HOME isp", "ALL", "2003", {4, 7}},
+      {.connection = "All Connections", .month = "ALL", .year = "ALL ", .listed = {0, 1, 2, 3, 4, 7}},
+      {.connection = "all connections", .month = "all", .year = "aLL ", .listed = {0, 1, 2, 3, 4, 7}},
+      // "ALL" without its blank reads as year 0
+      {.connection = "All Connections", .month = "ALL", .year = "ALL", .listed = {}},
+      {.connection = "All Connections", .month = "MAR", .year = "ALL ", .listed = {0, 1, 2, 4}},
+      {.connection = "All Connections", .month = "apr", .year = "ALL ", .listed = {3, 7}},
+      {.connection = "hOME iSP", .month = "ALL", .year = "ALL ", .listed = {0, 1, 3, 4, 7}},
+      {.connection = "work", .month = "ALL", .year = "ALL ", .listed = {2}},
+      {.connection = "All Connections", .month = "ALL", .year = "2002", .listed = {0, 1, 2, 3}},
+      {.connection = "All Connections", .month = "ALL", .year = "2003", .listed = {4, 7}},
+      {.connection = "home isp", .month = "MAR", .year = "ALL ", .listed = {0, 1, 4}},
+      {.connection = "All Connections", .month = "MAR", .year = "2002", .listed = {0, 1, 2}},
+      // an empty year text receives the current year
+      {.connection = "All Connections", .month = "MAR", .year = "", .listed = {0, 1, 2}},
+      {.connection = "HOME isp", .month = "ALL", .year = "2003", .listed = {4, 7}},
       // All three specific: the exact name.
-      {"Home ISP", "MAR", "2002", {0}},
-      {"home isp", "MAR", "2002", {1}},
-      {"HOME ISP", "mar", "2003", {4}},
-      {"Home ISP", "MAR", "2003", {}, true},
-      {"All Connections", "MAR", "2005", {}},
+      {.connection = "Home ISP", .month = "MAR", .year = "2002", .listed = {0}},
+      {.connection = "home isp", .month = "MAR", .year = "2002", .listed = {1}},
+      {.connection = "HOME ISP", .month = "mar", .year = "2003", .listed = {4}},
+      {.connection = "Home ISP", .month = "MAR", .year = "2003", .listed = {}, .clearTexts = true},
+      {.connection = "All Connections", .month = "MAR", .year = "2005", .listed = {}},
   };
   LogListing listing;  // one listing refilled, as the dialog's is
   for (const auto& row : rows) {

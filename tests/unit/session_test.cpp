@@ -104,7 +104,7 @@ TEST_F(Session, ADamagedCheckpointIsRepairedAndToldOrNotRecorded) {
     int32_t recorded;  // 0: nothing recorded
     bool told = false;
   } rows[] = {
-      {.damage = "elapsed -1", .apply = [] { settings.checkpointElapsed = 0xFFFFFFFFu; }, .recorded = 540, .told = true},
+      {.damage = "elapsed -1", .apply = [] { settings.checkpointElapsed = ~0u; }, .recorded = 540, .told = true},
       {.damage = "elapsed a day and a second past its log-on", .apply = [] { settings.checkpointElapsed = 87001; },
        .recorded = 540, .told = true},
       {.damage = "none: weekday 6, 1 December 1980",
