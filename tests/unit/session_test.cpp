@@ -102,10 +102,10 @@ TEST_F(Session, ADamagedCheckpointIsRepairedAndToldOrNotRecorded) {
     const char* damage;
     void (*apply)();
     int32_t recorded;  // 0: nothing recorded
-    bool told = false;
+    bool told = false;  // as a damaged length
   } rows[] = {
       {.damage = "elapsed -1", .apply = [] { settings.checkpointElapsed = ~0u; }, .recorded = 540, .told = true},
-      {.damage = "elapsed a day and a second past its log-on", .apply = [] { settings.checkpointElapsed = 87001; },
+      {.damage = "elapsed a day and a second beyond its log-on", .apply = [] { settings.checkpointElapsed = 87001; },
        .recorded = 540, .told = true},
       {.damage = "none: weekday 6, 1 December 1980",
        .apply = [] { SetCheckpointStart("Home ISP", 10, 0, 0, 6, 1, 12, 1980); }, .recorded = 540},
