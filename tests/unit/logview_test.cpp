@@ -50,7 +50,7 @@ Texts launches;
 // The year box's years up to the clock's are app_view_log's matter; here its limit.
 TEST_F(LogView, YearsGrowWithTheClockAndNoTextIsAMonth) {
   EXPECT_EQ(YearChoices(4000000000u).back(), "9999") << "a clock gone wild stops at four digits";
-  EXPECT_EQ(std::string(MonthAbbreviation(12)) + MonthAbbreviation(13), "DECERROR");
+  EXPECT_EQ(std::string(MonthAbbreviation(1)) + MonthAbbreviation(12) + MonthAbbreviation(13), "JANDECERROR");
   EXPECT_EQ(std::vector<uint32_t>({MonthNumber("dec"), MonthNumber(nullptr)}), std::vector<uint32_t>({12, 255}));
 }
 
