@@ -7,8 +7,6 @@
 #include "app/sheet_settings.h"
 #include "app/shell_rules.h"
 #include "app/status_text.h"
-#include "monitor/dial_up_probe.h"
-#include "storage/session_log.h"
 #include "storage/settings.h"
 #include "resources/resource_ids.h"
 #include "test_support.h"

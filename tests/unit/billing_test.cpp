@@ -23,29 +23,29 @@ std::string PeriodWithYears(uint32_t startDay, CalendarDate date) {
 TEST(BillingPeriod, Boundaries) {
   const struct {
     const char* what;
-    uint32_t startDay;
+    uint32_t start;
     CalendarDate date;
     const char* period;
   } rows[] = {
-      {"day 31 in a leap February", 31, {2004, 2, 29}, "29 Feb - 30 Mar 2004-2004"},
-      {"day 31 in a common February", 31, {2003, 2, 28}, "28 Feb - 30 Mar 2003-2003"},
-      {"the day before it", 31, {2003, 2, 27}, "31 Jan - 27 Feb 2003-2003"},
-      {"day 31 in April", 31, {2003, 4, 30}, "30 Apr - 30 May 2003-2003"},
-      {"day 1 is the calendar month", 1, {2003, 4, 30}, "1 Apr - 30 Apr 2003-2003"},
-      {"day 0 too", 0, {2004, 2, 10}, "1 Feb - 29 Feb 2004-2004"},
-      {"the start day itself", 14, {2003, 3, 14}, "14 Mar - 13 Apr 2003-2003"},
-      {"the last day", 14, {2003, 4, 13}, "14 Mar - 13 Apr 2003-2003"},
-      {"across the year's end", 15, {2003, 1, 5}, "15 Dec - 14 Jan 2002-2003"},
-      {"December", 15, {2003, 12, 20}, "15 Dec - 14 Jan 2003-2004"},
-      {"the first and the last day of a month", 0, {2003, 1, 1}, "1 Jan - 31 Jan 2003-2003"},
-      {"", 0, {2003, 1, 31}, "1 Jan - 31 Jan 2003-2003"},
-      {"the last year a record can hold", 0, {99999, 1, 5}, "1 Jan - 31 Jan 99999-99999"},
-      {"a damaged month", 15, {2003, 13, 5}, " 0-0"},
-      {"a damaged day", 15, {2003, 1, 32}, " 0-0"},
-      {"day 0", 15, {2003, 1, 0}, " 0-0"},
-      {"a damaged year", 15, {100000, 1, 5}, " 0-0"},
+      {.what = "day 31, a leap February", .start = 31, .date = {2004, 2, 29}, .period = "29 Feb - 30 Mar 2004-2004"},
+      {.what = "day 31, a common February", .start = 31, .date = {2003, 2, 28}, .period = "28 Feb - 30 Mar 2003-2003"},
+      {.what = "the day before it", .start = 31, .date = {2003, 2, 27}, .period = "31 Jan - 27 Feb 2003-2003"},
+      {.what = "day 31 in April", .start = 31, .date = {2003, 4, 30}, .period = "30 Apr - 30 May 2003-2003"},
+      {.what = "day 1 is the calendar month", .start = 1, .date = {2003, 4, 30}, .period = "1 Apr - 30 Apr 2003-2003"},
+      {.what = "day 0 too", .start = 0, .date = {2004, 2, 10}, .period = "1 Feb - 29 Feb 2004-2004"},
+      {.what = "the start day itself", .start = 14, .date = {2003, 3, 14}, .period = "14 Mar - 13 Apr 2003-2003"},
+      {.what = "the last day", .start = 14, .date = {2003, 4, 13}, .period = "14 Mar - 13 Apr 2003-2003"},
+      {.what = "across the year's end", .start = 15, .date = {2003, 1, 5}, .period = "15 Dec - 14 Jan 2002-2003"},
+      {.what = "December", .start = 15, .date = {2003, 12, 20}, .period = "15 Dec - 14 Jan 2003-2004"},
+      {.what = "a month's first and last day", .start = 0, .date = {2003, 1, 1}, .period = "1 Jan - 31 Jan 2003-2003"},
+      {.what = "", .start = 0, .date = {2003, 1, 31}, .period = "1 Jan - 31 Jan 2003-2003"},
+      {.what = "a record's last year", .start = 0, .date = {99999, 1, 5}, .period = "1 Jan - 31 Jan 99999-99999"},
+      {.what = "a damaged month", .start = 15, .date = {2003, 13, 5}, .period = " 0-0"},
+      {.what = "a damaged day", .start = 15, .date = {2003, 1, 32}, .period = " 0-0"},
+      {.what = "day 0", .start = 15, .date = {2003, 1, 0}, .period = " 0-0"},
+      {.what = "a damaged year", .start = 15, .date = {100000, 1, 5}, .period = " 0-0"},
   };
-  for (const auto& row : rows) EXPECT_EQ(PeriodWithYears(row.startDay, row.date), row.period) << row.what;
+  for (const auto& row : rows) EXPECT_EQ(PeriodWithYears(row.start, row.date), row.period) << row.what;
   const BillingPeriod march = PeriodOf(14, CalendarDate{2003, 3, 20});
   EXPECT_EQ(PeriodText(NextPeriod(14, march)), "14 Apr - 13 May");
   EXPECT_EQ(NextPeriod(14, march).id, march.id + 1);
@@ -58,6 +58,7 @@ TEST(BillingPeriod, Boundaries) {
     EXPECT_EQ(PeriodWithYears(0, DateOfDayNumber(DayNumber(d))), PeriodWithYears(0, d)) << d.year;
   }
   EXPECT_EQ(CountingPeriodId(0, UsedRecord("a", 1, 12, 2002)), 2002u * 12 + 11) << "December counts";
+  EXPECT_EQ(CountingPeriodId(0, UsedRecord("a", 1, 13, 2002)), kNoPeriod) << "month 13 does not";
   EXPECT_EQ(PeriodText(PeriodById(14, CountingPeriodId(14, UsedRecord("a", 1, 13, 2002)))), "") << "a damaged month";
   EXPECT_EQ(DayMonthText(CalendarDate{2003, 13, 1}), "?");
 }
@@ -67,9 +68,10 @@ TEST(BillingPeriod, LogOnDate) {
     SessionRecord record;
     CalendarDate logOn;
   } rows[] = {
-      {EndedSession("a", {2003, 3, 1}, {10, 0, 0}, {12, 0, 0}, 7200), {2003, 3, 1}},
-      {EndedSession("a", {2003, 3, 1}, {23, 0, 0}, {1, 0, 0}, 7200), {2003, 2, 28}},       // across midnight
-      {EndedSession("a", {2004, 1, 1}, {23, 0, 0}, {1, 0, 0}, 7200 + 86400), {2003, 12, 30}},  // a day and two hours
+      {.record = EndedSession("a", {2003, 3, 1}, {10, 0, 0}, {12, 0, 0}, 7200), .logOn = {2003, 3, 1}},
+      // across midnight, then a day and two hours
+      {.record = EndedSession("a", {2003, 3, 1}, {23, 0, 0}, {1, 0, 0}, 7200), .logOn = {2003, 2, 28}},
+      {.record = EndedSession("a", {2004, 1, 1}, {23, 0, 0}, {1, 0, 0}, 7200 + 86400), .logOn = {2003, 12, 30}},
   };
   for (const auto& row : rows) {
     const CalendarDate d = LogOnDate(row.record);
@@ -88,7 +90,7 @@ TEST_F(Billing, UsageFollowsThePeriodAndTheRecharge) {
       EndedSession(kIsp, {2003, 1, 14}, {23, 0, 0}, {1, 0, 0}, 7200),       // logged on the 13th, ended on the 14th
       EndedSession(kIsp, {2003, 1, 14}, {9, 0, 0}, {10, 0, 0}, 1800),       // on the 14th
       EndedSession(kIsp, {2003, 1, 19}, {8, 0, 0}, {18, 0, 0}, 11 * 3600),  // logged on before noon
-      EndedSession(kIsp, {2003, 1, 19}, {13, 0, 0}, {14, 0, 0}, 3600),      // after noon
+      EndedSession(kIsp, {2003, 1, 19}, {13, 30, 0}, {14, 30, 0}, 3600),    // after noon
       EndedSession(kIsp, {2002, 12, 31}, {10, 0, 0}, {11, 0, 0}, 600),      // last year
   };
   for (const SessionRecord& r : log) AppendToLog(r);
@@ -104,7 +106,7 @@ TEST_F(Billing, UsageFollowsThePeriodAndTheRecharge) {
       {"limited from the 20th: last period", LimitedAccess, 20, {}, "0 56400 0 21.00"},
       {"limited from the 13th", LimitedAccess, 13, {}, "55800 56400 330 38.33"},
       {"card, never recharged", PrePaidCard, 0, {}, "55800 56400 0 0.00"},
-      {"card recharged a second before the 13:00 session", PrePaidCard, 0, {2003, 1, 19, 12, 59, 59, 0},
+      {"card recharged a second before the 13:30 session", PrePaidCard, 0, {2003, 1, 19, 13, 29, 59, 0},
        "55800 3600 0 32400.00"},
       {"card recharged before every session", PrePaidCard, 0, {2002, 1, 1, 0, 0, 0, 0}, "55800 56400 0 0.00"},
       {"a start day on a card changes nothing", PrePaidCard, 14, {}, "55800 56400 0 0.00"},
@@ -138,9 +140,7 @@ TEST_F(Billing, UsageFollowsThePeriodAndTheRecharge) {
 TEST_F(Billing, PageBoxes) {
   AccountRecord& entry = ConfigureAccount(0, kIsp, LimitedAccess, 10, 20.0f, 0.05f, 5.0f);
   AccountEntryView view = ViewAccountEntry(entry);
-  EXPECT_STREQ(view.periodDay, "");
-  EXPECT_STREQ(view.warnPercent, "");
-  EXPECT_STREQ(view.warnCost, "");
+  EXPECT_EQ(std::string(view.periodDay) + view.warnPercent + view.warnCost, "");
   const struct {
     const char* what;
     AccountKind kind;

@@ -88,6 +88,7 @@ TEST_F(Probe, EachPollTickAsksTheServiceOnceAndTheSessionFollowsItsAnswer) {
     }
   }
   EXPECT_STREQ(monitor_.Probe().ConnectionName(), "Home ISP");
+  EXPECT_STREQ(statusState.statusText, kOffLineStatusText) << "the last tick saw no connection";
   // Nothing seen yet: a zero handle; then the handle seen last, also when nothing is listed.
   std::vector<uintptr_t> handles(ras_.queriedHandles.size(), ras_.handle);
   handles[0] = 0;
@@ -289,24 +290,24 @@ TEST_F(Unconfigured, WhichConnectionsAreAskedAbout) {
   }
   const struct {
     const char* what;
-    std::vector<std::pair<std::string, uint8_t>> log;
-    std::vector<std::pair<std::string, uint32_t>> entries;  // the table before: name ("" free), configured
-    Names_ names;                                           // the table afterwards
-    Names_ asked;                                           // in order
+    std::vector<std::pair<std::string, uint8_t>> log = {};
+    std::vector<std::pair<std::string, uint32_t>> entries = {};  // the table before: name ("" free), configured
+    Names_ names = {};                                           // the table afterwards
+    Names_ asked = {};                                           // in order
   } rows[] = {
-      {"empty log and table", {}, {}, {}, {}},
-      {"named entry not set up", {}, {{"Old ISP", 0}}, {"Old ISP"}, {"Old ISP"}},
-      {"only configured 1 counts as set up", {}, {{"Odd", 2}}, {"Odd"}, {"Odd"}},
-      {"duplicates", {{"Home ISP", InUse}, {"Home ISP", InUse}}, {}, {"Home ISP"}, {"Home ISP"}},
-      {"letter case differs", {{"Home ISP", InUse}, {"home isp", InUse}}, {}, {"Home ISP", "home isp"},
-       {"Home ISP", "home isp"}},
-      {"deleted and blank records", {{"Gone", Deleted}, {"", Blank}, {"Blank", Blank}, {"Home ISP", InUse}}, {},
-       {"Home ISP"}, {"Home ISP"}},
-      {"configured entries are not asked about", {{"Home ISP", InUse}, {"Office", InUse}}, {{"Home ISP", 1}},
-       {"Home ISP", "Office"}, {"Office"}},
-      {"at most fifty entries", many, {}, fifty, fifty},
-      {"the lowest free entries, in log order", {{"Cable", InUse}, {"Brio", InUse}, {"Dial", InUse}},
-       {{"", 0}, {"Brio", 0}}, {"Cable", "Brio", "Dial"}, {"Cable", "Brio", "Dial"}},
+      {.what = "empty log and table"},
+      {.what = "named entry not set up", .entries = {{"Old ISP", 0}}, .names = {"Old ISP"}, .asked = {"Old ISP"}},
+      {.what = "only configured 1 counts as set up", .entries = {{"Odd", 2}}, .names = {"Odd"}, .asked = {"Odd"}},
+      {.what = "duplicates", .log = {{"Home", InUse}, {"Home", InUse}}, .names = {"Home"}, .asked = {"Home"}},
+      {.what = "letter case differs", .log = {{"Home", InUse}, {"home", InUse}}, .names = {"Home", "home"},
+       .asked = {"Home", "home"}},
+      {.what = "deleted and blank records", .log = {{"Gone", Deleted}, {"", Blank}, {"Blank", Blank}, {"Home", InUse}},
+       .names = {"Home"}, .asked = {"Home"}},
+      {.what = "configured entries are not asked about", .log = {{"Home", InUse}, {"Office", InUse}},
+       .entries = {{"Home", 1}}, .names = {"Home", "Office"}, .asked = {"Office"}},
+      {.what = "at most fifty entries", .log = many, .names = fifty, .asked = fifty},
+      {.what = "the lowest free entries, in log order", .log = {{"Cable", InUse}, {"Brio", InUse}, {"Dial", InUse}},
+       .entries = {{"", 0}, {"Brio", 0}}, .names = {"Cable", "Brio", "Dial"}, .asked = {"Cable", "Brio", "Dial"}},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);

@@ -3,10 +3,10 @@
 #include <string>
 #include <vector>
 
+#include "monitor/session_settings.h"
 #include "platform/program_paths.h"
 #include "storage/session_log.h"
 #include "storage/settings.h"
-#include "storage/startup.h"
 #include "test_support.h"
 
 namespace {
@@ -46,8 +46,7 @@ class Session : public ProgramStateTest {
 
   // Simulates a new process: everything in memory is lost, the files stay.
   void Restart() {
-    std::memset(&storage_.settings, 0, sizeof storage_.settings);
-    storage_.sessionLog = SessionLog{};
+    storage_ = Storage{};
     monitor_ = Monitor{storage_};
     ASSERT_TRUE(storage_.LoadSettings(SettingsPath()));
     ASSERT_TRUE(storage_.LoadLog(LogFilePath().c_str()));
@@ -55,7 +54,7 @@ class Session : public ProgramStateTest {
 
   // A new process on fresh files at the fake clock's first moment, then on-line.
   void ConnectAfresh() {
-    storage_.sessionLog = SessionLog{};
+    storage_ = Storage{};
     monitor_ = Monitor{storage_};
     clock_ = FakeClock{};
     clock_.now.day = 31;  // Thursday 31 January: the last day a checkpoint can carry
@@ -83,6 +82,7 @@ TEST_F(Session, ConnectThenDisconnectRecordsOneSession) {
   ras_.state = State::Disconnected;
   Tick();
   EXPECT_EQ(events, (std::vector<std::string>{"start timers", "stop timers", "check accounts"}));
+  EXPECT_STREQ(monitor_.LastDurationText(), "0 Hr : 2 Min : 5 sec");
 
   // Both files are on disk with the session and the main dialog's summary of it.
   EXPECT_EQ(MarkerOnDisk(), 219);
@@ -100,13 +100,22 @@ TEST_F(Session, ADamagedCheckpointIsRepairedAndToldOrNotRecorded) {
     const char* damage;
     void (*apply)(Settings&);
     int32_t recorded;  // 0: nothing recorded
+    bool told = false;  // as a damaged length
   } rows[] = {
-      {.damage = "elapsed -1", .apply = [](Settings& s) { s.checkpointElapsed = 0xFFFFFFFFu; }, .recorded = 540},
-      {.damage = "elapsed past now", .apply = [](Settings& s) { s.checkpointElapsed = 3 * 86400; }, .recorded = 540},
+      {.damage = "elapsed -1", .apply = [](Settings& s) { s.checkpointElapsed = ~0u; }, .recorded = 540, .told = true},
+      {.damage = "elapsed a day and a second beyond its log-on", .apply = [](Settings& s) { s.checkpointElapsed = 87001; },
+       .recorded = 540, .told = true},
+      {.damage = "none: weekday 6, 1 December 1980",
+       .apply = [](Settings& s) { SetCheckpointStart(s, "Home ISP", 10, 0, 0, 6, 1, 12, 1980); }, .recorded = 540},
+      {.damage = "none: year 9999", .apply = [](Settings& s) { s.checkpointYear = 9999; }, .recorded = 540},
       {.damage = "no name", .apply = [](Settings& s) { s.checkpointName[0] = '\0'; }, .recorded = 0},
-      {.damage = "no date", .apply = [](Settings& s) { s.checkpointMonth = 0; }, .recorded = 0},
+      {.damage = "month 13", .apply = [](Settings& s) { s.checkpointMonth = 13; }, .recorded = 0},
+      {.damage = "day 32", .apply = [](Settings& s) { s.checkpointDay = 32; }, .recorded = 0},
+      {.damage = "weekday 7", .apply = [](Settings& s) { s.checkpointDayOfWeek = 7; }, .recorded = 0},
+      {.damage = "year 10000", .apply = [](Settings& s) { s.checkpointYear = 10000; }, .recorded = 0},
       {.damage = "log-on hour 24", .apply = [](Settings& s) { s.checkpointLogOn.hour = 24; }, .recorded = 0},
       {.damage = "log-on minute 60", .apply = [](Settings& s) { s.checkpointLogOn.minute = 60; }, .recorded = 0},
+      {.damage = "checkpoint second 60", .apply = [](Settings& s) { s.checkpointTime.second = 60; }, .recorded = 0},
   };
   const std::vector<std::string> told = {"The session of Home ISP that was open when Orvalen stopped had a damaged "
                                          "length.\nIt is recorded with the length its log-on and log-off times give."};
@@ -125,7 +134,8 @@ TEST_F(Session, ADamagedCheckpointIsRepairedAndToldOrNotRecorded) {
     EXPECT_EQ(storage_.settings.sessionOpenMarker, 219);
     EXPECT_EQ(storage_.IsLogEmpty(), row.recorded == 0);
     EXPECT_EQ(storage_.sessionLog.records[0].durationSeconds, row.recorded) << "from its log-on and checkpoint times";
-    EXPECT_EQ(events, row.recorded == 0 ? std::vector<std::string>{} : told);
+    EXPECT_EQ(events, row.told ? told : std::vector<std::string>{});
+    EXPECT_EQ(storage_.settings.previousSession.day, row.recorded == 0 ? 31 : storage_.settings.checkpointDay) << "as its checkpoint";
   }
 }
 

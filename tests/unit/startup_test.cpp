@@ -103,6 +103,7 @@ struct StartRow {
   const char* markerOnDisk = "orvalen_v015";
   std::size_t logSize = 0;  // 0: the log as it was written
   uint32_t previousSessionValid = 1;
+  bool logAsNew = false;  // the log left as a lone ".new" by a save killed after removing the log
 };
 
 TEST_F(Startup, DecisionTable) {
@@ -123,7 +124,7 @@ TEST_F(Startup, DecisionTable) {
        .events = &firstRun, .loaded = {"Slot 0", "Slot 5", "Slot 1999", "<blank>", "<blank>"},
        .logSize = 8 + 5 * 192},
       {.what = "normal start from the program folder in capitals", .marker = "orvalen_v015", .log = &home,
-       .folder = FromProgramFolderInCapitals, .events = &quiet, .loaded = {"Home ISP", "<blank>"}},
+       .folder = FromProgramFolderInCapitals, .events = &quiet, .loaded = {"Home ISP", "<blank>"}, .logAsNew = true},
       {.what = "normal start from elsewhere reinstalls, autostart off or not", .marker = "orvalen_v015",
        .runAtStartup = 0, .log = &none, .folder = FromElsewhere, .events = &kReinstall, .loaded = {"<blank>"}},
       {.what = "no current directory counts as elsewhere", .marker = "orvalen_v015", .log = &none,
@@ -138,7 +139,7 @@ TEST_F(Startup, DecisionTable) {
        .logSize = 8 + 4 * 192},
       {.what = "upgrade without a legacy log: the message, no reinstall", .marker = "orvalen_v012",
        .folder = FromElsewhere, .events = &alert, .loaded = {"<blank>", "<blank>"}, .logSize = 392},
-      {.what = "damaged marker beside a current log keeps the log", .marker = "\x01garbage", .log = &home,
+      {.what = "damaged marker beside a current log keeps the log", .marker = "\x01rvalen_v015", .log = &home,
        .legacySlots = {0}, .folder = FromProgramFolder, .events = &quiet, .loaded = {"Home ISP", "<blank>"}},
   };
   for (const StartRow& row : rows) {
@@ -157,6 +158,7 @@ TEST_F(Startup, DecisionTable) {
     }
     if (row.log != nullptr) WriteCurrentLog(*row.log);
     const std::vector<uint8_t> logBefore = ReadBytes(LogFilePath());
+    if (row.logAsNew) std::filesystem::rename(LogFilePath(), LogFilePath() + ".new");
     if (!row.legacySlots.empty()) WriteLegacyLog(row.legacySlots);
     const std::vector<uint8_t> legacyBefore = ReadBytes(LegacyLogPath());
     currentDirectory = ProgramFolder();
@@ -219,11 +221,11 @@ TEST_F(Startup, AnUnreadableFileIsToldOnceLeftAloneAndMergedWhenReadable) {
     std::filesystem::create_directory(path);
 
     EXPECT_EQ(storage_.InitialiseStorage(&owner_), row.started);
+    EXPECT_EQ(storage_.settings.accounts[0].connectionName[0], '\0') << "no account from a configuration not read";
     const uint32_t slot = storage_.FindFreeSlot();
     storage_.SetRecordStatus(slot, InUse);
     storage_.SetRecordName(slot, "Run");
-    EXPECT_EQ(storage_.SaveLog(LogFilePath().c_str()), path == SettingsPath())
-        << "nothing saved while the log cannot be read";
+    EXPECT_EQ(storage_.SaveLog(LogFilePath().c_str()), path == SettingsPath()) << "nothing saved while the log cannot be read";
     (void)storage_.SaveSettings();
     monitor_.ShowPendingNotices(problems_);
     const auto told = std::count_if(events.begin(), events.end(), [](const std::string& event) {
