@@ -11,10 +11,7 @@
 
 #include "app/status_text.h"
 #include "storage/account_figures.h"
-#include "storage/accounts.h"
-#include "storage/session_log.h"
-#include "storage/settings.h"
-#include "storage/usage_cache.h"
+#include "storage/storage.h"
 #include "test_support.h"
 
 namespace {
@@ -154,17 +151,18 @@ TEST_F(Accounts, PageViewPerPlan) {
   const struct {
     uint32_t kind;
     const char* view;
-  } rows[] = {{PrePaidCard, "1 1 11 00 |40||||"},
-              {LimitedAccess, "1 2 00 11 ||40|12.50|0.05|17.5"},
-              {UnlimitedAccess, "1 3 00 00 |||||"},
-              {NotChosen, "1 2 00 10 |||||"},  // a new entry offers the limited plan, empty
-              {9, "0 2 00 10 |||||"}};
+  } rows[] = {{PrePaidCard, "1 1 11 00 |40|||||7"},
+              {LimitedAccess, "1 2 00 11 ||40|12.50|0.05|17.5|7"},
+              {UnlimitedAccess, "1 3 00 00 ||||||"},
+              {NotChosen, "1 2 00 10 ||||||"},  // a new entry offers the limited plan, empty
+              {9, "0 2 00 10 ||||||"}};
   for (const auto& row : rows) {
-    const AccountEntryView v = ViewAccountEntry(ConfigureAccount(0, "Home ISP", row.kind, 40, 12.5f, 0.05f, 17.5f));
-    char text[200];
-    std::snprintf(text, sizeof text, "%d %u %d%d %d%d |%s|%s|%s|%s|%s", v.known, v.radio, v.cardControlsEnabled,
+    ConfigureAccount(0, "Home ISP", row.kind, 40, 12.5f, 0.05f, 17.5f).warnPercent = 7;
+    const AccountEntryView v = ViewAccountEntry(storage_.settings.accounts[0]);
+    char text[400];
+    std::snprintf(text, sizeof text, "%d %u %d%d %d%d |%s|%s|%s|%s|%s|%s", v.known, v.radio, v.cardControlsEnabled,
                   v.fillCard, v.limitedControlsEnabled, v.fillLimited, v.cardHours, v.basicHours, v.monthlyCharge,
-                  v.excessPerMinute, v.vatPercent);
+                  v.excessPerMinute, v.vatPercent, v.warnPercent);
     EXPECT_EQ(text, std::string(row.view)) << row.kind;
   }
   EXPECT_FALSE(storage_.SaveAccountInput(nullptr, AccountPageInput{})) << "no connection chosen: nothing saved";

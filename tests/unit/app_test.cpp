@@ -7,7 +7,7 @@
 #include "app/sheet_settings.h"
 #include "app/shell_rules.h"
 #include "app/status_text.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 #include "resources/resource_ids.h"
 #include "test_support.h"
 

@@ -6,9 +6,8 @@
 
 #include "logview/log_view_lines.h"
 #include "storage/account_figures.h"
-#include "storage/accounts.h"
+#include "storage/storage.h"
 #include "storage/billing_period.h"
-#include "storage/settings.h"
 #include "test_support.h"
 
 namespace {
@@ -53,7 +52,8 @@ TEST(BillingPeriod, Boundaries) {
   EXPECT_EQ(PeriodDaysUpTo(march, CalendarDate{2003, 3, 20}), 7u);
   std::string days;  // month 0 and 13 come from damaged records
   for (uint32_t month = 0; month <= 13; ++month) days += std::to_string(DaysInMonth(2003, month)) + " ";
-  EXPECT_EQ(days, "31 31 28 31 30 31 30 31 31 30 31 30 31 31 ");
+  days += std::to_string(DaysInMonth(1900, 2)) + std::to_string(DaysInMonth(2000, 2));  // common, leap
+  EXPECT_EQ(days, "31 31 28 31 30 31 30 31 31 30 31 30 31 31 2829");
   for (const CalendarDate d : {CalendarDate{2000, 2, 29}, CalendarDate{1969, 12, 31}, CalendarDate{2100, 3, 1}}) {
     EXPECT_EQ(PeriodWithYears(0, DateOfDayNumber(DayNumber(d))), PeriodWithYears(0, d)) << d.year;
   }

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "logview/csv_export.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 #include "test_support.h"
 
 namespace {

@@ -11,8 +11,7 @@
 #include "logview/text_report.h"
 #include "storage/fixed_text.h"
 #include "platform/program_paths.h"
-#include "storage/session_log.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 #include "test_support.h"
 
 namespace {

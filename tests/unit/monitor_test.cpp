@@ -10,10 +10,8 @@
 #include "monitor/alarm.h"
 #include "monitor/time_text.h"
 #include "monitor/unconfigured_connections.h"
-#include "storage/accounts.h"
+#include "storage/storage.h"
 #include "platform/program_paths.h"
-#include "storage/session_log.h"
-#include "storage/settings.h"
 #include "test_support.h"
 
 namespace {

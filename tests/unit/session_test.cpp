@@ -5,8 +5,7 @@
 
 #include "monitor/session_settings.h"
 #include "platform/program_paths.h"
-#include "storage/session_log.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 #include "test_support.h"
 
 namespace {
@@ -93,6 +92,10 @@ TEST_F(Session, ConnectThenDisconnectRecordsOneSession) {
                                    previous.logOn.hour, previous.logOff.second}),
             std::vector<uint32_t>({1, 125, 23, 5}));
   EXPECT_STREQ(previous.connectionName, "Home ISP");
+  ras_.Connect("Home ISP");
+  RunOnline(7);
+  EXPECT_EQ(monitor_.Shutdown(ShutdownMode::kQuiet), SessionChange::kClosed);
+  EXPECT_EQ(MarkerOnDisk(), 219) << "a shutdown records the open session";
 }
 
 TEST_F(Session, ADamagedCheckpointIsRepairedAndToldOrNotRecorded) {

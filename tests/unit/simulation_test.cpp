@@ -40,8 +40,7 @@
 #include "storage/billing_period.h"
 #include "storage/notice_queue.h"
 #include "platform/program_paths.h"
-#include "storage/session_log.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 #include "storage/startup.h"
 #include "test_support.h"
 

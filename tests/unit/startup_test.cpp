@@ -10,8 +10,7 @@
 
 #include "platform/binary_file.h"
 #include "platform/program_paths.h"
-#include "storage/session_log.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 #include "storage/startup.h"
 #include "test_support.h"
 

@@ -7,8 +7,7 @@
 
 #include "platform/platform_state.h"
 #include "platform/program_paths.h"
-#include "storage/session_log.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 #include "test_support.h"
 
 namespace {

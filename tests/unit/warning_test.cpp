@@ -7,7 +7,7 @@
 #include "monitor/alarm.h"
 #include "monitor/usage_warning.h"
 #include "storage/account_figures.h"
-#include "storage/settings.h"
+#include "storage/storage.h"
 #include "test_support.h"
 
 namespace {
@@ -55,7 +55,7 @@ TEST_F(Warnings, PlanWarningsComeOnceAndAgainAfterTheirReArm) {
   AccountRecord& entry = ConfigureAccount(0, kIsp, LimitedAccess, 10, 20.0f, 0.05f, 5.0f);
   const Step steps[] = {
       {.what = "zero thresholds: nothing", .running = 5 * kHour, .expected = W::None},
-      {.what = "80 %: not yet at 7.9 h", .running = 54 * 60, .expected = W::None, .percent = "80", .cost = ""},
+      {.what = "80 %: not yet at 7 h 59", .running = 59 * 60, .expected = W::None, .percent = "80", .cost = ""},
       {.what = "crossed at 8 h", .running = kHour, .expected = W::Share},
       {.what = "once", .running = kHour + 60, .expected = W::None},
       {.what = "100 %", .running = 3 * kHour, .expected = W::Full},
@@ -77,6 +77,7 @@ TEST_F(Warnings, PlanWarningsComeOnceAndAgainAfterTheirReArm) {
 TEST_F(Warnings, CardWarningsComeOnceAndAgainAfterARecharge) {
   AccountRecord& entry = ConfigureAccount(0, kIsp, PrePaidCard, 10);
   const Step steps[] = {
+      {.what = "no percent: nothing", .running = kHour / 2, .expected = W::None},
       {.what = "75 %: crossed at 7.5 h", .running = kHour / 2, .expected = W::Share, .percent = "75",
        .text = "\nMeter ISP: 75 % of the card used\n7.50 of 10 Hrs. used\nAt this rate it runs out around 27 Mar"},
       {.what = "once", .running = kHour, .expected = W::None},
