@@ -261,6 +261,7 @@ TEST_F(Startup, AFailedSaveIsToldOnceUntilASaveSucceeds) {
   platformState.fileCalls.commit = fullDisk;
   AppendToLog(UsedRecord("Run", 60));
   EXPECT_FALSE(storage_.SaveLog(LogFilePath().c_str()));
+  monitor_.ShowPendingNotices(problems_);  // shown before the next failure
   EXPECT_FALSE(storage_.SaveLog(LogFilePath().c_str()));
   EXPECT_FALSE(storage_.SaveSettings());
   monitor_.ShowPendingNotices(problems_);

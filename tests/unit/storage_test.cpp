@@ -86,6 +86,10 @@ TEST_F(LogFile, DeletedRecordIsReusedBeforeABlankOneAndKeepsItsOldTail) {
   EXPECT_EQ(Record(std::string(300, 'L').c_str()), 2u);
   EXPECT_EQ(std::strlen(storage_.sessionLog.records[2].connectionName), 104u);
   EXPECT_EQ(storage_.sessionLog.records[3].status, Blank) << "next record untouched";
+  ASSERT_TRUE(storage_.CreateEmptyLog(Path("a.ovb").c_str()));
+  WriteBytes(Path("b.ovb"), LogImage(1, {UsedRecord("B", 5)}));
+  ASSERT_TRUE(storage_.LoadLog(Path("b.ovb").c_str()) && storage_.SaveLog(Path("a.ovb").c_str()));
+  EXPECT_EQ(ReadBytes(Path("a.ovb")), ReadBytes(Path("b.ovb"))) << "a loaded log is written where it is saved";
 }
 
 // What each kind of file on disk loads as: the count, and the status of each record.
