@@ -3,8 +3,8 @@
 #include <cstddef>
 
 #include "platform/system_clock.h"
-#include "storage/usage_cache.h"
 #include "storage/fixed_text.h"
+#include "storage/usage_cache.h"
 
 namespace {
 
@@ -220,7 +220,7 @@ float Storage::CardSecondsRemaining(const char* name) {
 // The figures remembered between queries: the log's part comes from the usage
 // cache, walked afresh only when the log, the month or the account's window changed.
 float Storage::CachedComputeUsage(const char* name, UsageSummary& summary) {
-  if (name == nullptr) name = "";
+  name = OrEmpty(name);
   const LocalTime now = ReadLocalTime();
   const UsageBasis basis{.logGeneration = logGeneration_,
                          .logLength = sessionLog.records.size(),

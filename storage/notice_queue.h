@@ -26,7 +26,6 @@ class NoticeQueue {
   // The oldest waiting notice, taken off the queue; false when none waits.
   bool Take(Notice* notice);
   void Clear() { waiting_.clear(); }
-  bool Empty() const { return waiting_.empty(); }
 
  private:
   std::deque<Notice> waiting_;

@@ -57,7 +57,7 @@ class Storage {
   // True when formatMarker is this release's, ignoring letter case.
   bool HasCurrentFormatMarker() const;
 
-  // --- The log (session_log.cpp) ---------------------------------------------------
+  // --- The log (log_operations.cpp) ------------------------------------------------
   // Changes whenever the log's records may have changed. Every operation below that
   // changes a record or the array moves it on, so the usage cache knows when to
   // compute afresh. Code that writes sessionLog.records directly instead (tests
@@ -100,7 +100,7 @@ class Storage {
   bool MarkConnectionDeleted(const char* name);
   void ClearLog();
 
-  // --- Accounts and usage (accounts.cpp) -------------------------------------------
+  // --- Accounts and usage (account_queries.cpp) ------------------------------------
   // Usage is never stored: every query of this part walks the whole log again. The
   // displays that ask many times a second use the Cached ones below.
 
@@ -142,7 +142,7 @@ class Storage {
   // nothing, when no connection is chosen (empty name) or it has no account entry.
   bool SaveAccountInput(const char* connectionName, const AccountPageInput& input);
 
-  // --- The same figures remembered between queries (usage_cache.cpp) -------------
+  // --- The same figures remembered between queries (account_queries.cpp) ---------
   float CachedComputeUsage(const char* name, UsageSummary& summary);
   uint32_t CachedAccountKindOf(const char* name);
   int32_t CachedAllottedAmount(const char* name);
